@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Table.h"
+
+#include <string>
+
+namespace jet {
+
+// The table as CSV in the layout mdb-export prints by default (header line,
+// comma separated, texts quoted), UTF-8, so that the two can be compared.
+std::string exportCsv(const Table& table);
+
+} // namespace jet

@@ -1,0 +1,85 @@
+#include "Schema.h"
+
+#include "jet/Unicode.h"
+
+namespace store {
+
+using jet::Column;
+using jet::ColumnType;
+
+namespace {
+
+Column longColumn(std::u16string name, bool autoNumber = false)
+{
+    return Column::ofType(std::move(name), ColumnType::Long, autoNumber);
+}
+Column money(std::u16string name) { return Column::ofType(std::move(name), ColumnType::Currency); }
+Column date(std::u16string name) { return Column::ofType(std::move(name), ColumnType::DateTime); }
+Column text(std::u16string name, int chars = 255) { return Column::text(std::move(name), chars); }
+
+jet::Table table(std::u16string name, std::vector<Column> columns)
+{
+    jet::Table t;
+    t.name = std::move(name);
+    t.columns = std::move(columns);
+    return t;
+}
+
+const char16_t* const kMonthNames[12] = {u"Январь", u"Февраль", u"Март",     u"Апрель",  u"Май",    u"Июнь",
+                                         u"Июль",   u"Август",  u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
+
+} // namespace
+
+std::vector<jet::Table> schemaTables()
+{
+    return {
+        table(u"Bank", {longColumn(u"F0", true), date(u"F1"), money(u"F2"), text(u"F3")}),
+        table(u"Bills", {longColumn(u"F0", true), date(u"F1"), longColumn(u"F2"), money(u"F3"), text(u"F4"),
+                         text(u"F5"), longColumn(u"F6")}),
+        table(u"Bills_Dict", {longColumn(u"F0"), text(u"F1")}),
+        table(u"Purse", {longColumn(u"F0"), money(u"F1")}),
+        table(u"Purse_Dict", {longColumn(u"F0"), text(u"F1"), text(u"F2"), text(u"F3")}),
+        table(u"Tech", {text(u"F0", 50), text(u"F1"), money(u"F2"), date(u"F3")}),
+        table(u"Cur", {longColumn(u"F0"), money(u"F1")}),
+        table(u"Mon", {longColumn(u"F0"), text(u"F1", 50)}),
+    };
+}
+
+jet::Database preparedDatabase(double creationDate)
+{
+    jet::Database db;
+    db.password = kFilePassword;
+    db.creationDate = creationDate;
+    db.tables = schemaTables();
+    const jet::Null null;
+    db.table(u"Tech")->rows = {
+        {std::u16string(u"OSTATOK"), null, jet::Currency{0}, null},
+        {std::u16string(u"BACKUP"), null, null, null},
+    };
+    db.table(u"Cur")->rows = {{std::int32_t{2}, jet::Currency{0}}, {std::int32_t{3}, jet::Currency{0}}};
+    auto& months = db.table(u"Mon")->rows;
+    for (int m = 1; m <= 12; ++m)
+        months.push_back({std::int32_t{m}, std::u16string(kMonthNames[m - 1])});
+    return db;
+}
+
+std::string schemaMismatch(const jet::Database& db)
+{
+    for (const jet::Table& expected : schemaTables()) {
+        const jet::Table* actual = db.table(expected.name);
+        const std::string name = jet::toUtf8(expected.name);
+        if (!actual)
+            return "нет таблицы " + name;
+        if (actual->columns.size() < expected.columns.size())
+            return "в таблице " + name + " не хватает столбцов";
+        for (std::size_t i = 0; i < expected.columns.size(); ++i) {
+            const Column& e = expected.columns[i];
+            const Column& a = actual->columns[i];
+            if (a.name != e.name || a.type != e.type)
+                return "столбец " + jet::toUtf8(e.name) + " таблицы " + name + " не того вида";
+        }
+    }
+    return {};
+}
+
+} // namespace store

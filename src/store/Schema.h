@@ -1,0 +1,27 @@
+#pragma once
+
+#include "jet/Database.h"
+
+#include <string>
+#include <vector>
+
+namespace store {
+
+// The eight tables of a Velmora data file and their fixed rows.
+inline constexpr char16_t kFilePassword[] = u"varnolit2031";
+inline constexpr char kDataFileName[] = "velmora.mdb";
+inline constexpr char kBackupFileName[] = "velmora_backup.mdb";
+
+// Table definitions without rows, in the order they are written to the file.
+std::vector<jet::Table> schemaTables();
+
+// The prepared empty data file: the tables, Tech rows OSTATOK (0) and BACKUP
+// (no date), Cur rows 2 and 3 (rate 0) and Mon rows 1-12 with the Russian
+// month names. `creationDate` is a Jet date.
+jet::Database preparedDatabase(double creationDate);
+
+// Empty string when `db` has every table of the schema with its columns in
+// order and of the right types; otherwise a description of the first mismatch.
+std::string schemaMismatch(const jet::Database& db);
+
+} // namespace store
