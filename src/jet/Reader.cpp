@@ -1,0 +1,96 @@
+#include "Reader.h"
+
+#include "Catalog.h"
+#include "Error.h"
+#include "Header.h"
+#include "RowDecoder.h"
+#include "Unicode.h"
+#include "UsageMap.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace jet {
+
+namespace {
+
+void checkPassword(const Header& header, std::u16string_view password)
+{
+    if (!header.password.empty() && header.password != password)
+        throw Error(ErrorCode::NotAValidPassword, "Not a valid password.");
+}
+
+Table readTable(const PageSource& pages, const CatalogEntry& entry)
+{
+    const TableDefinition def = readTableDefinition(pages, entry.definitionPage);
+    Table table;
+    table.name = entry.name;
+    table.lastAutoNumber = def.lastAutoNumber;
+    table.columns.reserve(def.columns.size());
+    for (const StoredColumn& c : def.columns) {
+        table.columns.push_back(c.column);
+        // Jet 3 text holds one byte per character; the model counts two, as Jet 4 does.
+        if (pages.layout().version == Version::Jet3 && c.column.type == ColumnType::Text)
+            table.columns.back().length = static_cast<std::uint16_t>(std::min(2 * c.column.length, 510));
+    }
+    table.rows.reserve(def.rowCount < 10'000'000 ? def.rowCount : 0);
+    const RowDecoder decoder(pages, def);
+    forEachStoredRow(
+        pages, def.page, readUsageMap(pages, def.ownedMap),
+        [&](std::span<const std::uint8_t> bytes) { table.rows.push_back(decoder.decode(bytes)); });
+    return table;
+}
+
+std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        throw Error(ErrorCode::FileNotFound, "Could not find file '" + path.string() + "'.");
+    return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {});
+}
+
+} // namespace
+
+Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view password)
+{
+    const Header header = decodeHeader(file);
+    checkPassword(header, password);
+    const PageSource pages(file, header);
+
+    Database db;
+    db.version = header.version;
+    db.password = header.password;
+    db.creationDate = header.creationDate;
+    db.codePage = header.codePage;
+    for (const CatalogEntry& entry : readCatalog(pages)) {
+        if (entry.system)
+            continue;
+        try {
+            db.tables.push_back(readTable(pages, entry));
+        } catch (const Error& e) {
+            throw Error(e.code(), std::string(e.what()) + " (table " + toUtf8(entry.name) + ")");
+        }
+    }
+    return db;
+}
+
+Database readFile(const std::filesystem::path& path, std::u16string_view password)
+{
+    const std::vector<std::uint8_t> bytes = readWholeFile(path);
+    return readDatabase(bytes, password);
+}
+
+std::vector<std::u16string> tableNames(std::span<const std::uint8_t> file, std::u16string_view password)
+{
+    const Header header = decodeHeader(file);
+    checkPassword(header, password);
+    const PageSource pages(file, header);
+    std::vector<std::u16string> names;
+    for (const CatalogEntry& entry : readCatalog(pages))
+        if (!entry.system)
+            names.push_back(entry.name);
+    return names;
+}
+
+} // namespace jet
