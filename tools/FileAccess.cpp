@@ -1,0 +1,78 @@
+#include "FileAccess.h"
+
+#include "jet/Error.h"
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <system_error>
+
+namespace velmora::tool {
+
+namespace {
+
+const char* causeOf(jet::ErrorCode code)
+{
+    switch (code) {
+    case jet::ErrorCode::FileNotFound:
+        return "cannot read the file";
+    case jet::ErrorCode::NotAValidPassword:
+        return "wrong password";
+    case jet::ErrorCode::FileInUse:
+        return "the file is in use";
+    case jet::ErrorCode::CannotWrite:
+        return "cannot write the file";
+    case jet::ErrorCode::DamagedFile:
+        return "damaged or not a Jet database";
+    }
+    return "error";
+}
+
+} // namespace
+
+std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        const int error = errno;
+        throw jet::Error(jet::ErrorCode::FileNotFound, std::strerror(error));
+    }
+    std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    if (in.bad())
+        throw jet::Error(jet::ErrorCode::FileNotFound, "read failed");
+    return bytes;
+}
+
+void refuseExisting(const std::filesystem::path& path)
+{
+    std::error_code error;
+    if (std::filesystem::symlink_status(path, error).type() != std::filesystem::file_type::not_found)
+        throw std::runtime_error("the file already exists; it is left as it is");
+}
+
+double jetNow()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    // Seconds since 1970-01-01 of the local wall-clock time, then days since 1899-12-30.
+    const std::time_t wallClock = timegm(&local);
+    return 25569.0 + static_cast<double>(wallClock) / 86400.0;
+}
+
+std::string describeFailure(const std::exception& error)
+{
+    const auto* jetError = dynamic_cast<const jet::Error*>(&error);
+    if (!jetError)
+        return error.what();
+    std::string text = causeOf(jetError->code());
+    const std::string detail = jetError->what();
+    if (!detail.empty())
+        text += " (" + detail + ")";
+    return text;
+}
+
+} // namespace velmora::tool

@@ -1,0 +1,32 @@
+#include "InspectCommands.h"
+
+#include "FileAccess.h"
+
+#include "jet/CsvExport.h"
+#include "jet/Reader.h"
+#include "jet/Unicode.h"
+
+#include <stdexcept>
+
+namespace velmora::tool {
+
+int runTables(const CommandLine& line, std::ostream& out)
+{
+    const std::vector<std::uint8_t> bytes = readBytes(line.arguments.at(0));
+    for (const std::u16string& name : jet::tableNames(bytes, line.password))
+        out << jet::toUtf8(name) << '\n';
+    return kExitOk;
+}
+
+int runExport(const CommandLine& line, std::ostream& out)
+{
+    const std::vector<std::uint8_t> bytes = readBytes(line.arguments.at(0));
+    const jet::Database db = jet::readDatabase(bytes, line.password);
+    const jet::Table* table = db.table(jet::fromUtf8(line.arguments.at(1)));
+    if (!table)
+        throw std::runtime_error("no table named '" + line.arguments.at(1) + "'");
+    out << jet::exportCsv(*table);
+    return kExitOk;
+}
+
+} // namespace velmora::tool
