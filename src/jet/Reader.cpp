@@ -34,11 +34,13 @@ Table readTable(const PageSource& pages, const CatalogEntry& entry)
         if (pages.layout().version == Version::Jet3 && c.column.type == ColumnType::Text)
             table.columns.back().length = static_cast<std::uint16_t>(std::min(2 * c.column.length, 510));
     }
-    table.rows.reserve(def.rowCount < 10'000'000 ? def.rowCount : 0);
+    const std::vector<std::uint32_t> owned = readUsageMap(pages, def.ownedMap);
+    // The stored row count is only a hint; a damaged one must not reserve gigabytes.
+    table.rows.reserve(std::min<std::size_t>(def.rowCount, owned.size() * 255));
     const RowDecoder decoder(pages, def);
-    forEachStoredRow(
-        pages, def.page, readUsageMap(pages, def.ownedMap),
-        [&](std::span<const std::uint8_t> bytes) { table.rows.push_back(decoder.decode(bytes)); });
+    forEachStoredRow(pages, def.page, owned, [&](std::span<const std::uint8_t> bytes) {
+        table.rows.push_back(decoder.decode(bytes));
+    });
     return table;
 }
 

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Runs the reader's fuzz target for a bounded number of inputs over a seed
+# corpus made from files our own tool writes (plus the reference files when
+# they are present).
+set -euo pipefail
+fuzzer=$1 tool=$2 fixtures=$3 runs=${4:-20000}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/corpus"
+"$tool" new "$work/corpus/prepared.mdb"
+"$tool" sample "$work/corpus/sample.mdb" --years 1 --ops-per-month 3 --seed 7
+if [ -d "$fixtures" ]; then
+    cp "$fixtures"/*.mdb "$work/corpus/" 2>/dev/null || true
+else
+    echo "reference files not found at $fixtures: seeding with our own files only"
+fi
+cd "$work"
+"$fuzzer" -runs="$runs" -max_len=400000 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 corpus

@@ -1,0 +1,169 @@
+// The reader against files made by Access and the Jet engine, checked against
+// mdb-export as an independent oracle (with its known faults accounted for).
+#include "support/Fixtures.h"
+
+#include "jet/CsvExport.h"
+#include "jet/Error.h"
+#include "jet/Reader.h"
+#include "jet/Unicode.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+using namespace testsupport;
+
+namespace {
+
+const std::u16string kAccessPassword = u"password";
+
+std::u16string passwordFor(const std::filesystem::path& file)
+{
+    return file.filename().string().find("with-password") != std::string::npos ? kAccessPassword : u"";
+}
+
+std::vector<std::filesystem::path> fixtureFiles()
+{
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(fixturesDir()))
+        if (entry.path().extension() == ".mdb")
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+#define SKIP_WITHOUT_FIXTURES()                                                                              \
+    if (fixturesDir().empty())                                                                               \
+    GTEST_SKIP() << "reference files (../shared/jet-fixtures) not present: skipped"
+
+// mdbtools prints dates before 1899-12-30 and in year 9999 as day zero of
+// 1900; those cells are checked against the format's own rule instead.
+bool mdbtoolsCannotPrint(const jet::Value& v)
+{
+    const auto* d = std::get_if<jet::DateTime>(&v);
+    return d && (d->days < 0 || d->days >= 2958101.0);
+}
+
+void expectSameAsMdbExport(const std::filesystem::path& file, const jet::Table& table)
+{
+    const std::string name = jet::toUtf8(table.name);
+    const CommandResult oracle = run("mdb-export " + shellQuoted(file) + " " + shellQuoted(name));
+    ASSERT_EQ(oracle.exitCode, 0) << oracle.output;
+    const std::string ours = jet::exportCsv(table);
+    if (ours == oracle.output)
+        return;
+    const auto expected = parseCsv(oracle.output);
+    const auto actual = parseCsv(ours);
+    ASSERT_EQ(actual.size(), expected.size()) << file << " " << name;
+    for (std::size_t r = 0; r < expected.size(); ++r) {
+        ASSERT_EQ(actual[r].size(), expected[r].size()) << file << " " << name << " record " << r;
+        for (std::size_t c = 0; c < expected[r].size(); ++c) {
+            if (r > 0 && mdbtoolsCannotPrint(table.rows[r - 1][c]))
+                continue;
+            EXPECT_EQ(actual[r][c], expected[r][c])
+                << file << " " << name << " record " << r << " column " << c;
+        }
+    }
+}
+
+std::chrono::sys_days ymd(double days)
+{
+    return std::chrono::sys_days{std::chrono::days{static_cast<long>(std::trunc(days)) - 25569}};
+}
+
+} // namespace
+
+TEST(ReaderFixtures, EveryTableEqualsMdbExport)
+{
+    SKIP_WITHOUT_FIXTURES();
+    for (const auto& file : fixtureFiles()) {
+        SCOPED_TRACE(file.filename().string());
+        const jet::Database db = jet::readFile(file, passwordFor(file));
+        const CommandResult listed = run("mdb-tables -1 " + shellQuoted(file));
+        ASSERT_EQ(listed.exitCode, 0);
+        std::string ourList;
+        for (const jet::Table& t : db.tables)
+            ourList += jet::toUtf8(t.name) + "\n";
+        EXPECT_EQ(ourList, listed.output);
+        for (const jet::Table& t : db.tables) {
+            const CommandResult count =
+                run("mdb-count " + shellQuoted(file) + " " + shellQuoted(jet::toUtf8(t.name)));
+            EXPECT_EQ(std::to_string(t.rows.size()) + "\n", count.output) << jet::toUtf8(t.name);
+            expectSameAsMdbExport(file, t);
+        }
+    }
+}
+
+TEST(ReaderFixtures, PasswordIsCheckedAsTheEngineChecksIt)
+{
+    SKIP_WITHOUT_FIXTURES();
+    const auto dir = fixturesDir();
+    for (const char* name : {"V2000_with-password.mdb", "V2003_with-password.mdb"}) {
+        const auto bytes = readBytes(dir / name);
+        EXPECT_EQ(jet::readDatabase(bytes, kAccessPassword).password, kAccessPassword) << name;
+        for (const std::u16string wrong : {u"", u"Password", u"password ", u"varnolit2031"}) {
+            try {
+                jet::readDatabase(bytes, wrong);
+                ADD_FAILURE() << name << " opened with a wrong password";
+            } catch (const jet::Error& e) {
+                EXPECT_EQ(e.number(), 3031);
+                EXPECT_STREQ(e.what(), "Not a valid password.");
+            }
+        }
+    }
+    // A file without a password opens with any.
+    const auto open = readBytes(dir / "V2003_no-password.mdb");
+    EXPECT_EQ(jet::readDatabase(open, u"anything").tables.at(0).rows.size(), 3u);
+}
+
+TEST(ReaderFixtures, ValuesOfEveryKindDecodeToWhatWasStored)
+{
+    SKIP_WITHOUT_FIXTURES();
+    const auto dir = fixturesDir();
+    // Jet 3: every scalar type, code-page text.
+    const jet::Database jet3 = jet::readFile(dir / "testV1997-jet3.mdb", u"");
+    EXPECT_EQ(jet3.version, jet::Version::Jet3);
+    const jet::Row& r = jet3.table(u"Table1")->rows.at(1);
+    EXPECT_EQ(std::get<std::u16string>(r[0]), u"abcdefg");
+    EXPECT_EQ(std::get<std::int32_t>(r[2]), 2);
+    EXPECT_EQ(std::get<std::int32_t>(r[3]), 222);
+    EXPECT_EQ(std::get<std::int32_t>(r[4]), 333333333);
+    EXPECT_DOUBLE_EQ(std::get<double>(r[5]), 444.555);
+    EXPECT_EQ(std::get<jet::Currency>(r[7]).units, 35000);
+    EXPECT_TRUE(std::get<bool>(r[8]));
+    EXPECT_EQ(jet3.table(u"Table2")->columns.size(), 89u); // a definition spanning two pages
+
+    // Compressed and plain Unicode, Cyrillic among them.
+    const jet::Database unicode = jet::readFile(dir / "testUnicodeCompV2003.mdb", u"");
+    EXPECT_EQ(std::get<std::u16string>(unicode.tables.at(0).rows.at(2)[1]), u"Мир");
+
+    // Encoded pages, key in the header.
+    const jet::Database encoded = jet::readFile(dir / "db-enc-jet4.mdb", u"");
+    EXPECT_EQ(std::get<std::u16string>(encoded.tables.at(0).rows.at(1)[1]), u"world");
+    EXPECT_EQ(std::get<std::int32_t>(encoded.tables.at(0).rows.at(1)[2]), 42);
+
+    // Memos and OLE pictures in long-value chains; German text in code page 1252.
+    const jet::Database nwind = jet::readFile(dir / "nwind-jet3.mdb", u"");
+    const jet::Table* employees = nwind.table(u"Employees");
+    ASSERT_NE(employees, nullptr);
+    EXPECT_GT(std::get<jet::Bytes>(employees->rows.at(0)[14]).size(), 20000u);
+    EXPECT_NE(nwind.table(u"Umsätze"), nullptr);
+    EXPECT_EQ(nwind.table(u"Umsätze")->lastAutoNumber, 11159); // kept above the highest live number
+}
+
+TEST(ReaderFixtures, DatesOutsideMdbtoolsRangeFollowTheFormatRule)
+{
+    SKIP_WITHOUT_FIXTURES();
+    const jet::Database db = jet::readFile(fixturesDir() / "DateTestDatabase.mdb", u"");
+    const auto& rows = db.tables.at(0).rows;
+    using namespace std::chrono;
+    const auto dateOf = [&](std::size_t row, std::size_t col) {
+        return year_month_day{ymd(std::get<jet::DateTime>(rows.at(row)[col]).days)};
+    };
+    EXPECT_EQ(dateOf(1, 1).year(), year(9999)); // "Year 9999"
+    EXPECT_LT(int(dateOf(2, 1).year()), 1900);  // "Pre-1900 years"
+    EXPECT_LT(int(dateOf(3, 1).year()), 1000);  // "Pre-1000 years"
+    EXPECT_EQ(std::get<std::u16string>(rows.at(5)[4]), u"New line\r\nin field");
+}
