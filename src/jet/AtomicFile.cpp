@@ -1,0 +1,155 @@
+#include "AtomicFile.h"
+#include "Writer.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace jet {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kTemporaryMarker = ".tmp-";
+
+std::string temporaryName(const fs::path& target, unsigned attempt)
+{
+    static std::atomic<unsigned> counter{0};
+    return target.string() + kTemporaryMarker + std::to_string(::getpid()) + "-" +
+           std::to_string(counter.fetch_add(1) + attempt);
+}
+
+// Creates the temporary file beside the target with O_EXCL, so that a stale
+// file of a dead process is never reused.
+int createTemporary(const fs::path& target, const FileOps& ops, std::string& name)
+{
+    for (unsigned attempt = 0;; ++attempt) {
+        name = temporaryName(target, attempt);
+        const int fd = ops.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0 || errno != EEXIST || attempt >= 100)
+            return fd;
+    }
+}
+
+// The new file gets the permissions of the one it replaces. Best effort: some
+// file systems refuse chmod, and that must not stop the save.
+void copyPermissions(const fs::path& target, int fd)
+{
+    struct stat st
+    {
+    };
+    if (::stat(target.c_str(), &st) == 0)
+        (void)::fchmod(fd, st.st_mode & 07777);
+}
+
+bool writeAll(int fd, std::span<const std::uint8_t> bytes, const FileOps& ops)
+{
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ops.write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            if (n == 0)
+                errno = EIO;
+            return false;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+// Writes and syncs the temporary file; on failure removes it and throws.
+void writeTemporary(const fs::path& target, const std::string& name, int fd,
+                    std::span<const std::uint8_t> bytes, const FileOps& ops)
+{
+    const char* step = nullptr;
+    int cause = 0;
+    if (!writeAll(fd, bytes, ops)) {
+        step = "write";
+        cause = errno;
+    } else if (ops.fsync(fd) != 0) {
+        step = "fsync";
+        cause = errno;
+    }
+    if (ops.close(fd) != 0 && !step) {
+        step = "close";
+        cause = errno;
+    }
+    if (step) {
+        ops.unlink(name.c_str());
+        throw WriteError(target, step, cause);
+    }
+}
+
+void syncFolder(const fs::path& target, const FileOps& ops)
+{
+    fs::path folder = target.parent_path();
+    if (folder.empty())
+        folder = ".";
+    const int fd = ops.open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (fd < 0)
+        throw WriteError(target, "open folder", errno);
+    // Some file systems cannot sync a folder and say EINVAL; the rename is done then.
+    const bool synced = ops.fsync(fd) == 0 || errno == EINVAL;
+    const int savedErrno = errno;
+    ops.close(fd);
+    if (!synced)
+        throw WriteError(target, "fsync folder", savedErrno);
+}
+
+} // namespace
+
+WriteError::WriteError(const fs::path& target, std::string step, int errorNumber)
+    : Error(ErrorCode::CannotWrite,
+            "Cannot write " + target.string() + ": " + step + " failed: " + std::strerror(errorNumber)),
+      m_step(std::move(step)), m_errorNumber(errorNumber)
+{}
+
+const FileOps& systemFileOps()
+{
+    static const FileOps ops{
+        [](const char* path, int flags, mode_t mode) { return ::open(path, flags, mode); },
+        [](int fd, const void* data, std::size_t size) { return ::write(fd, data, size); },
+        [](int fd) { return ::fsync(fd); },
+        [](int fd) { return ::close(fd); },
+        [](const char* from, const char* to) { return ::rename(from, to); },
+        [](const char* path) { return ::unlink(path); },
+    };
+    return ops;
+}
+
+void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, const FileOps& ops)
+{
+    std::string name;
+    const int fd = createTemporary(path, ops, name);
+    if (fd < 0)
+        throw WriteError(path, "create temporary file", errno);
+    copyPermissions(path, fd);
+    writeTemporary(path, name, fd, bytes, ops);
+    if (ops.rename(name.c_str(), path.c_str()) != 0) {
+        const int savedErrno = errno;
+        ops.unlink(name.c_str());
+        throw WriteError(path, "rename", savedErrno);
+    }
+    syncFolder(path, ops);
+}
+
+void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes)
+{
+    writeFileAtomically(path, bytes, systemFileOps());
+}
+
+bool isTemporaryFileOf(const fs::path& target, const fs::path& candidate)
+{
+    if (candidate.parent_path() != target.parent_path())
+        return false;
+    const std::string prefix = target.filename().string() + kTemporaryMarker;
+    return candidate.filename().string().starts_with(prefix);
+}
+
+} // namespace jet
