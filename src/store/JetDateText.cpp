@@ -1,0 +1,79 @@
+#include "JetDateText.h"
+
+#include <QDate>
+
+#include <cmath>
+#include <cstdio>
+
+namespace store {
+
+namespace {
+
+constexpr double kSecondsPerDay = 86400;
+constexpr double kFirstDay = -657434; // 0100-01-01
+constexpr double kEndDay = 2958466;   // 10000-01-01
+
+bool readNumber(std::string_view text, std::size_t at, std::size_t width, int& out)
+{
+    out = 0;
+    for (std::size_t i = at; i < at + width; ++i) {
+        if (text[i] < '0' || text[i] > '9')
+            return false;
+        out = out * 10 + (text[i] - '0');
+    }
+    return true;
+}
+
+bool readTime(std::string_view text, int& seconds)
+{
+    int h = 0, m = 0, s = 0;
+    if (text[10] != ' ' || text[13] != ':' || text[16] != ':' || !readNumber(text, 11, 2, h) ||
+        !readNumber(text, 14, 2, m) || !readNumber(text, 17, 2, s) || h > 23 || m > 59 || s > 59)
+        return false;
+    seconds = h * 3600 + m * 60 + s;
+    return true;
+}
+
+} // namespace
+
+std::optional<std::string> jetDateToText(jet::DateTime value)
+{
+    if (!std::isfinite(value.days))
+        return std::nullopt;
+    // Before day 0 the fraction still counts forward from midnight.
+    double whole = std::trunc(value.days);
+    if (whole < kFirstDay || whole >= kEndDay)
+        return std::nullopt;
+    long seconds = std::lround(std::fabs(value.days - whole) * kSecondsPerDay);
+    if (seconds >= static_cast<long>(kSecondsPerDay)) {
+        whole += 1;
+        seconds = 0;
+    }
+    const QDate date = QDate::fromJulianDay(kJetEpochJulianDay + static_cast<qint64>(whole));
+    if (date.year() > 9999)
+        return std::nullopt;
+    char buffer[32];
+    int n = std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d", date.year(), date.month(), date.day());
+    if (seconds != 0)
+        n += std::snprintf(buffer + n, sizeof buffer - n, " %02ld:%02ld:%02ld", seconds / 3600,
+                           seconds / 60 % 60, seconds % 60);
+    return std::string(buffer, static_cast<std::size_t>(n));
+}
+
+std::optional<jet::DateTime> jetDateFromText(std::string_view text)
+{
+    int year = 0, month = 0, day = 0, seconds = 0;
+    if ((text.size() != 10 && text.size() != 19) || text[4] != '-' || text[7] != '-' ||
+        !readNumber(text, 0, 4, year) || !readNumber(text, 5, 2, month) || !readNumber(text, 8, 2, day))
+        return std::nullopt;
+    if (text.size() == 19 && !readTime(text, seconds))
+        return std::nullopt;
+    const QDate date(year, month, day);
+    if (!date.isValid() || year < 100)
+        return std::nullopt;
+    const double whole = static_cast<double>(date.toJulianDay() - kJetEpochJulianDay);
+    const double fraction = seconds / kSecondsPerDay;
+    return jet::DateTime{whole >= 0 ? whole + fraction : whole - fraction};
+}
+
+} // namespace store

@@ -1,0 +1,79 @@
+#include "TextPiece.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+using store::textPiece;
+
+namespace {
+
+const QString kMarker(QChar(2));
+const QString kOtherMarker(QChar(3));
+
+} // namespace
+
+TEST(TextPiece, CutsAtTheFirstCharacterOfEachDelimiter)
+{
+    struct Case
+    {
+        QString text;
+        QString delimiter;
+        int index;
+        QString expected;
+    };
+    const Case cases[] = {
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 1, QStringLiteral("12")},
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 2, QStringLiteral("- Еда")}, // the dash stays
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 3, QString()},
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 0, QString()}, // piece 0 is never filled
+        {QString(), QStringLiteral(" -"), 1, QString()},
+        {QStringLiteral(" -5"), QStringLiteral(" -"), 1, QString()},
+        {QStringLiteral(" -5"), QStringLiteral(" -"), 2, QStringLiteral("-5")},
+        {QStringLiteral("a,b,,c"), QStringLiteral(","), 3, QString()},
+        {QStringLiteral("a,b,,c"), QStringLiteral(","), 4, QStringLiteral("c")},
+        {QStringLiteral("a,b,,c,"), QStringLiteral(","), 5, QString()},
+        {QStringLiteral("abc"), QString(), 1, QStringLiteral("abc")}, // an empty delimiter does not cut
+        // Occurrences overlap: after "aa" at 0 is cut, "aa" at 1 is found too.
+        {QStringLiteral("aaa"), QStringLiteral("aa"), 2, QString()},
+        {QStringLiteral("aaa"), QStringLiteral("aa"), 3, QStringLiteral("a")},
+        // A marker written into the text completes an occurrence that starts before it.
+        {QStringLiteral("aa") + kMarker, QStringLiteral("a") + kMarker, 1, QString()},
+        {QStringLiteral("aa") + kMarker, QStringLiteral("a") + kMarker, 4, QString()},
+        // With the marker itself as delimiter the cut is made with character 3,
+        // and a character 3 already in the text cuts as well.
+        {QStringLiteral("x") + kMarker + QStringLiteral("y"), kMarker, 2, QStringLiteral("y")},
+        {QStringLiteral("x") + kOtherMarker + QStringLiteral("y") + kMarker + QStringLiteral("z"), kMarker, 2,
+         QStringLiteral("y")},
+        // A marker character in the text is a cut of its own.
+        {QStringLiteral("a") + kMarker + QStringLiteral("b"), QStringLiteral(","), 2, QStringLiteral("b")},
+        // A delimiter beginning with the marker must not hang.
+        {QStringLiteral("x") + kMarker + kMarker + QStringLiteral("y"), kMarker + kMarker, 3,
+         QStringLiteral("y")},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(textPiece(c.text, c.delimiter, c.index), c.expected)
+            << c.text.toStdString() << " / " << c.delimiter.toStdString() << " / " << c.index;
+}
+
+TEST(TextPiece, NullArgumentsGiveEmptyText)
+{
+    EXPECT_EQ(textPiece(QVariant(), QStringLiteral(","), 1), QString());
+    EXPECT_EQ(textPiece(QStringLiteral("a,b"), QVariant(), 1), QString());
+    EXPECT_EQ(textPiece(QStringLiteral("a,b"), QStringLiteral(","), QVariant()), QString());
+    EXPECT_EQ(textPiece(QStringLiteral("a,b"), QStringLiteral(","), QStringLiteral("2")),
+              QStringLiteral("b"));
+}
+
+TEST(TextPiece, LimitsOfThePieceTable)
+{
+    const QString tenThousandPieces(9999, QLatin1Char(','));
+    EXPECT_EQ(textPiece(tenThousandPieces + QStringLiteral("end"), QStringLiteral(","), 10000),
+              QStringLiteral("end"));
+    EXPECT_THROW(textPiece(tenThousandPieces + QStringLiteral(","), QStringLiteral(","), 1),
+                 std::out_of_range);
+    EXPECT_THROW(textPiece(QStringLiteral("a"), QStringLiteral(","), 10001), std::out_of_range);
+    EXPECT_THROW(textPiece(QStringLiteral("a"), QStringLiteral(","), -1), std::out_of_range);
+    EXPECT_THROW(textPiece(QStringLiteral("a"), QStringLiteral(","), QStringLiteral("x")),
+                 std::invalid_argument);
+}
