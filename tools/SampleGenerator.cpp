@@ -207,14 +207,18 @@ void SampleGenerator::fillPurse(std::size_t purse, std::int64_t needed, sys_days
     m_history.transfers.push_back({day, static_cast<std::int32_t>(purse + 1), units});
 }
 
-// At the end of a month a purse holding far more than its reserve gives the surplus back to the bank.
+// At the end of a month a purse holding well over its reserve gives the
+// surplus back to the bank; now and then one is emptied down to pocket money.
 void SampleGenerator::emptyFullPurses(sys_days day)
 {
     for (std::size_t purse = 0; purse < m_purseUnits.size(); ++purse) {
-        const std::int64_t reserve = m_purseReserves[purse];
-        if (m_purseUnits[purse] <= 3 * reserve)
+        std::int64_t keep = m_purseReserves[purse];
+        if (2 * m_purseUnits[purse] <= 3 * keep)
+            keep = m_random.chance(10) ? 1000 * kRouble : m_purseUnits[purse];
+        const std::int64_t units =
+            roundDown(std::max<std::int64_t>(m_purseUnits[purse] - keep, 0), 1000 * kRouble);
+        if (units == 0)
             continue;
-        const std::int64_t units = roundDown(m_purseUnits[purse] - reserve, 1000 * kRouble);
         m_purseUnits[purse] -= units;
         m_bankUnits += units;
         m_history.transfers.push_back({day, static_cast<std::int32_t>(purse + 1), -units});

@@ -39,7 +39,7 @@ int main(int argc, char** argv)
     try {
         return run(line);
     } catch (const std::invalid_argument& error) {
-        std::cerr << "velmora-data: " << error.what() << '\n';
+        std::cerr << "velmora-data: " << error.what() << "\n\n" << usageText();
         return kExitUsage;
     } catch (const std::exception& error) {
         std::cerr << "velmora-data: " << line.arguments.at(0) << ": " << describeFailure(error) << '\n';

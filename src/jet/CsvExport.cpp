@@ -102,7 +102,8 @@ void appendDate(std::string& out, DateTime value)
     out += '"';
 }
 
-// The GUID's text form, with its first three groups read little-endian.
+// The GUID's usual text form, with its first three groups read little-endian.
+// (mdb-export leaves out the dash between the last two groups.)
 void appendGuid(std::string& out, const Guid& guid)
 {
     static constexpr int kOrder[16] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
@@ -121,6 +122,7 @@ void appendGuid(std::string& out, const Guid& guid)
 struct ValueAppender
 {
     std::string& out;
+    ColumnType type;
 
     void operator()(const Null&) const {}
     void operator()(bool value) const { out += value ? '1' : '0'; }
@@ -137,9 +139,10 @@ struct ValueAppender
         if (!value.empty())
             appendQuoted(out, toUtf8(value));
     }
+    // Binary data goes out as it is; a zero-length OLE value still prints its quotes.
     void operator()(const Bytes& value) const
     {
-        if (!value.empty())
+        if (!value.empty() || type == ColumnType::Ole)
             appendQuoted(out, {reinterpret_cast<const char*>(value.data()), value.size()});
     }
 };
@@ -156,12 +159,12 @@ std::string exportCsv(const Table& table)
         out += toUtf8(table.columns[i].name);
     }
     out += '\n';
-    const ValueAppender append{out};
     for (const Row& row : table.rows) {
         for (std::size_t i = 0; i < row.size(); ++i) {
             if (i > 0)
                 out += ',';
-            std::visit(append, row[i]);
+            const ColumnType type = i < table.columns.size() ? table.columns[i].type : ColumnType::Binary;
+            std::visit(ValueAppender{out, type}, row[i]);
         }
         out += '\n';
     }
