@@ -1,0 +1,149 @@
+#include "jet/CsvExport.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <limits>
+
+using jet::Column;
+using jet::ColumnType;
+using jet::Value;
+
+namespace {
+
+// The CSV of a one-column table holding just `value`, without header and newline.
+std::string field(ColumnType type, const Value& value)
+{
+    jet::Table table;
+    table.name = u"T";
+    table.columns = {type == ColumnType::Text ? Column::text(u"C", 255) : Column::ofType(u"C", type)};
+    table.rows = {{value}};
+    const std::string csv = jet::exportCsv(table);
+    return csv.substr(2, csv.size() - 3);
+}
+
+jet::DateTime dayOf(std::chrono::year_month_day date)
+{
+    return {static_cast<double>(std::chrono::sys_days{date}.time_since_epoch().count() + 25569)};
+}
+
+} // namespace
+
+TEST(CsvExport, HeaderThenOneLinePerRow)
+{
+    jet::Table table;
+    table.name = u"Bank";
+    table.columns = {Column::ofType(u"F0", ColumnType::Long, true), Column::text(u"Сумма прописью", 50),
+                     Column::ofType(u"F2", ColumnType::Currency)};
+    EXPECT_EQ(jet::exportCsv(table), "F0,Сумма прописью,F2\n") << "an empty table is its header line";
+    table.rows = {{std::int32_t{1}, std::u16string(u"Зарплата"), jet::Currency{1000000}},
+                  {std::int32_t{2}, jet::Null{}, jet::Null{}}};
+    EXPECT_EQ(jet::exportCsv(table), "F0,Сумма прописью,F2\n1,\"Зарплата\",100.0000\n2,,\n");
+}
+
+TEST(CsvExport, TextsAreQuotedWithQuotesDoubledAndLineBreaksKept)
+{
+    struct Case
+    {
+        Value value;
+        const char* csv;
+    };
+    const Case cases[] = {
+        {std::u16string(u"Хлеб"), "\"Хлеб\""},
+        {std::u16string(u"магазин \"У дома\""), "\"магазин \"\"У дома\"\"\""},
+        {std::u16string(u"\""), "\"\"\"\""},
+        {std::u16string(u"рынок, 2 кг"), "\"рынок, 2 кг\""},
+        {std::u16string(u"строка\r\nвторая\nтретья"), "\"строка\r\nвторая\nтретья\""},
+        {std::u16string(u"Ελληνικά 日本語 €"), "\"Ελληνικά 日本語 €\""},
+        {std::u16string(u"tab\there"), "\"tab\there\""},
+        // A zero-length text prints exactly like Null.
+        {std::u16string(), ""},
+        {jet::Null{}, ""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(field(ColumnType::Text, c.value), c.csv);
+        EXPECT_EQ(field(ColumnType::Memo, c.value), c.csv);
+    }
+}
+
+TEST(CsvExport, NumbersPrintUnquoted)
+{
+    struct Case
+    {
+        ColumnType type;
+        Value value;
+        const char* csv;
+    };
+    constexpr auto int64Max = std::numeric_limits<std::int64_t>::max();
+    constexpr auto int64Min = std::numeric_limits<std::int64_t>::min();
+    const Case cases[] = {
+        {ColumnType::Boolean, true, "1"},
+        {ColumnType::Boolean, false, "0"},
+        {ColumnType::Byte, std::int32_t{255}, "255"},
+        {ColumnType::Integer, std::int32_t{-32768}, "-32768"},
+        {ColumnType::Long, std::int32_t{std::numeric_limits<std::int32_t>::min()}, "-2147483648"},
+        {ColumnType::Long, std::int32_t{0}, "0"},
+        {ColumnType::Currency, jet::Currency{0}, "0.0000"},
+        {ColumnType::Currency, jet::Currency{123400}, "12.3400"},
+        {ColumnType::Currency, jet::Currency{-123400}, "-12.3400"},
+        {ColumnType::Currency, jet::Currency{-5000}, "-0.5000"},
+        {ColumnType::Currency, jet::Currency{1}, "0.0001"},
+        {ColumnType::Currency, jet::Currency{int64Max}, "922337203685477.5807"},
+        {ColumnType::Currency, jet::Currency{int64Min}, "-922337203685477.5808"},
+        {ColumnType::Single, 0.15f, "0.15000001"},
+        {ColumnType::Single, 0.01f, "0.0099999998"},
+        {ColumnType::Single, -2.5f, "-2.5"},
+        {ColumnType::Single, 123456789.0f, "1.2345679e+08"},
+        {ColumnType::Double, 444.555, "444.555"},
+        {ColumnType::Double, 0.1 + 0.2, "0.3"},
+        {ColumnType::Double, 1.0 / 3.0, "0.3333333333333333"},
+        {ColumnType::Double, -1e20, "-1e+20"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(field(c.type, c.value), c.csv) << jet::typeName(c.type);
+}
+
+TEST(CsvExport, DatesPrintAsMonthDayTwoDigitYearAndTime)
+{
+    using namespace std::chrono;
+    struct Case
+    {
+        double days;
+        const char* csv;
+    };
+    const double seconds = 1.0 / 86400;
+    const Case cases[] = {
+        {0.0, "\"12/30/99 00:00:00\""},
+        {2.0, "\"01/01/00 00:00:00\""},
+        {36526.75, "\"01/01/00 18:00:00\""},
+        {45366 + (13 * 3600 + 45 * 60 + 30) * seconds, "\"03/15/24 13:45:30\""},
+        // The engine stores sub-second times; they round to the nearest second.
+        {45000 + (22 * 3600 + 40 * 60 + 30.999) * seconds, "\"03/15/23 22:40:31\""},
+        {45000 + (23 * 3600 + 59 * 60 + 59.6) * seconds, "\"03/16/23 00:00:00\""},
+        // Before 1899-12-30 the time of day is the fraction's magnitude.
+        {-1.25, "\"12/29/99 06:00:00\""},
+        {-1 - (86399.7 * seconds), "\"12/30/99 00:00:00\""},
+        {dayOf(year{1066} / 10 / 14).days - 0.5, "\"10/14/66 12:00:00\""},
+        {dayOf(year{632} / 6 / 8).days, "\"06/08/32 00:00:00\""},
+        {dayOf(year{9999} / 12 / 31).days + 0.5, "\"12/31/99 12:00:00\""},
+        {dayOf(year{2000} / 2 / 29).days, "\"02/29/00 00:00:00\""},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(field(ColumnType::DateTime, jet::DateTime{c.days}), c.csv) << c.days;
+}
+
+TEST(CsvExport, GuidsAndBinaryValues)
+{
+    const jet::Guid guid{
+        {0x78, 0x56, 0x34, 0x12, 0xBC, 0x9A, 0xF0, 0xDE, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0x88}};
+    EXPECT_EQ(field(ColumnType::Guid, guid), "\"{12345678-9ABC-DEF0-1122-334455667788}\"");
+    // Binary data goes out as it is, quoted, with its quote bytes doubled.
+    const jet::Bytes bytes{'B', 'M', 0x00, '"', 0xFF, '\n'};
+    EXPECT_EQ(field(ColumnType::Ole, bytes), std::string("\"BM\0\"\"\xFF\n\"", 9));
+    EXPECT_EQ(field(ColumnType::Binary, bytes), std::string("\"BM\0\"\"\xFF\n\"", 9));
+    // A zero-length OLE value keeps its quotes; zero-length binary prints like Null.
+    EXPECT_EQ(field(ColumnType::Ole, jet::Bytes{}), "\"\"");
+    EXPECT_EQ(field(ColumnType::Binary, jet::Bytes{}), "");
+    EXPECT_EQ(field(ColumnType::Ole, jet::Null{}), "");
+}
