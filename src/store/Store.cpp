@@ -1,0 +1,279 @@
+#include "Store.h"
+
+#include "Transaction.h"
+
+#include "Schema.h"
+#include "SqlParameters.h"
+#include "SqliteImage.h"
+#include "StoreTexts.h"
+#include "jet/Writer.h"
+
+#include <SQLiteCpp/Exception.h>
+
+#include <QDebug>
+
+#include <cerrno>
+#include <system_error>
+
+namespace store {
+
+namespace fs = std::filesystem;
+using Kind = StoreError::Kind;
+
+namespace {
+
+FileWriter defaultWriter()
+{
+    return [](const fs::path& path, std::span<const std::uint8_t> bytes) {
+        jet::writeFileAtomically(path, bytes);
+    };
+}
+
+QString fromStd(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+} // namespace
+
+Store::Store(const QString& programDir, ErrorSink* sink, FileWriter writer)
+    : m_file(fs::path(programDir.toStdString()) / kDataFileName, kFilePassword),
+      m_lock(fs::path(m_file.path().string() + ".lock")), m_sink(sink),
+      m_writer(writer ? std::move(writer) : defaultWriter())
+{}
+
+Store::~Store()
+{
+    if (m_open)
+        m_image->rollback();
+}
+
+void Store::verify()
+{
+    if (m_depth > 0)
+        return;
+    open();
+    m_image->rollback();
+    m_open = false;
+    m_lock.unlock();
+}
+
+void Store::enter()
+{
+    if (m_depth++ > 0)
+        return;
+    try {
+        open();
+    } catch (const StoreError& e) {
+        fail(e);
+    }
+}
+
+StoreResult Store::leave(bool commit, long long changesAtEnter)
+{
+    if (m_depth <= 0)
+        throw std::logic_error("Store: a transaction ended twice");
+    if (--m_depth == 0)
+        return finish(commit);
+    // An inner scope that changed rows and did not commit spoils the whole transaction.
+    if (!commit && changeCount() != changesAtEnter)
+        fail(StoreError(Kind::Statement, fromStd(texts::changesAbandoned)), false);
+    return m_failure ? StoreResult(*m_failure) : StoreResult();
+}
+
+long long Store::changeCount() const
+{
+    return m_open ? m_image->totalChanges() : 0;
+}
+
+void Store::open()
+{
+    try {
+        if (!m_lock.tryLock())
+            throw StoreError::forFile(Kind::Locked, dataFilePath());
+    } catch (const std::system_error& e) {
+        throw StoreError::forFile(Kind::Unreadable, dataFilePath(),
+                                  StoreError::describeErrno(e.code().value()));
+    }
+    try {
+        refresh();
+        m_image->begin();
+    } catch (...) {
+        m_lock.unlock();
+        throw;
+    }
+    m_changesAtOpen = m_image->totalChanges();
+    m_open = true;
+}
+
+void Store::refresh()
+{
+    const std::optional<FileSignature> current = FileSignature::of(m_file.path());
+    if (!current)
+        throw StoreError::forFile(errno == ENOENT ? Kind::Missing : Kind::Unreadable, dataFilePath(),
+                                  StoreError::describeErrno(errno));
+    if (m_image && m_signature == current)
+        return;
+    m_image.reset();
+    m_signature.reset();
+    m_file.removeStaleTemporaries();
+    LoadedFile loaded = m_file.load();
+    try {
+        m_image = std::make_unique<SqliteImage>(loaded.database);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        throw StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(e.what()));
+    }
+    m_signature = loaded.signature;
+}
+
+StoreResult Store::finish(bool commit)
+{
+    if (m_open) {
+        try {
+            if (commit && !m_failure)
+                save();
+        } catch (const StoreError& e) {
+            fail(e);
+        }
+        if (m_failure || !commit)
+            m_image->rollback();
+        m_open = false;
+        m_lock.unlock();
+    }
+    StoreResult result = m_failure ? StoreResult(*m_failure) : StoreResult();
+    m_failure.reset();
+    return result;
+}
+
+void Store::fail(const StoreError& error, bool report)
+{
+    if (m_failure)
+        return;
+    m_failure = error;
+    if (!report)
+        return;
+    if (m_sink)
+        m_sink->storeFailure(error);
+    else
+        qWarning().noquote() << error.message();
+}
+
+void Store::reportEngineError(int number, const QString& description)
+{
+    if (!m_failure)
+        m_failure = StoreError::statement(number, description);
+    if (m_sink)
+        m_sink->engineError(number, description);
+    else
+        qWarning().noquote() << engineErrorText(number, description);
+}
+
+void Store::save()
+{
+    if (m_image->totalChanges() == m_changesAtOpen) {
+        m_image->commit();
+        return;
+    }
+    try {
+        jet::Database database;
+        try {
+            database = m_image->dump();
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& e) {
+            throw StoreError::forFile(Kind::CannotWrite, dataFilePath(), fromStd(e.what()));
+        }
+        m_signature = FileSaver(m_file, m_writer).save(database, *m_signature);
+    } catch (const StoreError&) {
+        // The file may be anything now (a failed folder sync comes after the
+        // rename): the next transaction reads it again.
+        m_signature.reset();
+        throw;
+    }
+    try {
+        m_image->commit();
+    } catch (const SQLite::Exception&) {
+        m_signature.reset();
+    }
+}
+
+bool Store::runStatement(const QString& sql, const QVariantList& params)
+{
+    if (!m_open || m_failure)
+        return false;
+    try {
+        SQLite::Statement& statement = m_image->statement(sql.toStdString());
+        const StatementScope scope(statement);
+        sql::bindParameters(statement, params);
+        statement.exec();
+        return true;
+    } catch (const SQLite::Exception& e) {
+        reportEngineError(e.getExtendedErrorCode() >= 0 ? e.getExtendedErrorCode() : e.getErrorCode(),
+                          fromStd(e.what()));
+        return false;
+    }
+}
+
+Rows Store::runQuery(const QString& sql, const QVariantList& params)
+{
+    if (!m_open)
+        return {};
+    try {
+        SQLite::Statement& statement = m_image->statement(sql.toStdString());
+        const StatementScope scope(statement);
+        sql::bindParameters(statement, params);
+        auto names = std::make_shared<QStringList>();
+        const int width = statement.getColumnCount();
+        for (int i = 0; i < width; ++i)
+            names->append(fromStd(statement.getColumnName(i)));
+        Rows rows;
+        while (statement.executeStep()) {
+            std::vector<QVariant> values;
+            values.reserve(static_cast<std::size_t>(width));
+            for (int i = 0; i < width; ++i)
+                values.push_back(sql::readCell(statement.getColumn(i)));
+            rows.emplace_back(names, std::move(values));
+        }
+        return rows;
+    } catch (const SQLite::Exception& e) {
+        reportEngineError(e.getExtendedErrorCode() >= 0 ? e.getExtendedErrorCode() : e.getErrorCode(),
+                          fromStd(e.what()));
+        return {};
+    }
+}
+
+QVariant Store::lookupValue(const QString& table, const QString& column, const QString& criteria,
+                            const QVariantList& params, std::optional<int> index)
+{
+    Transaction tx(*this);
+    QVariant value = tx.lookupValue(table, column, criteria, params, index);
+    tx.commit();
+    return value;
+}
+
+bool Store::executeStatement(const QString& sql, const QVariantList& params)
+{
+    Transaction tx(*this);
+    tx.execute(sql, params);
+    return tx.commit().ok();
+}
+
+Rows Store::query(const QString& sql, const QVariantList& params)
+{
+    Transaction tx(*this);
+    Rows rows = tx.query(sql, params);
+    tx.commit();
+    return rows;
+}
+
+Rows Store::rows(const QString& table)
+{
+    Transaction tx(*this);
+    Rows rows = tx.rows(table);
+    tx.commit();
+    return rows;
+}
+
+} // namespace store

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+#include <stdexcept>
+
+namespace store {
+
+// A failure of the data file or of a statement, with the Russian message the
+// user sees. The message names the file and the cause.
+class StoreError : public std::runtime_error
+{
+public:
+    enum class Kind
+    {
+        Missing,
+        Unreadable,
+        Damaged,
+        WrongPassword,
+        Locked,
+        CannotWrite,
+        ChangedOnDisk,
+        Statement, // an engine error of one statement; message() is its box text
+    };
+
+    StoreError(Kind kind, const QString& message);
+
+    static StoreError forFile(Kind kind, const QString& path, const QString& cause = {});
+    static StoreError statement(int number, const QString& description);
+    // The cause of a failed system call, in words.
+    static QString describeErrno(int errorNumber);
+
+    Kind kind() const { return m_kind; }
+    const QString& message() const { return m_message; }
+
+private:
+    Kind m_kind;
+    QString m_message;
+};
+
+} // namespace store

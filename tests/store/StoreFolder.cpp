@@ -1,0 +1,84 @@
+#include "StoreFolder.h"
+
+#include "Schema.h"
+#include "jet/Reader.h"
+#include "jet/Writer.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace store::test {
+
+namespace fs = std::filesystem;
+
+StoreFolder::StoreFolder()
+{
+    std::string pattern = (fs::temp_directory_path() / "velmora-store-XXXXXX").string();
+    if (!::mkdtemp(pattern.data()))
+        throw std::runtime_error("mkdtemp failed");
+    m_path = pattern;
+}
+
+StoreFolder::~StoreFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+void StoreFolder::writeDataFile(const jet::Database& db) const
+{
+    jet::writeFileAtomically(dataFile(), jet::encodeDatabase(db));
+}
+
+void StoreFolder::writePreparedFile() const
+{
+    writeDataFile(preparedDatabase(45000));
+}
+
+std::vector<std::uint8_t> StoreFolder::dataFileBytes() const
+{
+    std::ifstream in(dataFile(), std::ios::binary);
+    return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {});
+}
+
+jet::Database StoreFolder::readDataFile() const
+{
+    return jet::readFile(dataFile(), kFilePassword);
+}
+
+std::vector<std::string> StoreFolder::strayFiles() const
+{
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_path)) {
+        const std::string name = entry.path().filename().string();
+        if (name != "velmora.mdb" && name != "velmora.mdb.lock")
+            names.push_back(name);
+    }
+    return names;
+}
+
+void RecordingSink::engineError(int number, const QString& description)
+{
+    engineErrors.append(engineErrorText(number, description));
+}
+
+void RecordingSink::storeFailure(const StoreError& error)
+{
+    storeFailures.append(error.message());
+    failureKinds.push_back(error.kind());
+}
+
+jet::Database sampleDatabase()
+{
+    jet::Database db = preparedDatabase(45000);
+    db.table(u"Bills_Dict")->rows = {{std::int32_t{1}, std::u16string(u"Питание")},
+                                     {std::int32_t{2}, std::u16string(u"Транспорт")}};
+    db.table(u"Purse_Dict")->rows = {
+        {std::int32_t{1}, std::u16string(u"Кошелёк"), jet::Null{}, std::u16string()}};
+    db.table(u"Purse")->rows = {{std::int32_t{1}, jet::Currency{1'000'000}}};
+    return db;
+}
+
+} // namespace store::test
