@@ -1,0 +1,167 @@
+#include "DatabaseWriter.h"
+
+#include "Header.h"
+#include "RowEncoder.h"
+#include "TableDataWriter.h"
+#include "TdefEncoder.h"
+#include "UsageMapWriter.h"
+#include "WriteFailure.h"
+#include "Writer.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace jet {
+
+std::vector<std::uint8_t> encodeDatabase(const Database& db)
+{
+    return writer::DatabaseWriter(db).encode();
+}
+
+} // namespace jet
+
+namespace jet::writer {
+
+namespace {
+
+constexpr double kDefaultCreationDate = 36526.0; // 2000-01-01, when the caller gives no date
+constexpr std::uint32_t kCatalogPage = 2;
+
+std::size_t mapsOf(const TableLayout& layout)
+{
+    return 2 + 2 * layout.longValueColumns().size();
+}
+
+} // namespace
+
+DatabaseWriter::DatabaseWriter(const Database& db)
+    : m_db(db), m_date(db.creationDate != 0 ? db.creationDate : kDefaultCreationDate),
+      m_catalog(catalogTable()), m_systemTables(emptySystemTables())
+{
+    checkTableNames();
+    m_entries.reserve(1 + m_systemTables.size() + db.tables.size());
+    m_entries.emplace_back(m_catalog, TableKind::System);
+    for (const Table& t : m_systemTables)
+        m_entries.emplace_back(t, TableKind::System);
+    for (const Table& t : db.tables)
+        m_entries.emplace_back(t, TableKind::User);
+    planPages();
+}
+
+void DatabaseWriter::checkTableNames() const
+{
+    for (std::size_t i = 0; i < m_db.tables.size(); ++i) {
+        const Table& t = m_db.tables[i];
+        const bool system = sameName(t.name, m_catalog.name) ||
+                            std::any_of(m_systemTables.begin(), m_systemTables.end(),
+                                        [&](const Table& s) { return sameName(s.name, t.name); });
+        if (system)
+            failTable(t, "the name belongs to a system table");
+        for (std::size_t j = 0; j < i; ++j)
+            if (sameName(m_db.tables[j].name, t.name))
+                failTable(t, "the database has two tables of this name");
+    }
+}
+
+void DatabaseWriter::planPages()
+{
+    for (Entry& e : m_entries) {
+        e.firstMap = m_mapCount;
+        m_mapCount += mapsOf(e.layout);
+    }
+    std::uint32_t next = m_firstMapPage + static_cast<std::uint32_t>(UsageMapPages::pagesFor(m_mapCount));
+    std::vector<ListedTable> listed;
+    for (Entry& e : m_entries) {
+        e.definitionPage = &e == &m_entries.front() ? kCatalogPage : next++;
+        listed.push_back({&e.layout.table(), e.definitionPage, e.system});
+    }
+    fillCatalog(m_catalog, listed, m_date);
+    for (Entry& e : m_entries)
+        sizeRows(e);
+}
+
+// Checks every row before anything is written, finds the last AutoNumber and
+// sizes the data so that the file buffer is allocated once.
+void DatabaseWriter::sizeRows(Entry& entry)
+{
+    const Table& table = entry.layout.table();
+    const RowEncoder encoder(entry.layout);
+    std::vector<std::size_t> autoColumns;
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        if (table.columns[i].autoNumber)
+            autoColumns.push_back(i);
+    entry.lastAutoNumber = table.lastAutoNumber;
+    entry.plans.resize(table.rows.size());
+    for (std::size_t r = 0; r < table.rows.size(); ++r) {
+        const Row& row = table.rows[r];
+        const RowPlan plan = entry.plans[r] = encoder.plan(row, r);
+        entry.rowBytes += plan.size + 2;
+        for (const std::uint16_t c : entry.layout.longValueColumns())
+            entry.rowBytes += plan.longValuesInline ? 0 : RowEncoder::longValueBytes(row[c]);
+        for (const std::size_t c : autoColumns)
+            if (const auto* n = std::get_if<std::int32_t>(&row[c]))
+                entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
+    }
+}
+
+std::size_t DatabaseWriter::expectedPages() const
+{
+    std::size_t pages = m_firstMapPage + UsageMapPages::pagesFor(m_mapCount) + m_entries.size() + 4;
+    for (const Entry& e : m_entries) {
+        const std::size_t rows = e.layout.table().rows.size();
+        pages +=
+            std::max(e.rowBytes / 3600, rows / kMaxRowsPerPage) + 1 + 2 * e.layout.longValueColumns().size();
+    }
+    return pages;
+}
+
+std::vector<std::uint8_t> DatabaseWriter::encode()
+{
+    PageBuffer file(expectedPages());
+    const std::uint32_t fixedPages = m_entries.back().definitionPage + 1;
+    while (file.pageCount() < fixedPages)
+        file.append();
+    UsageMapPages maps(file, m_firstMapPage, m_mapCount);
+    for (const Entry& e : m_entries)
+        writeDefinition(file, maps, e);
+    for (const Entry& e : m_entries)
+        writeData(file, maps, e);
+    writeGlobalMap(file);
+    const std::vector<std::uint8_t> header = encodeJet4Header(m_db.password, m_date);
+    std::memcpy(file.page(0), header.data(), kPageSize);
+    return file.release();
+}
+
+void DatabaseWriter::writeDefinition(PageBuffer& file, const UsageMapPages& maps, const Entry& e) const
+{
+    DefinitionFacts facts;
+    facts.rowCount = static_cast<std::uint32_t>(e.layout.table().rows.size());
+    facts.lastAutoNumber = e.lastAutoNumber;
+    facts.ownedMap = maps.pointer(e.firstMap);
+    facts.freeMap = maps.pointer(e.firstMap + 1);
+    for (std::size_t k = 0; k < e.layout.longValueColumns().size(); ++k) {
+        facts.longValueMaps.push_back(maps.pointer(e.firstMap + 2 + 2 * k));
+        facts.longValueFreeMaps.push_back(maps.pointer(e.firstMap + 3 + 2 * k));
+    }
+    writeTableDefinition(file, e.definitionPage, e.layout, facts);
+}
+
+void DatabaseWriter::writeData(PageBuffer& file, UsageMapPages& maps, const Entry& e) const
+{
+    TableDataWriter data(file, e.layout, e.definitionPage);
+    data.writeRows(e.plans);
+    const auto& pages = data.dataPages();
+    maps.put(e.firstMap, encodeUsageMap(pages, file));
+    // Only the last page can have room, as pages are filled in order.
+    const std::span<const std::uint32_t> withRoom =
+        data.lastPageHasRoom() ? std::span(pages).last(1) : std::span<const std::uint32_t>();
+    maps.put(e.firstMap + 1, encodeUsageMap(withRoom, file));
+    for (std::size_t k = 0; k < e.layout.longValueColumns().size(); ++k) {
+        // The engine lists a column's LVAL pages in both of its maps.
+        const auto& lval = data.longValuePages(k);
+        maps.put(e.firstMap + 2 + 2 * k, encodeUsageMap(lval, file));
+        maps.put(e.firstMap + 3 + 2 * k, encodeUsageMap(lval, file));
+    }
+}
+
+} // namespace jet::writer
