@@ -96,8 +96,10 @@ void DatabaseWriter::sizeRows(Entry& entry)
         const Row& row = table.rows[r];
         const RowPlan plan = entry.plans[r] = encoder.plan(row, r);
         entry.rowBytes += plan.size + 2;
-        for (const std::uint16_t c : entry.layout.longValueColumns())
-            entry.rowBytes += plan.longValuesInline ? 0 : RowEncoder::longValueBytes(row[c]);
+        for (const std::uint16_t c : entry.layout.longValueColumns()) {
+            const std::size_t bytes = RowEncoder::longValueBytes(row[c]);
+            entry.rowBytes += plan.isInline(bytes) ? 0 : bytes;
+        }
         for (const std::size_t c : autoColumns)
             if (const auto* n = std::get_if<std::int32_t>(&row[c]))
                 entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);

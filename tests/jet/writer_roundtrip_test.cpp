@@ -31,8 +31,12 @@ TEST(WriterRoundTrip, EveryTypeLongValuesAndEmptyTablesReadBackExactly)
     jet::Database db;
     db.password = u"пароль-20-символов!!";
     db.creationDate = 45366.573263888;
+    // Rows of three bytes (a Yes/No column only) fill pages up to the 255-row limit.
+    jet::Table flags{u"Flags", {jet::Column::ofType(u"Yes", jet::ColumnType::Boolean)}, {}, 0};
+    for (int r = 0; r < 600; ++r)
+        flags.rows.push_back({r % 3 == 0});
     db.tables = {everyTypeTable(u"Все типы", 120, 3), longValueTable(), crowdedTable(),
-                 operationsTable(u"Пустая", 0), wideTable(40, 3)};
+                 operationsTable(u"Пустая", 0),       wideTable(40, 3), flags};
     const std::vector<std::uint8_t> bytes = jet::encodeDatabase(db);
     EXPECT_EQ(bytes.size() % 4096, 0u);
     expectSameDatabase(jet::readDatabase(bytes, db.password), storedForm(db));

@@ -52,6 +52,11 @@ TEST(WriterValidation, RefusesWhatTheFileCannotHold)
         {"Integer above 32767", [](jet::Table& t) { t.rows[0][3] = 32768; }, "\"Count\""},
         {"Binary over its size", [](jet::Table& t) { t.rows[0][4] = jet::Bytes(5); }, "\"Blob\""},
         {"bytes for a memo", [](jet::Table& t) { t.rows[0][5] = jet::Bytes(5); }, "\"Note\""},
+        {"value in a Decimal column",
+         [](jet::Table& t) {
+             t.columns[4] = {u"Blob", ColumnType::Numeric, 17, false};
+         },
+         "\"Blob\""},
         {"U+FEFF text with U+0400", [](jet::Table& t) { t.rows[0][1] = std::u16string(u"\uFEFF\u0400"); },
          "\"Name\""},
         {"row one value short", [](jet::Table& t) { t.rows[0].pop_back(); }, "\"Счета\": row 1 has 5 values"},
