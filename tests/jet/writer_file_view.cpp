@@ -48,7 +48,7 @@ void expectConsistentDefinition(const FileView& file, std::uint32_t first)
     for (std::uint32_t n = first; n != 0; n = le::u32(file.page(n) + 4)) {
         ASSERT_LT(done, length) << "definition " << first << " has a page too many";
         const std::size_t payload =
-            n == first ? std::min<std::size_t>(length, 4096) : std::min(length - done, 4088ul);
+            n == first ? std::min<std::size_t>(length, 4096) : std::min(length - done, std::size_t{4088});
         const std::size_t onPage = n == first ? payload : payload + 8;
         done += payload;
         EXPECT_EQ(le::u16(file.page(n) + 2), onPage + 8 >= 4096 ? 0 : 4096 - onPage - 8) << "page " << n;
