@@ -3,7 +3,6 @@
 #include <QDate>
 
 #include <cmath>
-#include <cstdio>
 
 namespace store {
 
@@ -24,6 +23,12 @@ bool readNumber(std::string_view text, std::size_t at, std::size_t width, int& o
     return true;
 }
 
+void writeDigits(char* out, int value, int width)
+{
+    for (int i = width - 1; i >= 0; --i, value /= 10)
+        out[i] = static_cast<char>('0' + value % 10);
+}
+
 bool readTime(std::string_view text, int& seconds)
 {
     int h = 0, m = 0, s = 0;
@@ -36,28 +41,44 @@ bool readTime(std::string_view text, int& seconds)
 
 } // namespace
 
-std::optional<std::string> jetDateToText(jet::DateTime value)
+std::size_t jetDateToText(jet::DateTime value, char* out)
 {
     if (!std::isfinite(value.days))
-        return std::nullopt;
+        return 0;
     // Before day 0 the fraction still counts forward from midnight.
     double whole = std::trunc(value.days);
     if (whole < kFirstDay || whole >= kEndDay)
-        return std::nullopt;
+        return 0;
     long seconds = std::lround(std::fabs(value.days - whole) * kSecondsPerDay);
     if (seconds >= static_cast<long>(kSecondsPerDay)) {
         whole += 1;
         seconds = 0;
     }
-    const QDate date = QDate::fromJulianDay(kJetEpochJulianDay + static_cast<qint64>(whole));
-    if (date.year() > 9999)
-        return std::nullopt;
-    char buffer[32];
-    int n = std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d", date.year(), date.month(), date.day());
-    if (seconds != 0)
-        n += std::snprintf(buffer + n, sizeof buffer - n, " %02ld:%02ld:%02ld", seconds / 3600,
-                           seconds / 60 % 60, seconds % 60);
-    return std::string(buffer, static_cast<std::size_t>(n));
+    int year = 0, month = 0, day = 0;
+    QDate::fromJulianDay(kJetEpochJulianDay + static_cast<qint64>(whole)).getDate(&year, &month, &day);
+    if (year > 9999)
+        return 0;
+    writeDigits(out, year, 4);
+    out[4] = '-';
+    writeDigits(out + 5, month, 2);
+    out[7] = '-';
+    writeDigits(out + 8, day, 2);
+    if (seconds == 0)
+        return 10;
+    out[10] = ' ';
+    writeDigits(out + 11, static_cast<int>(seconds / 3600), 2);
+    out[13] = ':';
+    writeDigits(out + 14, static_cast<int>(seconds / 60 % 60), 2);
+    out[16] = ':';
+    writeDigits(out + 17, static_cast<int>(seconds % 60), 2);
+    return 19;
+}
+
+std::optional<std::string> jetDateToText(jet::DateTime value)
+{
+    char buffer[19];
+    const std::size_t n = jetDateToText(value, buffer);
+    return n ? std::optional(std::string(buffer, n)) : std::nullopt;
 }
 
 std::optional<jet::DateTime> jetDateFromText(std::string_view text)

@@ -1,13 +1,12 @@
 #include "JetSqlValues.h"
 
 #include "JetDateText.h"
-#include "jet/Unicode.h"
 
-#include <SQLiteCpp/Column.h>
-#include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Exception.h>
 
 #include <algorithm>
 #include <limits>
+#include <sqlite3.h>
 #include <stdexcept>
 
 namespace store::sql {
@@ -26,24 +25,61 @@ std::int32_t narrowInteger(std::int64_t value)
     return static_cast<std::int32_t>(value);
 }
 
-jet::Bytes readBytes(const SQLite::Column& cell)
+int bindValue(sqlite3_stmt* s, int i, const jet::Value& value, std::array<char, 24>& date)
 {
-    const auto* data = static_cast<const std::uint8_t*>(cell.getBlob());
-    return jet::Bytes(data, data + cell.getBytes());
+    return std::visit(
+        Overloaded{
+            [&](jet::Null) { return sqlite3_bind_null(s, i); },
+            [&](bool v) { return sqlite3_bind_int(s, i, v ? 1 : 0); },
+            [&](std::int32_t v) { return sqlite3_bind_int(s, i, v); },
+            [&](jet::Currency v) { return sqlite3_bind_int64(s, i, v.units); },
+            [&](float v) { return sqlite3_bind_double(s, i, v); },
+            [&](double v) { return sqlite3_bind_double(s, i, v); },
+            [&](jet::DateTime v) {
+                const std::size_t n = jetDateToText(v, date.data());
+                if (n == 0)
+                    throw std::range_error("a date outside the years 100 to 9999");
+                return sqlite3_bind_text(s, i, date.data(), static_cast<int>(n), SQLITE_STATIC);
+            },
+            [&](const std::u16string& v) {
+                return sqlite3_bind_text16(s, i, v.data(), static_cast<int>(v.size() * 2), SQLITE_STATIC);
+            },
+            [&](const jet::Bytes& v) {
+                return sqlite3_bind_blob(s, i, v.data(), static_cast<int>(v.size()), SQLITE_STATIC);
+            },
+            [&](const jet::Guid& v) {
+                return sqlite3_bind_blob(s, i, v.bytes.data(), static_cast<int>(v.bytes.size()),
+                                         SQLITE_STATIC);
+            },
+        },
+        value);
 }
 
-jet::Value readDate(const SQLite::Column& cell)
+jet::Bytes readBytes(sqlite3_stmt* s, int column)
 {
-    const char* text = cell.getText();
-    const std::optional<jet::DateTime> date = jetDateFromText(std::string_view(text, cell.getBytes()));
+    const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(s, column));
+    return jet::Bytes(data, data + sqlite3_column_bytes(s, column));
+}
+
+jet::Value readDate(sqlite3_stmt* s, int column)
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(s, column));
+    const std::string_view view(text, static_cast<std::size_t>(sqlite3_column_bytes(s, column)));
+    const std::optional<jet::DateTime> date = jetDateFromText(view);
     if (!date)
-        throw std::range_error(std::string("not a date: ") + text);
+        throw std::range_error("not a date: " + std::string(view));
     return *date;
 }
 
-jet::Value readGuid(const SQLite::Column& cell)
+jet::Value readText(sqlite3_stmt* s, int column)
 {
-    const jet::Bytes bytes = readBytes(cell);
+    const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(s, column));
+    return std::u16string(text, static_cast<std::size_t>(sqlite3_column_bytes16(s, column)) / 2);
+}
+
+jet::Value readGuid(sqlite3_stmt* s, int column)
+{
+    const jet::Bytes bytes = readBytes(s, column);
     if (bytes.size() != 16)
         throw std::range_error("a GUID of the wrong length");
     jet::Guid guid;
@@ -53,58 +89,43 @@ jet::Value readGuid(const SQLite::Column& cell)
 
 } // namespace
 
-void bindJetValue(SQLite::Statement& statement, int index, const jet::Value& value)
+void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row,
+                std::vector<std::array<char, 24>>& dates)
 {
-    std::visit(Overloaded{
-                   [&](jet::Null) { statement.bind(index); },
-                   [&](bool v) { statement.bind(index, v ? 1 : 0); },
-                   [&](std::int32_t v) { statement.bind(index, v); },
-                   [&](jet::Currency v) { statement.bind(index, static_cast<std::int64_t>(v.units)); },
-                   [&](float v) { statement.bind(index, static_cast<double>(v)); },
-                   [&](double v) { statement.bind(index, v); },
-                   [&](jet::DateTime v) {
-                       const std::optional<std::string> text = jetDateToText(v);
-                       if (!text)
-                           throw std::range_error("a date outside the years 100 to 9999");
-                       statement.bind(index, *text);
-                   },
-                   [&](const std::u16string& v) { statement.bind(index, jet::toUtf8(v)); },
-                   [&](const jet::Bytes& v) { statement.bind(index, v.data(), static_cast<int>(v.size())); },
-                   [&](const jet::Guid& v) {
-                       statement.bind(index, v.bytes.data(), static_cast<int>(v.bytes.size()));
-                   },
-               },
-               value);
+    dates.resize(row.size());
+    for (std::size_t i = 0; i < row.size(); ++i)
+        if (const int rc = bindValue(statement, static_cast<int>(i + 1), row[i], dates[i]); rc != SQLITE_OK)
+            throw SQLite::Exception(sqlite3_db_handle(statement), rc);
 }
 
-jet::Value readJetValue(jet::ColumnType type, const SQLite::Column& cell)
+jet::Value readJetValue(jet::ColumnType type, sqlite3_stmt* s, int column)
 {
     using jet::ColumnType;
-    if (cell.isNull())
+    if (sqlite3_column_type(s, column) == SQLITE_NULL)
         return jet::Null{};
     switch (type) {
     case ColumnType::Boolean:
-        return cell.getInt64() != 0;
+        return sqlite3_column_int64(s, column) != 0;
     case ColumnType::Byte:
     case ColumnType::Integer:
     case ColumnType::Long:
-        return narrowInteger(cell.getInt64());
+        return narrowInteger(sqlite3_column_int64(s, column));
     case ColumnType::Currency:
-        return jet::Currency{cell.getInt64()};
+        return jet::Currency{sqlite3_column_int64(s, column)};
     case ColumnType::Single:
-        return static_cast<float>(cell.getDouble());
+        return static_cast<float>(sqlite3_column_double(s, column));
     case ColumnType::Double:
     case ColumnType::Numeric:
-        return cell.getDouble();
+        return sqlite3_column_double(s, column);
     case ColumnType::DateTime:
-        return readDate(cell);
+        return readDate(s, column);
     case ColumnType::Text:
     case ColumnType::Memo:
-        return jet::fromUtf8(std::string_view(cell.getText(), static_cast<std::size_t>(cell.getBytes())));
+        return readText(s, column);
     case ColumnType::Guid:
-        return readGuid(cell);
+        return readGuid(s, column);
     default:
-        return readBytes(cell);
+        return readBytes(s, column);
     }
 }
 

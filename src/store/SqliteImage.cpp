@@ -5,6 +5,9 @@
 #include "SqlSchema.h"
 #include "jet/Unicode.h"
 
+#include <SQLiteCpp/Exception.h>
+
+#include <array>
 #include <sqlite3.h>
 #include <stdexcept>
 
@@ -23,6 +26,21 @@ const jet::Column* autoNumberColumn(const jet::Table& table)
     return nullptr;
 }
 
+struct Finalizer
+{
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+// The plain SQLite statement for the loops over every cell of a table.
+using RawStatement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+RawStatement prepare(sqlite3* db, const std::string& sql)
+{
+    sqlite3_stmt* statement = nullptr;
+    if (const int rc = sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr); rc != SQLITE_OK)
+        throw SQLite::Exception(db, rc);
+    return RawStatement(statement);
+}
+
 std::string tableName(const jet::Table& table)
 {
     return sql::quoteIdentifier(jet::toUtf8(table.name));
@@ -37,7 +55,7 @@ StatementScope::~StatementScope()
 }
 
 SqliteImage::SqliteImage(const jet::Database& database)
-    : m_db(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+    : m_db(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX)
 {
     sql::registerFunctions(m_db.getHandle());
     m_layout = database;
@@ -58,15 +76,16 @@ void SqliteImage::loadTable(const jet::Table& table)
     std::string sql = "INSERT INTO " + tableName(table) + " VALUES (";
     for (std::size_t i = 0; i < table.columns.size(); ++i)
         sql += i ? ", ?" : "?";
-    SQLite::Statement insert(m_db, sql + ")");
+    const RawStatement insert = prepare(m_db.getHandle(), sql + ")");
+    std::vector<std::array<char, 24>> dates;
     for (const jet::Row& row : table.rows) {
         if (row.size() != table.columns.size())
             throw std::length_error("a row of table " + jet::toUtf8(table.name) +
                                     " has the wrong number of values");
-        for (std::size_t i = 0; i < row.size(); ++i)
-            sql::bindJetValue(insert, static_cast<int>(i + 1), row[i]);
-        insert.exec();
-        insert.reset();
+        sql::bindJetRow(insert.get(), row, dates);
+        if (const int rc = sqlite3_step(insert.get()); rc != SQLITE_DONE)
+            throw SQLite::Exception(m_db.getHandle(), rc);
+        sqlite3_reset(insert.get());
     }
 }
 
@@ -98,15 +117,19 @@ jet::Database SqliteImage::dump() const
 jet::Table SqliteImage::dumpTable(const jet::Table& layout) const
 {
     jet::Table table = layout;
-    SQLite::Statement select(m_db, "SELECT * FROM " + tableName(table) + " ORDER BY rowid");
+    const RawStatement select =
+        prepare(m_db.getHandle(), "SELECT * FROM " + tableName(table) + " ORDER BY rowid");
     const int width = static_cast<int>(table.columns.size());
-    while (select.executeStep()) {
+    int rc = SQLITE_OK;
+    while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
         jet::Row& row = table.rows.emplace_back();
         row.reserve(table.columns.size());
         for (int i = 0; i < width; ++i)
             row.push_back(
-                sql::readJetValue(table.columns[static_cast<std::size_t>(i)].type, select.getColumn(i)));
+                sql::readJetValue(table.columns[static_cast<std::size_t>(i)].type, select.get(), i));
     }
+    if (rc != SQLITE_DONE)
+        throw SQLite::Exception(m_db.getHandle(), rc);
     if (autoNumberColumn(table)) {
         SQLite::Statement counter(m_db, "SELECT last FROM " + sql::quoteIdentifier(sql::kCountersTable) +
                                             " WHERE tbl = ?");
@@ -137,10 +160,10 @@ void SqliteImage::commit()
     m_db.exec("COMMIT");
 }
 
-void SqliteImage::rollback()
+void SqliteImage::rollback() noexcept
 {
     if (!sqlite3_get_autocommit(m_db.getHandle()))
-        m_db.exec("ROLLBACK");
+        sqlite3_exec(m_db.getHandle(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 long long SqliteImage::totalChanges() const

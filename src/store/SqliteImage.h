@@ -31,7 +31,7 @@ public:
 
     void begin();
     void commit();
-    void rollback();
+    void rollback() noexcept;
     // Grows with every row written; tells whether a transaction changed anything.
     long long totalChanges() const;
 

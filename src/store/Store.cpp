@@ -66,6 +66,8 @@ void Store::enter()
         open();
     } catch (const StoreError& e) {
         fail(e);
+    } catch (const std::exception& e) {
+        fail(StoreError::forFile(Kind::Unreadable, dataFilePath(), fromStd(e.what())));
     }
 }
 
@@ -136,6 +138,9 @@ StoreResult Store::finish(bool commit)
                 save();
         } catch (const StoreError& e) {
             fail(e);
+        } catch (const std::exception& e) {
+            m_signature.reset();
+            fail(StoreError::forFile(Kind::CannotWrite, dataFilePath(), fromStd(e.what())));
         }
         if (m_failure || !commit)
             m_image->rollback();

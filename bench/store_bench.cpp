@@ -1,0 +1,118 @@
+// The store on a household file of 100,000 operations: opening it (decode and
+// load into SQLite), one LookupValue, a month sum, and one small handler
+// transaction with its atomic save.
+#include "SampleData.h"
+
+#include "jet/Writer.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+namespace {
+
+constexpr int kOperations = 100'000;
+
+// A program folder holding the sample file, removed at exit.
+class SampleFolder
+{
+public:
+    SampleFolder()
+    {
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "velmora-store-bench-XXXXXX").string();
+        if (!::mkdtemp(pattern.data()))
+            throw std::runtime_error("mkdtemp failed");
+        m_path = pattern;
+        velmora::SampleOptions options;
+        options.years = 10;
+        options.opsPerMonth = kOperations / 120;
+        options.seed = 2031;
+        options.lastDay = std::chrono::sys_days{std::chrono::year{2025} / 6 / 30};
+        jet::writeFileAtomically(m_path / "velmora.mdb",
+                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+    }
+    ~SampleFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    QString dir() const { return QString::fromStdString(m_path.string()); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+const SampleFolder& sampleFolder()
+{
+    static const SampleFolder folder;
+    return folder;
+}
+
+void BM_OpenStore(benchmark::State& state)
+{
+    const QString dir = sampleFolder().dir();
+    for (auto _ : state) {
+        store::Store store(dir);
+        store.verify();
+    }
+}
+BENCHMARK(BM_OpenStore)->Unit(benchmark::kMillisecond);
+
+// Inside a handler's transaction: the SQLite lookup only.
+void BM_LookupValueInTransaction(benchmark::State& state)
+{
+    store::Store store(sampleFolder().dir());
+    store::Transaction tx(store);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(tx.lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"}, 2));
+}
+BENCHMARK(BM_LookupValueInTransaction)->Unit(benchmark::kMicrosecond);
+
+// A lookup on its own: takes and releases the lock and checks the file on disk.
+void BM_LookupValueOnItsOwn(benchmark::State& state)
+{
+    store::Store store(sampleFolder().dir());
+    store.verify();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(store.lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"}, 2));
+}
+BENCHMARK(BM_LookupValueOnItsOwn)->Unit(benchmark::kMicrosecond);
+
+void BM_MonthSumOfExpenses(benchmark::State& state)
+{
+    store::Store store(sampleFolder().dir());
+    store::Transaction tx(store);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(tx.query("SELECT SUM(F3) AS SUM1 FROM Bills WHERE DatePart('m', F1) = ? AND "
+                                          "DatePart('yyyy', F1) = ?",
+                                          {3, 2024}));
+}
+BENCHMARK(BM_MonthSumOfExpenses)->Unit(benchmark::kMillisecond);
+
+// A deposit: one insert, one balance update, then the whole file encoded,
+// checked by decoding, and written atomically.
+void BM_DepositTransaction(benchmark::State& state)
+{
+    store::Store store(sampleFolder().dir());
+    store.verify();
+    for (auto _ : state) {
+        store::Transaction tx(store);
+        const store::Amount amount = store::Amount::fromUnits(1'000'000);
+        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
+                   {QDate(2025, 6, 30), amount, "Зарплата"});
+        tx.execute("UPDATE Tech SET F2 = F2 + ? WHERE F0 = 'OSTATOK'", {amount});
+        if (!tx.commit())
+            state.SkipWithError("the save failed");
+    }
+}
+BENCHMARK(BM_DepositTransaction)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+BENCHMARK_MAIN();
