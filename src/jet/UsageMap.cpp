@@ -13,9 +13,14 @@ void addSetBits(std::span<const std::uint8_t> bitmap, std::uint64_t firstPage, s
         if (bitmap[byte] == 0)
             continue;
         for (int bit = 0; bit < 8; ++bit) {
+            if (!((bitmap[byte] >> bit) & 1))
+                continue;
             const std::uint64_t page = firstPage + byte * 8 + bit;
-            if ((bitmap[byte] >> bit) & 1 && page < pageCount)
-                out.push_back(static_cast<std::uint32_t>(page));
+            if (page >= pageCount)
+                PageSource::damaged("a table lists page " + std::to_string(page) +
+                                    ", beyond the end of the file (" + std::to_string(pageCount) +
+                                    " pages): the file is cut short");
+            out.push_back(static_cast<std::uint32_t>(page));
         }
     }
 }

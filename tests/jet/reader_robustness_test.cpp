@@ -52,6 +52,7 @@ std::vector<std::vector<std::uint8_t>> seedFiles()
 
 TEST(ReaderRobustness, EmptyShortAndForeignFilesAreRefusedClearly)
 {
+    const auto own = ownFile();
     const struct
     {
         std::vector<std::uint8_t> bytes;
@@ -60,7 +61,7 @@ TEST(ReaderRobustness, EmptyShortAndForeignFilesAreRefusedClearly)
         {{}, "empty"},
         {{0x00, 0x01, 0x00}, "too short"},
         {std::vector<std::uint8_t>(8192, 'x'), "does not start"},
-        {std::vector<std::uint8_t>(ownFile().begin(), ownFile().begin() + 300), "shorter than one page"},
+        {std::vector<std::uint8_t>(own.begin(), own.begin() + 300), "shorter than one page"},
     };
     for (const auto& c : cases) {
         try {
