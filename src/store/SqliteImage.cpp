@@ -18,10 +18,11 @@ namespace {
 // Past this many different statement texts the cache starts afresh.
 constexpr std::size_t kMaxCachedStatements = 256;
 
+// The numbered autonumber column; a GUID autonumber has no counter.
 const jet::Column* autoNumberColumn(const jet::Table& table)
 {
     for (const jet::Column& column : table.columns)
-        if (column.autoNumber)
+        if (column.autoNumber && column.type == jet::ColumnType::Long)
             return &column;
     return nullptr;
 }
@@ -54,21 +55,29 @@ StatementScope::~StatementScope()
     m_statement.clearBindings();
 }
 
-SqliteImage::SqliteImage(const jet::Database& database)
-    : m_db(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX)
+SqliteImage::SqliteImage(jet::Database database)
+    : m_contents(std::move(database)), m_replaced(m_contents.tables.size()),
+      m_db(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX)
 {
+    m_contents.version = jet::Version::Jet4; // what a save writes
     sql::registerFunctions(m_db.getHandle());
-    m_layout = database;
-    for (jet::Table& table : m_layout.tables)
-        table.rows.clear();
     m_db.exec("BEGIN");
     m_db.exec(sql::createCounters());
-    for (const jet::Table& table : database.tables) {
+    std::vector<std::string> names;
+    for (const jet::Table& table : m_contents.tables) {
         m_db.exec(sql::createTable(table));
         loadTable(table);
         startCounter(table);
+        names.push_back(jet::toUtf8(table.name));
     }
     m_db.exec("COMMIT");
+    m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
+}
+
+SqliteImage::~SqliteImage()
+{
+    m_statements.clear();
+    m_written.reset();
 }
 
 void SqliteImage::loadTable(const jet::Table& table)
@@ -105,18 +114,38 @@ void SqliteImage::startCounter(const jet::Table& table)
     m_db.exec(sql::createAutoNumberTriggers(table, *column));
 }
 
+const jet::Database& SqliteImage::contents()
+{
+    for (std::size_t i = 0; i < m_contents.tables.size(); ++i) {
+        if (!m_written->isMarked(i))
+            continue;
+        jet::Table fresh = dumpTable(m_contents.tables[i]);
+        if (!m_replaced[i])
+            m_replaced[i] = std::move(m_contents.tables[i]);
+        m_contents.tables[i] = std::move(fresh);
+    }
+    m_written->clearMarks();
+    return m_contents;
+}
+
 jet::Database SqliteImage::dump() const
 {
-    jet::Database result = m_layout;
-    result.version = jet::Version::Jet4;
-    for (jet::Table& table : result.tables)
-        table = dumpTable(table);
+    jet::Database result;
+    result.version = m_contents.version;
+    result.password = m_contents.password;
+    result.creationDate = m_contents.creationDate;
+    result.codePage = m_contents.codePage;
+    for (const jet::Table& table : m_contents.tables)
+        result.tables.push_back(dumpTable(table));
     return result;
 }
 
 jet::Table SqliteImage::dumpTable(const jet::Table& layout) const
 {
-    jet::Table table = layout;
+    jet::Table table;
+    table.name = layout.name;
+    table.columns = layout.columns;
+    table.lastAutoNumber = layout.lastAutoNumber;
     const RawStatement select =
         prepare(m_db.getHandle(), "SELECT * FROM " + tableName(table) + " ORDER BY rowid");
     const int width = static_cast<int>(table.columns.size());
@@ -142,12 +171,16 @@ jet::Table SqliteImage::dumpTable(const jet::Table& layout) const
 
 SQLite::Statement& SqliteImage::statement(const std::string& sql)
 {
-    if (const auto found = m_statements.find(sql); found != m_statements.end())
-        return *found->second;
-    if (m_statements.size() >= kMaxCachedStatements)
-        m_statements.clear();
-    auto prepared = std::make_unique<SQLite::Statement>(m_db, sql);
-    return *m_statements.emplace(sql, std::move(prepared)).first->second;
+    auto found = m_statements.find(sql);
+    if (found == m_statements.end()) {
+        if (m_statements.size() >= kMaxCachedStatements)
+            m_statements.clear();
+        m_written->startCollecting();
+        auto prepared = std::make_unique<SQLite::Statement>(m_db, sql);
+        found = m_statements.emplace(sql, CachedStatement{std::move(prepared), m_written->collected()}).first;
+    }
+    m_written->mark(found->second.writes);
+    return *found->second.statement;
 }
 
 void SqliteImage::begin()
@@ -158,12 +191,20 @@ void SqliteImage::begin()
 void SqliteImage::commit()
 {
     m_db.exec("COMMIT");
+    m_written->clearMarks();
+    std::fill(m_replaced.begin(), m_replaced.end(), std::nullopt);
 }
 
 void SqliteImage::rollback() noexcept
 {
     if (!sqlite3_get_autocommit(m_db.getHandle()))
         sqlite3_exec(m_db.getHandle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    m_written->clearMarks();
+    for (std::size_t i = 0; i < m_replaced.size(); ++i)
+        if (m_replaced[i]) {
+            m_contents.tables[i] = std::move(*m_replaced[i]);
+            m_replaced[i].reset();
+        }
 }
 
 long long SqliteImage::totalChanges() const

@@ -121,7 +121,7 @@ void Store::refresh()
     m_file.removeStaleTemporaries();
     LoadedFile loaded = m_file.load();
     try {
-        m_image = std::make_unique<SqliteImage>(loaded.database);
+        m_image = std::make_unique<SqliteImage>(std::move(loaded.database));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
@@ -182,15 +182,15 @@ void Store::save()
         return;
     }
     try {
-        jet::Database database;
+        const jet::Database* contents = nullptr;
         try {
-            database = m_image->dump();
+            contents = &m_image->contents();
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& e) {
             throw StoreError::forFile(Kind::CannotWrite, dataFilePath(), fromStd(e.what()));
         }
-        m_signature = FileSaver(m_file, m_writer).save(database, *m_signature);
+        m_signature = FileSaver(m_file, m_writer).save(*contents, *m_signature);
     } catch (const StoreError&) {
         // The file may be anything now (a failed folder sync comes after the
         // rename): the next transaction reads it again.
