@@ -6,6 +6,7 @@
 #include "jet/Error.h"
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
+#include "jet/Writer.h"
 
 #include <gtest/gtest.h>
 
@@ -166,4 +167,35 @@ TEST(ReaderFixtures, DatesOutsideMdbtoolsRangeFollowTheFormatRule)
     EXPECT_LT(int(dateOf(2, 1).year()), 1900);  // "Pre-1900 years"
     EXPECT_LT(int(dateOf(3, 1).year()), 1000);  // "Pre-1000 years"
     EXPECT_EQ(std::get<std::u16string>(rows.at(5)[4]), u"New line\r\nin field");
+}
+
+TEST(ReaderFixtures, FilesFromElsewhereAreWrittenBackWithAllTablesAndRows)
+{
+    SKIP_WITHOUT_FIXTURES();
+    const auto folder = std::filesystem::temp_directory_path() / "velmora-rewrite-test";
+    std::filesystem::create_directories(folder);
+    for (const auto& file : fixtureFiles()) {
+        SCOPED_TRACE(file.filename().string());
+        const jet::Database original = jet::readFile(file, passwordFor(file));
+        const auto rewritten = folder / file.filename();
+        jet::writeFileAtomically(rewritten, jet::encodeDatabase(original));
+        const jet::Database back = jet::readFile(rewritten, passwordFor(file));
+        EXPECT_EQ(back.version, jet::Version::Jet4);
+        EXPECT_EQ(back.password, original.password);
+        ASSERT_EQ(back.tables.size(), original.tables.size());
+        for (std::size_t t = 0; t < original.tables.size(); ++t) {
+            const jet::Table& a = original.tables[t];
+            const jet::Table& b = back.tables[t];
+            EXPECT_EQ(b.name, a.name);
+            ASSERT_EQ(b.columns.size(), a.columns.size());
+            for (std::size_t c = 0; c < a.columns.size(); ++c) {
+                EXPECT_EQ(b.columns[c].name, a.columns[c].name);
+                EXPECT_EQ(b.columns[c].type, a.columns[c].type);
+            }
+            EXPECT_TRUE(b.rows == a.rows) << jet::toUtf8(a.name);
+            EXPECT_GE(b.lastAutoNumber, a.lastAutoNumber);
+            expectSameAsMdbExport(rewritten, a);
+        }
+    }
+    std::filesystem::remove_all(folder);
 }
