@@ -1,0 +1,31 @@
+#pragma once
+
+#include "store/Amount.h"
+#include "store/Store.h"
+
+#include <QStringList>
+
+#include <optional>
+
+namespace ledger {
+
+// What the main window shows of the catalogues and the money: the account and
+// purse lists ("code - name", in code order), the money in the purses and the
+// money in the bank (the stored balance, the household's whole money, less
+// what lies in the purses).
+struct Balances
+{
+    QStringList accountEntries;
+    QStringList purseEntries;
+    store::Amount purseTotal;
+    store::Amount bankAmount;
+
+    // Everything in one read of the data file; nullopt when the file could not
+    // be read (the store has shown why).
+    static std::optional<Balances> read(store::Store& store);
+};
+
+// "3 - Питание": how a catalogue row is listed.
+QString listEntry(const QVariant& code, const QVariant& name);
+
+} // namespace ledger

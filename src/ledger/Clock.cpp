@@ -1,0 +1,10 @@
+#include "Clock.h"
+
+namespace ledger {
+
+QDate systemToday()
+{
+    return QDate::currentDate();
+}
+
+} // namespace ledger

@@ -1,0 +1,47 @@
+#include "ProgramFolder.h"
+
+#include "jet/Writer.h"
+#include "store/Schema.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <stdexcept>
+
+namespace velmora::test {
+
+ProgramFolder::ProgramFolder() : m_dir(QDir::temp().filePath("velmora-test-XXXXXX"))
+{
+    if (!m_dir.isValid())
+        throw std::runtime_error("cannot create a temporary program folder");
+}
+
+QString ProgramFolder::dataFilePath() const
+{
+    return QDir(path()).filePath(store::kDataFileName);
+}
+
+void ProgramFolder::write(const jet::Database& db) const
+{
+    jet::writeFileAtomically(dataFilePath().toStdString(), jet::encodeDatabase(db));
+}
+
+void ProgramFolder::writeBytes(const QByteArray& bytes) const
+{
+    QFile file(dataFilePath());
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        throw std::runtime_error("cannot write the data file");
+}
+
+QByteArray ProgramFolder::bytes() const
+{
+    QFile file(dataFilePath());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool ProgramFolder::hasDataFile() const
+{
+    return QFile::exists(dataFilePath());
+}
+
+} // namespace velmora::test
