@@ -1,0 +1,22 @@
+#include "Dialogs.h"
+
+#include "AppTexts.h"
+
+namespace app {
+
+void Dialogs::information(const QString& title, const QString& text)
+{
+    showMessage(text, title, DialogIcon::Information, DialogButtons::Ok);
+}
+
+void Dialogs::error(const QString& text)
+{
+    showMessage(text, QString::fromUtf8(texts::errorTitle), DialogIcon::Information, DialogButtons::Ok);
+}
+
+bool Dialogs::confirm(const QString& title, const QString& text)
+{
+    return showMessage(text, title, DialogIcon::Information, DialogButtons::YesNo) == DialogAnswer::Yes;
+}
+
+} // namespace app

@@ -1,0 +1,203 @@
+#include "Frame.h"
+
+#include "AppTexts.h"
+#include "HelpWindow.h"
+#include "MainWindow.h"
+#include "SignInWindow.h"
+#include "Twips.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QIcon>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QShortcut>
+
+// The pictures are compiled into the static library; this makes sure the
+// linker keeps them.
+static void initResources()
+{
+    Q_INIT_RESOURCE(velmora);
+}
+
+namespace app {
+
+namespace {
+
+constexpr int kFailureExitCode = 1;
+
+} // namespace
+
+Frame::Frame(const QString& programDir, Dialogs& dialogs, FrameOptions options)
+    : m_programDir(programDir), m_dialogs(dialogs), m_options(std::move(options)),
+      m_errorSink(m_dialogs, m_options.log), m_store(std::make_unique<store::Store>(programDir, &m_errorSink))
+{
+    initResources();
+    setObjectName("MDIForm1");
+    setWindowTitle(QString::fromUtf8(texts::appTitle));
+    setWindowIcon(QIcon(":/velmora/velmora.png"));
+    m_mdi = new QMdiArea(this);
+    m_mdi->setObjectName("mdiArea");
+    setCentralWidget(m_mdi);
+    resize(900, 720);
+    auto* help = new QShortcut(QKeySequence(Qt::Key_F1), this);
+    help->setContext(Qt::ApplicationShortcut);
+    connect(help, &QShortcut::activated, this, &Frame::showHelp);
+}
+
+Frame::~Frame()
+{
+    // The windows use the store; they go first.
+    delete m_mdi;
+}
+
+MainWindow* Frame::mainWindow() const
+{
+    return m_main;
+}
+
+SignInWindow* Frame::signInWindow() const
+{
+    return m_signIn;
+}
+
+HelpWindow* Frame::helpWindow() const
+{
+    return m_help;
+}
+
+bool Frame::start()
+{
+    store::Transaction tx(*m_store);
+    const QVariant password = tx.lookupValue("Tech", "F1", "F0 = ?", {QStringLiteral("PW")}, 1);
+    if (!tx.commit()) {
+        requestQuit(kFailureExitCode);
+        return false;
+    }
+    if (!password.toString().isEmpty())
+        showSignIn();
+    else
+        showMainWindow();
+    showSplash();
+    return true;
+}
+
+QMdiSubWindow* Frame::addWindow(QWidget* window, QPoint position, Qt::WindowFlags flags)
+{
+    QMdiSubWindow* sub = m_mdi->addSubWindow(window, flags);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->setWindowIcon(windowIcon());
+    sub->adjustSize();
+    sub->move(position);
+    sub->show();
+    return sub;
+}
+
+void Frame::showSignIn()
+{
+    m_signIn = new SignInWindow;
+    connect(m_signIn, &SignInWindow::signInRequested, this, &Frame::onSignInRequested);
+    connect(m_signIn, &SignInWindow::closed, this, &Frame::onSignInClosed);
+    addWindow(m_signIn, fromTwips(2500, 3000),
+              Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                  Qt::WindowCloseButtonHint);
+}
+
+void Frame::showMainWindow()
+{
+    m_main = new MainWindow(*m_store, m_options.today);
+    connect(m_main, &MainWindow::helpRequested, this, &Frame::showHelp);
+    connect(m_main, &MainWindow::exitRequested, this, &Frame::close);
+    connect(m_main, &MainWindow::closed, this, &Frame::onMainWindowClosed);
+    m_main->load();
+    QMdiSubWindow* sub = addWindow(m_main, fromTwips(500, 1000));
+    m_mdi->setActiveSubWindow(sub);
+}
+
+void Frame::showSplash()
+{
+    m_splash = new SplashWindow(m_options.splashIntervalMs);
+    QMdiSubWindow* sub =
+        addWindow(m_splash, fromTwips(0, 0), Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    connect(m_splash, &SplashWindow::finished, sub, &QMdiSubWindow::close);
+    // The window under the splash keeps the keyboard, so the user can type at once.
+    if (m_signIn)
+        m_mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_signIn->parentWidget()));
+    else if (m_main)
+        m_mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_main->parentWidget()));
+}
+
+void Frame::onSignInRequested(const QString& typed)
+{
+    store::Transaction tx(*m_store);
+    const QVariant password = tx.lookupValue("Tech", "F1", "F0 = ?", {QStringLiteral("PW")}, 1);
+    if (!tx.commit())
+        return;
+    if (typed != password.toString()) {
+        // One wrong password ends the program; the user starts it again to retry.
+        m_dialogs.error(QString::fromUtf8(texts::wrongPassword));
+        close();
+        return;
+    }
+    showMainWindow();
+    if (m_signIn)
+        m_signIn->parentWidget()->close();
+}
+
+void Frame::onSignInClosed()
+{
+    // Closing the sign-in window without signing in ends the program.
+    if (!m_main && !m_closing)
+        close();
+}
+
+void Frame::onMainWindowClosed()
+{
+    if (m_closing)
+        return;
+    // Closing the main window closes every other window and ends the program.
+    const QWidget* mainFrame = m_main ? m_main->parentWidget() : nullptr;
+    for (QMdiSubWindow* sub : m_mdi->subWindowList())
+        if (sub != mainFrame)
+            sub->close();
+    if (m_help)
+        m_help->close();
+    requestQuit(m_exitCode);
+}
+
+void Frame::showHelp()
+{
+    const QString path = QDir(m_programDir).filePath(QString::fromUtf8(texts::helpFileName));
+    if (!m_help)
+        m_help = new HelpWindow(this);
+    if (!m_help->openPage(path)) {
+        m_dialogs.error(QString::fromUtf8(texts::helpMissing).arg(QDir::toNativeSeparators(path)));
+        return;
+    }
+    m_help->show();
+    m_help->raise();
+    m_help->activateWindow();
+}
+
+void Frame::closeEvent(QCloseEvent* event)
+{
+    m_closing = true;
+    m_mdi->closeAllSubWindows();
+    if (m_help)
+        m_help->close();
+    event->accept();
+    requestQuit(m_exitCode);
+}
+
+void Frame::requestQuit(int exitCode)
+{
+    if (m_quitting)
+        return;
+    m_quitting = true;
+    m_exitCode = exitCode;
+    emit quitRequested(exitCode);
+}
+
+} // namespace app

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "DialogErrorSink.h"
+#include "Dialogs.h"
+#include "SplashWindow.h"
+#include "ledger/Clock.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <memory>
+
+class QMdiArea;
+class QMdiSubWindow;
+
+namespace store {
+class Store;
+}
+
+namespace app {
+
+class HelpWindow;
+class MainWindow;
+class SignInWindow;
+
+// What the frame takes from outside besides the program folder and the boxes.
+struct FrameOptions
+{
+    ledger::Clock today = ledger::systemToday;
+    int splashIntervalMs = SplashWindow::kDefaultIntervalMs;
+    DialogErrorSink::Log log = writeToStandardError;
+};
+
+// MDIForm1 "Velmora": the frame all windows of the program live in. start()
+// is its load step: it checks the data file, then shows the sign-in window
+// or the main window, with the splash above it. The frame never ends the
+// process itself; it asks for it with quitRequested().
+class Frame : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    Frame(const QString& programDir, Dialogs& dialogs, FrameOptions options = {});
+    ~Frame() override;
+
+    // False when the data file cannot be used: the reason has been shown and
+    // written to the log, and quitRequested() carries a non-zero code.
+    bool start();
+
+    // The windows while they are open; null once closed.
+    MainWindow* mainWindow() const;
+    SignInWindow* signInWindow() const;
+    SplashWindow* splashWindow() const { return m_splash; }
+    HelpWindow* helpWindow() const;
+    QMdiArea* mdiArea() const { return m_mdi; }
+    store::Store& store() { return *m_store; }
+
+    bool isQuitting() const { return m_quitting; }
+    int exitCode() const { return m_exitCode; }
+
+public slots:
+    void showHelp();
+
+signals:
+    void quitRequested(int exitCode);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QMdiSubWindow* addWindow(QWidget* window, QPoint position, Qt::WindowFlags flags = {});
+    void showSignIn();
+    void showMainWindow();
+    void showSplash();
+    void onSignInRequested(const QString& typed);
+    void onSignInClosed();
+    void onMainWindowClosed();
+    void requestQuit(int exitCode);
+
+    QString m_programDir;
+    Dialogs& m_dialogs;
+    FrameOptions m_options;
+    DialogErrorSink m_errorSink;
+    std::unique_ptr<store::Store> m_store;
+    QMdiArea* m_mdi = nullptr;
+    QPointer<MainWindow> m_main;
+    QPointer<SignInWindow> m_signIn;
+    QPointer<SplashWindow> m_splash;
+    QPointer<HelpWindow> m_help;
+    bool m_closing = false;
+    bool m_quitting = false;
+    int m_exitCode = 0;
+};
+
+} // namespace app
