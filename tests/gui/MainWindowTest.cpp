@@ -1,0 +1,199 @@
+#include "MainWindowTest.h"
+
+#include "DataBuilder.h"
+#include "GuiHarness.h"
+#include "MainWindow.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <functional>
+
+using namespace velmora::test;
+
+using Fill = std::function<void(DataBuilder&)>;
+Q_DECLARE_METATYPE(Fill)
+
+namespace {
+
+void writeData(const ProgramFolder& folder, const Fill& fill)
+{
+    DataBuilder data;
+    fill(data);
+    folder.write(data.database());
+}
+
+} // namespace
+
+void MainWindowTest::everyControlIsInPlace()
+{
+    ProgramFolder folder;
+    writeData(folder, [](DataBuilder&) {});
+    GuiHarness h(folder);
+    QVERIFY(h.start());
+    // Captions of the frames, labels and buttons; buttons whose operations
+    // are not part of this window yet stay disabled.
+    struct Control
+    {
+        const char* name;
+        const char* caption;
+        bool enabled;
+    };
+    const Control controls[] = {
+        {"Frame1", "Кошельки", true},
+        {"Frame2", "Статистика", true},
+        {"Frame3", "Состояние", true},
+        {"Frame4", "Дополнительно", true},
+        {"Frame5", "Банк", true},
+        {"Frame6", "В кошельках", true},
+        {"Frame7", "В банке", true},
+        {"Frame8", "Дата операций", true},
+        {"Frame11", "Расходы", true},
+        {"Label1", "В текущем месяце", true},
+        {"Label2", "В предыдущем месяце", true},
+        {"Label3", "Поступления", true},
+        {"Label12", "Поступления", true},
+        {"Label11", "Расходы", true},
+        {"Label13", "Расходы", true},
+        {"Label5", "Сумма", true},
+        {"Label6", "Сумма", true},
+        {"Label7", "Сумма", true},
+        {"Label8", "Счет", true},
+        {"Label9", "Наименование", true},
+        {"Label10", "Примечание", true},
+        {"L1", "Имя", true},
+        {"L3", "Примечание", true},
+        {"L5", "Выбор кошелька", true},
+        {"O1", "Положить", true},
+        {"O2", "Снять", true},
+        {"O3", "Положить", true},
+        {"O4", "Забрать", true},
+        {"B1", "Аналитика", false},
+        {"B2", "Сервис", false},
+        {"B3", "Ввод", false},
+        {"B4", "Помощь", true},
+        {"B7", "Выход", true},
+        {"Command1", "Операция", false},
+        {"Command2", "Операция", false},
+        {"VC1", "На редакцию", false},
+        {"VC2", "Сохранить", false},
+        {"VC3", "Удалить", false},
+        {"VC4", "Новый", false},
+    };
+    for (const Control& c : controls) {
+        QCOMPARE(h.text(c.name), QString::fromUtf8(c.caption));
+        QVERIFY2(h.mainControl(c.name)->isEnabled() == c.enabled, c.name);
+    }
+    for (const char* field :
+         {"S1", "S2", "S3", "S4", "T1", "T3", "T4", "T9", "T10", "T11", "T12", "T14", "R1", "R3", "R4"})
+        QVERIFY2(qobject_cast<QLineEdit*>(h.mainControl(field)), field);
+    for (const char* list : {"R2", "Combo1"})
+        QVERIFY2(qobject_cast<QComboBox*>(h.mainControl(list)), list);
+    QVERIFY(qobject_cast<QGroupBox*>(h.mainControl("Frame9")));
+    const QString about = h.text("Label4");
+    QVERIFY(about.contains("Velmora") && about.contains("2.0") && about.contains("https://"));
+    // Only one of each pair of option buttons can be chosen.
+    h.click(h.frame().mainWindow(), "O1");
+    h.click(h.frame().mainWindow(), "O3");
+    h.click(h.frame().mainWindow(), "O2");
+    QVERIFY(!qobject_cast<QRadioButton*>(h.mainControl("O1"))->isChecked());
+    QVERIFY(qobject_cast<QRadioButton*>(h.mainControl("O3"))->isChecked());
+}
+
+void MainWindowTest::figures_data()
+{
+    QTest::addColumn<Fill>("fill");
+    QTest::addColumn<QDate>("today");
+    QTest::addColumn<QStringList>("shown"); // T12, T10, T11, S1, S2, S3, S4
+
+    QTest::newRow("prepared file") << Fill([](DataBuilder&) {}) << QDate(2026, 3, 15)
+                                   << QStringList{"15.03.2026", "0,00 р.", "0,00 р.", "0", "0", "0", "0"};
+    QTest::newRow("no purses") << Fill([](DataBuilder& d) { d.balance("1234567,8"); }) << QDate(2026, 3, 15)
+                               << QStringList{"15.03.2026", "0,00 р.", "1 234 567,80 р.", "0", "0", "0", "0"};
+    QTest::newRow("withdrawals above deposits") << Fill([](DataBuilder& d) {
+        d.balance("1000").purse(1, "Наличные", "100").purse(2, "Карта", "50,25");
+        d.bank(QDate(2026, 3, 1), "100")
+            .bank(QDate(2026, 3, 14), "-250,5")
+            .bill(QDate(2026, 3, 2), 1, "12,3");
+        d.bank(QDate(2026, 2, 5), "3000")
+            .bill(QDate(2026, 2, 7), 1, "40")
+            .bill(QDate(2026, 2, 28), 2, "2,05");
+    }) << QDate(2026, 3, 31) << QStringList{"31.03.2026", "150,25 р.", "849,75 р.", "-150,5",
+                                            "12,3",       "3000",      "42,05"};
+    QTest::newRow("January looks back to December") << Fill([](DataBuilder& d) {
+        d.bank(QDate(2025, 12, 20), "500").bill(QDate(2025, 12, 21), 1, "20");
+        d.bank(QDate(2025, 1, 3), "999").bill(QDate(2024, 12, 3), 1, "77").bank(QDate(2026, 1, 2), "-1");
+    }) << QDate(2026, 1, 10) << QStringList{"10.01.2026", "0,00 р.", "0,00 р.", "-1", "0", "500", "20"};
+}
+
+void MainWindowTest::figures()
+{
+    QFETCH(Fill, fill);
+    QFETCH(QDate, today);
+    QFETCH(QStringList, shown);
+    ProgramFolder folder;
+    writeData(folder, fill);
+    GuiHarness h(folder, today);
+    QVERIFY(h.start());
+    QStringList actual;
+    for (const char* field : {"T12", "T10", "T11", "S1", "S2", "S3", "S4"})
+        actual.append(h.text(field));
+    QCOMPARE(actual, shown);
+}
+
+void MainWindowTest::listsAreInCodeOrderWithNothingChosen()
+{
+    ProgramFolder folder;
+    writeData(folder, [](DataBuilder& d) {
+        d.account(10, "Транспорт").account(2, "Питание").account(9, "Связь");
+        d.purse(3, "Карта", "5").purse(1, "Наличные", "7").purseWithoutMoney(12, "Копилка");
+    });
+    GuiHarness h(folder);
+    QVERIFY(h.start());
+    QCOMPARE(h.items("R2"), QStringList({"2 - Питание", "9 - Связь", "10 - Транспорт"}));
+    QCOMPARE(h.items("Combo1"), QStringList({"1 - Наличные", "3 - Карта", "12 - Копилка"}));
+    QCOMPARE(h.text("R2"), QString());
+    QCOMPARE(h.text("Combo1"), QString());
+    QCOMPARE(h.text("T10"), QString("12,00 р."));
+}
+
+void MainWindowTest::refreshShowsWhatChangedMeanwhile()
+{
+    ProgramFolder folder;
+    writeData(folder,
+              [](DataBuilder& d) { d.balance("100").account(1, "Питание").purse(1, "Наличные", "30"); });
+    GuiHarness h(folder);
+    QVERIFY(h.start());
+    QCOMPARE(h.text("T11"), QString("70,00 р."));
+
+    // Another copy of the program books a deposit and a new account.
+    store::Store other(folder.path());
+    {
+        store::Transaction tx(other);
+        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
+                   {QDate(2026, 3, 2), *store::Amount::parse(u"700"), "x"});
+        tx.execute("UPDATE Tech SET F2 = ? WHERE F0 = 'OSTATOK'", {*store::Amount::parse(u"800")});
+        tx.execute("INSERT INTO Bills_Dict (F0, F1) VALUES (?, ?)", {5, "Связь"});
+        QVERIFY(tx.commit().ok());
+    }
+    // A purse open for editing is closed by the refresh.
+    for (const char* field : {"T1", "T3", "T4", "T14"})
+        qobject_cast<QLineEdit*>(h.mainControl(field))->setText("что-то");
+    h.mainControl("Combo1")->setEnabled(false);
+    h.frame().mainWindow()->refreshListsAndBalances();
+    h.frame().mainWindow()->refreshMonthStatistics();
+    QCOMPARE(h.text("T11"), QString("770,00 р."));
+    QCOMPARE(h.text("S1"), QString("700"));
+    QCOMPARE(h.items("R2"), QStringList({"1 - Питание", "5 - Связь"}));
+    for (const char* field : {"T1", "T3", "T4", "T14"})
+        QVERIFY2(h.text(field).isEmpty(), field);
+    QVERIFY(h.mainControl("Combo1")->isEnabled());
+    QVERIFY(h.dialogs.shown().isEmpty());
+}

@@ -1,0 +1,29 @@
+#include "ScriptedDialogs.h"
+
+namespace velmora::test {
+
+app::DialogAnswer ScriptedDialogs::showMessage(const QString& text, const QString& title,
+                                               app::DialogIcon icon, app::DialogButtons buttons)
+{
+    m_shown.append({text, title, icon, buttons});
+    if (buttons == app::DialogButtons::Ok)
+        return app::DialogAnswer::Ok;
+    return m_answers.isEmpty() ? app::DialogAnswer::No : m_answers.dequeue();
+}
+
+std::optional<QString> ScriptedDialogs::askText(const QString& prompt, const QString& title,
+                                                const QString& initial)
+{
+    m_asked.append({prompt, title, initial});
+    return m_texts.isEmpty() ? std::nullopt : m_texts.dequeue();
+}
+
+QStringList ScriptedDialogs::shownTexts() const
+{
+    QStringList texts;
+    for (const ShownBox& box : m_shown)
+        texts.append(box.title + ": " + box.text);
+    return texts;
+}
+
+} // namespace velmora::test
