@@ -1,0 +1,139 @@
+// Start-up of the program on a household file of 100,000 operations: from
+// creating the frame to a main window with its lists and figures filled, on
+// the offscreen platform; a refresh of the main window's figures; and a
+// LookupValue on the open store, as a handler makes it.
+#include "Frame.h"
+#include "MainWindow.h"
+#include "SampleData.h"
+
+#include "jet/Writer.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <stdexcept>
+
+namespace {
+
+constexpr int kOperations = 100'000;
+
+// Boxes have no place in a benchmark: any box is counted and ends the run.
+class CountingDialogs : public app::Dialogs
+{
+public:
+    app::DialogAnswer showMessage(const QString&, const QString&, app::DialogIcon,
+                                  app::DialogButtons) override
+    {
+        ++shown;
+        return app::DialogAnswer::Ok;
+    }
+    std::optional<QString> askText(const QString&, const QString&, const QString&) override
+    {
+        ++shown;
+        return std::nullopt;
+    }
+    int shown = 0;
+};
+
+class SampleFolder
+{
+public:
+    SampleFolder()
+    {
+        if (!m_dir.isValid())
+            throw std::runtime_error("cannot create a temporary folder");
+        velmora::SampleOptions options;
+        options.years = 10;
+        options.opsPerMonth = kOperations / 120;
+        options.seed = 7;
+        options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
+        jet::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
+                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+    }
+    QString path() const { return m_dir.path(); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+const SampleFolder& sampleFolder()
+{
+    static const SampleFolder folder;
+    return folder;
+}
+
+app::FrameOptions benchOptions()
+{
+    app::FrameOptions options;
+    options.today = [] { return QDate(2026, 3, 15); };
+    options.splashIntervalMs = 60'000;
+    options.log = {};
+    return options;
+}
+
+void BM_FrameToFilledMainWindow(benchmark::State& state)
+{
+    const QString dir = sampleFolder().path();
+    CountingDialogs dialogs;
+    for (auto _ : state) {
+        auto frame = std::make_unique<app::Frame>(dir, dialogs, benchOptions());
+        frame->show();
+        if (!frame->start() || !frame->mainWindow() || dialogs.shown > 0) {
+            state.SkipWithError("the main window did not open");
+            break;
+        }
+        QCoreApplication::processEvents();
+        state.PauseTiming();
+        frame.reset();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_FrameToFilledMainWindow)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+
+// What every money operation of the main window pays afterwards.
+void BM_RefreshMainWindow(benchmark::State& state)
+{
+    CountingDialogs dialogs;
+    app::Frame frame(sampleFolder().path(), dialogs, benchOptions());
+    frame.show();
+    if (!frame.start() || !frame.mainWindow()) {
+        state.SkipWithError("the main window did not open");
+        return;
+    }
+    for (auto _ : state) {
+        frame.mainWindow()->refreshListsAndBalances();
+        frame.mainWindow()->refreshMonthStatistics();
+    }
+}
+BENCHMARK(BM_RefreshMainWindow)->Unit(benchmark::kMillisecond);
+
+// The stored password as the sign-in window reads it, inside a handler's transaction.
+void BM_LookupValueOnOpenStore(benchmark::State& state)
+{
+    store::Store store(sampleFolder().path());
+    store::Transaction tx(store);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(tx.lookupValue("Tech", "F1", "F0 = ?", {QStringLiteral("PW")}, 1));
+}
+BENCHMARK(BM_LookupValueOnOpenStore)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
