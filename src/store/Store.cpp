@@ -13,6 +13,7 @@
 #include <QDebug>
 
 #include <cerrno>
+#include <stdexcept>
 #include <system_error>
 
 namespace store {
@@ -37,7 +38,7 @@ QString fromStd(const char* text)
 } // namespace
 
 Store::Store(const QString& programDir, ErrorSink* sink, FileWriter writer)
-    : m_file(fs::path(programDir.toStdString()) / kDataFileName, kFilePassword),
+    : m_file(fs::absolute(fs::path(programDir.toStdString())) / kDataFileName, kFilePassword),
       m_lock(fs::path(m_file.path().string() + ".lock")), m_sink(sink),
       m_writer(writer ? std::move(writer) : defaultWriter())
 {}

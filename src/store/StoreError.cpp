@@ -40,9 +40,12 @@ StoreError StoreError::forFile(Kind kind, const QString& path, const QString& ca
         throw std::invalid_argument("StoreError::forFile: a statement error has no file");
     }
     const QString pattern = QString::fromUtf8(text);
+    QString reason = cause;
+    while (reason.endsWith(QLatin1Char('.'))) // the message puts its own full stop
+        reason.chop(1);
     // One pass, so that a % in the path or the cause is left alone.
     return StoreError(kind,
-                      pattern.contains(QLatin1String("%2")) ? pattern.arg(path, cause) : pattern.arg(path));
+                      pattern.contains(QLatin1String("%2")) ? pattern.arg(path, reason) : pattern.arg(path));
 }
 
 StoreError StoreError::statement(int number, const QString& description)
