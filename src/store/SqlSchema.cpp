@@ -1,0 +1,140 @@
+#include "SqlSchema.h"
+
+#include "jet/Unicode.h"
+
+namespace store::sql {
+
+namespace {
+
+using jet::ColumnType;
+
+const char* sqlType(ColumnType type)
+{
+    switch (type) {
+    case ColumnType::Boolean:
+    case ColumnType::Byte:
+    case ColumnType::Integer:
+    case ColumnType::Long:
+    case ColumnType::Currency:
+        return "INTEGER";
+    case ColumnType::Single:
+    case ColumnType::Double:
+    case ColumnType::Numeric:
+        return "REAL";
+    case ColumnType::DateTime:
+    case ColumnType::Text:
+    case ColumnType::Memo:
+        return "TEXT";
+    default:
+        return "BLOB";
+    }
+}
+
+// The condition a value must meet, with {} standing for the column; empty when any value fits.
+std::string checkFor(const jet::Column& column)
+{
+    switch (column.type) {
+    case ColumnType::Boolean:
+        return "{} IN (0, 1)";
+    case ColumnType::Byte:
+        return "{} BETWEEN 0 AND 255";
+    case ColumnType::Integer:
+        return "{} BETWEEN -32768 AND 32767";
+    case ColumnType::Long:
+        return "{} BETWEEN -2147483648 AND 2147483647";
+    case ColumnType::DateTime:
+        return std::string(kIsStoredDate) + "({})";
+    case ColumnType::Text:
+        return "length({}) <= " + std::to_string(column.maxChars());
+    case ColumnType::Binary:
+        return "length({}) <= " + std::to_string(column.length);
+    case ColumnType::Guid:
+        return "length({}) = 16";
+    default:
+        return {};
+    }
+}
+
+std::string checkName(const jet::Column& column)
+{
+    switch (column.type) {
+    case ColumnType::DateTime:
+        return "не дата";
+    case ColumnType::Text:
+        return "текст длиннее " + std::to_string(column.maxChars()) + " знаков";
+    case ColumnType::Binary:
+    case ColumnType::Guid:
+        return "не той длины";
+    default:
+        return "число вне допустимого диапазона";
+    }
+}
+
+std::string replaceAll(std::string text, std::string_view what, std::string_view with)
+{
+    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += with.size())
+        text.replace(at, what.size(), with);
+    return text;
+}
+
+std::string columnDefinition(const std::string& tableName, const jet::Column& column)
+{
+    const std::string name = jet::toUtf8(column.name);
+    std::string definition = quoteIdentifier(name) + " " + sqlType(column.type);
+    // The file keeps no Null for a Boolean: a row written without one holds false.
+    if (column.type == ColumnType::Boolean)
+        definition += " NOT NULL DEFAULT 0";
+    if (column.type == ColumnType::Text || column.type == ColumnType::Memo)
+        definition += std::string(" COLLATE ") + kTextCollation;
+    if (const std::string check = checkFor(column); !check.empty())
+        definition += " CONSTRAINT " + quoteIdentifier(tableName + "." + name + ": " + checkName(column)) +
+                      " CHECK (" + replaceAll(check, "{}", quoteIdentifier(name)) + ")";
+    return definition;
+}
+
+} // namespace
+
+std::string quoteIdentifier(std::string_view name)
+{
+    return '"' + replaceAll(std::string(name), "\"", "\"\"") + '"';
+}
+
+std::string quoteLiteral(std::string_view text)
+{
+    return '\'' + replaceAll(std::string(text), "'", "''") + '\'';
+}
+
+std::string createTable(const jet::Table& table)
+{
+    const std::string name = jet::toUtf8(table.name);
+    std::string sql = "CREATE TABLE " + quoteIdentifier(name) + " (";
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        sql += (i ? ", " : "") + columnDefinition(name, table.columns[i]);
+    return sql + ") STRICT";
+}
+
+std::string createCounters()
+{
+    return "CREATE TABLE " + quoteIdentifier(kCountersTable) +
+           " (tbl TEXT PRIMARY KEY, last INTEGER NOT NULL) STRICT";
+}
+
+std::string createAutoNumberTriggers(const jet::Table& table, const jet::Column& column)
+{
+    const std::string name = jet::toUtf8(table.name);
+    const std::string t = quoteIdentifier(name);
+    const std::string c = quoteIdentifier(jet::toUtf8(column.name));
+    const std::string counters = quoteIdentifier(kCountersTable);
+    const std::string key = quoteLiteral(name);
+    return "CREATE TRIGGER " + quoteIdentifier(name + " autonumber") + " AFTER INSERT ON " + t +
+           " WHEN NEW." + c + " IS NULL BEGIN UPDATE " + counters +
+           " SET last = last + 1 WHERE tbl = " + key + "; UPDATE " + t + " SET " + c +
+           " = (SELECT last FROM " + counters + " WHERE tbl = " + key +
+           ") WHERE rowid = NEW.rowid; END;"
+           "CREATE TRIGGER " +
+           quoteIdentifier(name + " explicit number") + " AFTER INSERT ON " + t + " WHEN NEW." + c +
+           " IS NOT NULL BEGIN UPDATE " + counters + " SET last = max(last, NEW." + c +
+           ") WHERE tbl = " + key + "; END;";
+}
+
+} // namespace store::sql

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "jet/Table.h"
+
+#include <string>
+#include <string_view>
+
+// How a Jet table becomes an SQLite table of the store. Every table is STRICT,
+// so a value of the wrong kind is refused by the statement that writes it;
+// CHECK constraints refuse what the data file cannot hold (texts longer than
+// the column, integers outside the column's range, malformed dates).
+namespace store::sql {
+
+// The table of autonumber counters: one row per table with an autonumber column.
+inline constexpr char kCountersTable[] = "autonumber.counters";
+// The function that tells a well-formed stored date text (see SqlFunctions.h).
+inline constexpr char kIsStoredDate[] = "IsStoredDate";
+// Case-insensitive comparison of texts, as the Jet engine compares them.
+inline constexpr char kTextCollation[] = "JETTEXT";
+
+std::string quoteIdentifier(std::string_view name);
+std::string quoteLiteral(std::string_view text);
+
+std::string createTable(const jet::Table& table);
+std::string createCounters();
+// The triggers that number rows inserted without a value in the autonumber
+// column and raise the counter past explicitly inserted numbers.
+std::string createAutoNumberTriggers(const jet::Table& table, const jet::Column& column);
+
+} // namespace store::sql
