@@ -1,23 +1,9 @@
 #include "Frame.h"
 #include "QtDialogs.h"
+#include "QtTranslation.h"
 
 #include <QApplication>
-#include <QLibraryInfo>
 #include <QLocale>
-#include <QTranslator>
-
-namespace {
-
-// Qt's own texts in Russian, so that standard buttons read "Да", "Нет", "Отмена".
-void installQtTranslation(QApplication& application)
-{
-    auto* translator = new QTranslator(&application);
-    if (translator->load(QLocale(QLocale::Russian, QLocale::Russia), "qtbase", "_",
-                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(translator);
-}
-
-} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -25,7 +11,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName("Velmora");
     QApplication::setApplicationVersion(VELMORA_VERSION);
     QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
-    installQtTranslation(application);
+    app::installRussianQtTexts(application);
 
     app::QtDialogs dialogs;
     app::Frame frame(QApplication::applicationDirPath(), dialogs);

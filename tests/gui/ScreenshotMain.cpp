@@ -1,13 +1,16 @@
 // Pictures of the windows for the documentation: the frame with the main
-// window filled from a data folder, the sign-in window and the splash.
+// window filled from a data folder, the sign-in window, the splash and, when
+// the folder holds velmora-help.html, the help window.
 // Usage: gui_screenshots DATA_FOLDER OUTPUT_FOLDER
 #include "Frame.h"
+#include "HelpWindow.h"
 #include "MainWindow.h"
 #include "ScriptedDialogs.h"
 #include "SignInWindow.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QMdiSubWindow>
 #include <QTest>
 
@@ -49,5 +52,9 @@ int main(int argc, char* argv[])
         return 1;
     if (frame.mainWindow())
         ok &= save(&frame, output.filePath("main-window.png"));
+    if (QFile::exists(QDir(dataFolder).filePath("velmora-help.html"))) {
+        frame.showHelp();
+        ok &= save(frame.helpWindow(), output.filePath("help.png"));
+    }
     return ok ? 0 : 1;
 }

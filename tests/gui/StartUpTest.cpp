@@ -5,12 +5,15 @@
 #include "GuiHarness.h"
 #include "HelpWindow.h"
 #include "MainWindow.h"
+#include "QtTranslation.h"
 #include "SignInWindow.h"
 
 #include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 
 #include <functional>
@@ -220,4 +223,14 @@ void StartUpTest::missingHelpPageIsReported()
     QCOMPARE(h.dialogs.shown().front().title, QString("Ошибка"));
     QVERIFY(h.dialogs.shown().front().text.contains("velmora-help.html"));
     QVERIFY(!h.frame().helpWindow() || !h.frame().helpWindow()->isVisible());
+}
+
+void StartUpTest::standardButtonsSpeakRussian()
+{
+    QVERIFY(app::installRussianQtTexts(*QCoreApplication::instance()));
+    QMessageBox box(QMessageBox::Information, "Velmora", "?",
+                    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    QCOMPARE(box.button(QMessageBox::Yes)->text().remove('&'), QString("Да"));
+    QCOMPARE(box.button(QMessageBox::No)->text().remove('&'), QString("Нет"));
+    QCOMPARE(box.button(QMessageBox::Cancel)->text().remove('&'), QString("Отмена"));
 }

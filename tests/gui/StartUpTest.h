@@ -18,4 +18,5 @@ private slots:
     void everyWayOutEndsTheProgram();
     void helpOpensFromButtonAndKey();
     void missingHelpPageIsReported();
+    void standardButtonsSpeakRussian();
 };
