@@ -46,6 +46,7 @@ int main(int argc, char* argv[])
     bool ok = true;
     QTest::qWait(50);
     ok &= save(frame.splashWindow(), output.filePath("splash.png"));
+    ok &= save(&frame, output.filePath("start-up.png"));
     if (frame.signInWindow())
         ok &= save(frame.signInWindow()->parentWidget(), output.filePath("sign-in.png"));
     if (!QTest::qWaitFor([&] { return !frame.splashWindow(); }, 5000))
