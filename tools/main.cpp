@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 #include "CreateCommands.h"
 #include "FileAccess.h"
-#include "InspectCommands.h"
+#include "ReadCommands.h"
 
 #include <iostream>
 #include <stdexcept>

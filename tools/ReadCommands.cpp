@@ -1,4 +1,4 @@
-#include "InspectCommands.h"
+#include "ReadCommands.h"
 
 #include "FileAccess.h"
 
