@@ -23,14 +23,14 @@ namespace {
 constexpr int kOperations = 100'000;
 
 // Boxes have no place in a benchmark: any box is counted and ends the run.
-class CountingDialogs : public app::Dialogs
+class CountingDialogs : public ui::Dialogs
 {
 public:
-    app::DialogAnswer showMessage(const QString&, const QString&, app::DialogIcon,
-                                  app::DialogButtons) override
+    ui::DialogAnswer showMessage(const QString&, const QString&, ui::DialogIcon,
+                                  ui::DialogButtons) override
     {
         ++shown;
-        return app::DialogAnswer::Ok;
+        return ui::DialogAnswer::Ok;
     }
     std::optional<QString> askText(const QString&, const QString&, const QString&) override
     {

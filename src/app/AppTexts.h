@@ -5,17 +5,10 @@
 // .ui files.
 namespace app::texts {
 
-inline constexpr char appTitle[] = "Velmora";
-inline constexpr char errorTitle[] = "Ошибка";
-inline constexpr char informationTitle[] = "Информация";
-
 inline constexpr char wrongPassword[] = "Введен неправильный пароль!";
 
 inline constexpr char helpFileName[] = "velmora-help.html";
 inline constexpr char helpTitle[] = "Справка Velmora";
 inline constexpr char helpMissing[] = "Файл справки %1 не найден.";
-
-// Standard error lines: the program's name, then the message.
-inline constexpr char logLine[] = "velmora: %1";
 
 } // namespace app::texts

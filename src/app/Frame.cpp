@@ -7,6 +7,7 @@
 #include "Twips.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+#include "ui/UiTexts.h"
 
 #include <QCloseEvent>
 #include <QDir>
@@ -30,13 +31,13 @@ constexpr int kFailureExitCode = 1;
 
 } // namespace
 
-Frame::Frame(const QString& programDir, Dialogs& dialogs, FrameOptions options)
+Frame::Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions options)
     : m_programDir(programDir), m_dialogs(dialogs), m_options(std::move(options)),
       m_errorSink(m_dialogs, m_options.log), m_store(std::make_unique<store::Store>(programDir, &m_errorSink))
 {
     initResources();
     setObjectName("MDIForm1");
-    setWindowTitle(QString::fromUtf8(texts::appTitle));
+    setWindowTitle(QString::fromUtf8(ui::texts::appTitle));
     setWindowIcon(QIcon(":/velmora/velmora.png"));
     m_mdi = new QMdiArea(this);
     m_mdi->setObjectName("mdiArea");

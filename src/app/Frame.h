@@ -1,9 +1,9 @@
 #pragma once
 
-#include "DialogErrorSink.h"
-#include "Dialogs.h"
 #include "SplashWindow.h"
 #include "ledger/Clock.h"
+#include "ui/DialogErrorSink.h"
+#include "ui/Dialogs.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -28,7 +28,7 @@ struct FrameOptions
 {
     ledger::Clock today = ledger::systemToday;
     int splashIntervalMs = SplashWindow::kDefaultIntervalMs;
-    DialogErrorSink::Log log = writeToStandardError;
+    ui::DialogErrorSink::Log log = ui::writeToStandardError;
 };
 
 // MDIForm1 "Velmora": the frame all windows of the program live in. start()
@@ -40,7 +40,7 @@ class Frame : public QMainWindow
     Q_OBJECT
 
 public:
-    Frame(const QString& programDir, Dialogs& dialogs, FrameOptions options = {});
+    Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions options = {});
     ~Frame() override;
 
     // False when the data file cannot be used: the reason has been shown and
@@ -78,9 +78,9 @@ private:
     void requestQuit(int exitCode);
 
     QString m_programDir;
-    Dialogs& m_dialogs;
+    ui::Dialogs& m_dialogs;
     FrameOptions m_options;
-    DialogErrorSink m_errorSink;
+    ui::DialogErrorSink m_errorSink;
     std::unique_ptr<store::Store> m_store;
     QMdiArea* m_mdi = nullptr;
     QPointer<MainWindow> m_main;

@@ -1,6 +1,6 @@
 #include "Frame.h"
-#include "QtDialogs.h"
 #include "QtTranslation.h"
+#include "ui/QtDialogs.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -13,7 +13,7 @@ int main(int argc, char* argv[])
     QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
     app::installRussianQtTexts(application);
 
-    app::QtDialogs dialogs;
+    ui::QtDialogs dialogs;
     app::Frame frame(QApplication::applicationDirPath(), dialogs);
     dialogs.setParentWindow(&frame);
     QObject::connect(

@@ -2,13 +2,13 @@
 
 namespace velmora::test {
 
-app::DialogAnswer ScriptedDialogs::showMessage(const QString& text, const QString& title,
-                                               app::DialogIcon icon, app::DialogButtons buttons)
+ui::DialogAnswer ScriptedDialogs::showMessage(const QString& text, const QString& title,
+                                               ui::DialogIcon icon, ui::DialogButtons buttons)
 {
     m_shown.append({text, title, icon, buttons});
-    if (buttons == app::DialogButtons::Ok)
-        return app::DialogAnswer::Ok;
-    return m_answers.isEmpty() ? app::DialogAnswer::No : m_answers.dequeue();
+    if (buttons == ui::DialogButtons::Ok)
+        return ui::DialogAnswer::Ok;
+    return m_answers.isEmpty() ? ui::DialogAnswer::No : m_answers.dequeue();
 }
 
 std::optional<QString> ScriptedDialogs::askText(const QString& prompt, const QString& title,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Dialogs.h"
+#include "ui/Dialogs.h"
 
 #include <QList>
 #include <QQueue>
@@ -14,8 +14,8 @@ struct ShownBox
 {
     QString text;
     QString title;
-    app::DialogIcon icon = app::DialogIcon::None;
-    app::DialogButtons buttons = app::DialogButtons::Ok;
+    ui::DialogIcon icon = ui::DialogIcon::None;
+    ui::DialogButtons buttons = ui::DialogButtons::Ok;
 };
 
 struct AskedText
@@ -28,15 +28,15 @@ struct AskedText
 // Boxes without a screen: records every box and input box and gives the
 // answers the test queued. A Yes/No box without a queued answer gets No and
 // an input box gets Cancel, the answers that change nothing.
-class ScriptedDialogs : public app::Dialogs
+class ScriptedDialogs : public ui::Dialogs
 {
 public:
-    app::DialogAnswer showMessage(const QString& text, const QString& title, app::DialogIcon icon,
-                                  app::DialogButtons buttons) override;
+    ui::DialogAnswer showMessage(const QString& text, const QString& title, ui::DialogIcon icon,
+                                  ui::DialogButtons buttons) override;
     std::optional<QString> askText(const QString& prompt, const QString& title,
                                    const QString& initial = {}) override;
 
-    void answer(app::DialogAnswer answer) { m_answers.enqueue(answer); }
+    void answer(ui::DialogAnswer answer) { m_answers.enqueue(answer); }
     void answerText(const QString& text) { m_texts.enqueue(text); }
     void cancelText() { m_texts.enqueue(std::nullopt); }
 
@@ -48,7 +48,7 @@ public:
 private:
     QList<ShownBox> m_shown;
     QList<AskedText> m_asked;
-    QQueue<app::DialogAnswer> m_answers;
+    QQueue<ui::DialogAnswer> m_answers;
     QQueue<std::optional<QString>> m_texts;
 };
 

@@ -130,7 +130,7 @@ void StartUpFailureTest::unusableDataFileEndsTheProgram()
     const ShownBox box = h.dialogs.shown().front();
     QVERIFY2(box.text.startsWith(expected), qPrintable(box.text));
     QCOMPARE(box.title, QString("Ошибка"));
-    QCOMPARE(box.icon, app::DialogIcon::Critical);
+    QCOMPARE(box.icon, ui::DialogIcon::Critical);
     QCOMPARE(h.log, QStringList{box.text});
 
     QCOMPARE(folder.hasDataFile(), trouble != Trouble::Missing);

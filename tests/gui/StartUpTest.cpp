@@ -110,8 +110,8 @@ void StartUpTest::signIn()
         const ShownBox box = h.dialogs.shown().front();
         QCOMPARE(box.text, QString::fromUtf8(app::texts::wrongPassword));
         QCOMPARE(box.title, QString("Ошибка"));
-        QCOMPARE(box.icon, app::DialogIcon::Information);
-        QCOMPARE(box.buttons, app::DialogButtons::Ok);
+        QCOMPARE(box.icon, ui::DialogIcon::Information);
+        QCOMPARE(box.buttons, ui::DialogButtons::Ok);
         QCOMPARE(h.quitCodes.size(), 1);
         QVERIFY(!h.frame().mainWindow());
         QVERIFY(!h.frame().isVisible());

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace app {
+namespace ui {
 
 // Shows the store's failures as boxes over the frame and writes them to the
 // log (standard error in the program), so a failure at start-up is also seen
@@ -32,4 +32,4 @@ private:
 // Writes one line to standard error.
 void writeToStandardError(const QString& message);
 
-} // namespace app
+} // namespace ui

@@ -3,7 +3,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
-namespace app {
+namespace ui {
 
 namespace {
 
@@ -53,4 +53,4 @@ std::optional<QString> QtDialogs::askText(const QString& prompt, const QString& 
     return typed;
 }
 
-} // namespace app
+} // namespace ui

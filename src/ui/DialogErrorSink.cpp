@@ -1,10 +1,10 @@
 #include "DialogErrorSink.h"
 
-#include "AppTexts.h"
+#include "UiTexts.h"
 
 #include <cstdio>
 
-namespace app {
+namespace ui {
 
 DialogErrorSink::DialogErrorSink(Dialogs& dialogs, Log log) : m_dialogs(dialogs), m_log(std::move(log)) {}
 
@@ -34,4 +34,4 @@ void writeToStandardError(const QString& message)
     std::fflush(stderr);
 }
 
-} // namespace app
+} // namespace ui

@@ -1,8 +1,8 @@
 #include "Dialogs.h"
 
-#include "AppTexts.h"
+#include "UiTexts.h"
 
-namespace app {
+namespace ui {
 
 void Dialogs::information(const QString& title, const QString& text)
 {
@@ -19,4 +19,4 @@ bool Dialogs::confirm(const QString& title, const QString& text)
     return showMessage(text, title, DialogIcon::Information, DialogButtons::YesNo) == DialogAnswer::Yes;
 }
 
-} // namespace app
+} // namespace ui

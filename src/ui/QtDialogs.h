@@ -5,7 +5,7 @@
 #include <QPointer>
 #include <QWidget>
 
-namespace app {
+namespace ui {
 
 // The boxes as the user sees them: QMessageBox and QInputDialog, parented to
 // the frame window so that they open centred over it.
@@ -25,4 +25,4 @@ private:
     QPointer<QWidget> m_parent;
 };
 
-} // namespace app
+} // namespace ui

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace app {
+namespace ui {
 
 enum class DialogIcon
 {
@@ -49,4 +49,4 @@ public:
     bool confirm(const QString& title, const QString& text);
 };
 
-} // namespace app
+} // namespace ui
