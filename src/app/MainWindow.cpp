@@ -14,6 +14,8 @@ MainWindow::MainWindow(store::Store& store, ledger::Clock today, QWidget* parent
 {
     m_ui->setupUi(this);
     m_ui->R1->setFocus();
+    connect(m_ui->B1, &QPushButton::clicked, this, &MainWindow::analyticsRequested);
+    connect(m_ui->B2, &QPushButton::clicked, this, &MainWindow::serviceRequested);
     connect(m_ui->B4, &QPushButton::clicked, this, &MainWindow::helpRequested);
     connect(m_ui->B7, &QPushButton::clicked, this, &MainWindow::exitRequested);
 }

@@ -34,8 +34,10 @@ public:
     void refreshMonthStatistics();
 
 signals:
-    void helpRequested(); // B4 "Помощь"
-    void exitRequested(); // B7 "Выход"
+    void analyticsRequested(); // B1 "Аналитика"
+    void serviceRequested();   // B2 "Сервис"
+    void helpRequested();      // B4 "Помощь"
+    void exitRequested();      // B7 "Выход"
     void closed();
 
 protected:
