@@ -197,3 +197,5 @@ void MainWindowTest::refreshShowsWhatChangedMeanwhile()
     QVERIFY(h.mainControl("Combo1")->isEnabled());
     QVERIFY(h.dialogs.shown().isEmpty());
 }
+
+QTEST_MAIN(MainWindowTest)

@@ -136,3 +136,5 @@ void StartUpFailureTest::unusableDataFileEndsTheProgram()
     QCOMPARE(folder.hasDataFile(), trouble != Trouble::Missing);
     QCOMPARE(folder.bytes(), before);
 }
+
+QTEST_MAIN(StartUpFailureTest)

@@ -234,3 +234,5 @@ void StartUpTest::standardButtonsSpeakRussian()
     QCOMPARE(box.button(QMessageBox::No)->text().remove('&'), QString("Нет"));
     QCOMPARE(box.button(QMessageBox::Cancel)->text().remove('&'), QString("Отмена"));
 }
+
+QTEST_MAIN(StartUpTest)
