@@ -1,0 +1,126 @@
+#include "Backup.h"
+
+#include "DataFileCheck.h"
+#include "ServiceTexts.h"
+#include "jet/AtomicFile.h"
+#include "jet/Writer.h"
+#include "store/Dates.h"
+#include "store/Schema.h"
+#include "store/Transaction.h"
+#include "store/WholeFile.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace service {
+
+namespace fs = std::filesystem;
+using store::StoreError;
+
+namespace {
+
+Backup::Outcome failure(const QString& message)
+{
+    return Backup::Outcome{false, message, {}};
+}
+
+QString describe(const std::exception& e)
+{
+    if (const auto* write = dynamic_cast<const jet::WriteError*>(&e))
+        return StoreError::describeErrno(write->errorNumber());
+    return QString::fromStdString(e.what());
+}
+
+const QString kBackupCriteria = QStringLiteral("F0 = 'BACKUP'");
+
+} // namespace
+
+Backup::Backup(store::Store& store, store::FileWriter writer) : m_store(store), m_writer(std::move(writer))
+{
+    if (!m_writer)
+        m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
+            jet::writeFileAtomically(path, bytes);
+        };
+}
+
+QString Backup::backupPath() const
+{
+    const fs::path data(m_store.dataFilePath().toStdString());
+    return QString::fromStdString((data.parent_path() / store::kBackupFileName).string());
+}
+
+Backup::Outcome Backup::make(QDate today)
+{
+    store::Transaction tx(m_store);
+    const QVariant previous =
+        tx.lookupValue(QStringLiteral("Tech"), QStringLiteral("F3"), kBackupCriteria, {}, 3);
+    tx.execute(QStringLiteral("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'"), {today});
+    if (!tx.commit())
+        return failure({});
+    Outcome outcome = copyToBackup();
+    if (outcome.done)
+        outcome.date = today;
+    else
+        restoreRecordedDate(previous);
+    return outcome;
+}
+
+Backup::Outcome Backup::copyToBackup()
+{
+    std::vector<std::uint8_t> bytes;
+    try {
+        bytes = store::WholeFile(m_store).read();
+    } catch (const StoreError& e) {
+        return failure(e.message());
+    }
+    if (const auto problem = dataFileProblem(bytes))
+        return failure(
+            StoreError::forFile(StoreError::Kind::Damaged, m_store.dataFilePath(), *problem).message());
+    try {
+        m_writer(backupPath().toStdString(), bytes);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        return failure(QString::fromUtf8(texts::backupNotWritten).arg(backupPath(), describe(e)));
+    }
+    return Outcome{true, {}, {}};
+}
+
+void Backup::restoreRecordedDate(const QVariant& previous)
+{
+    store::Transaction tx(m_store);
+    tx.execute(QStringLiteral("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'"), {previous});
+    tx.commit();
+}
+
+Backup::Outcome Backup::restore()
+{
+    std::vector<std::uint8_t> bytes;
+    try {
+        bytes = store::WholeFile::readBytes(backupPath().toStdString());
+    } catch (const std::system_error& e) {
+        if (e.code().value() == ENOENT)
+            return failure(QString::fromUtf8(texts::backupMissing).arg(backupPath()));
+        return failure(QString::fromUtf8(texts::backupDamaged)
+                           .arg(backupPath(), StoreError::describeErrno(e.code().value())));
+    }
+    if (const auto problem = dataFileProblem(bytes))
+        return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), *problem));
+    try {
+        store::WholeFile(m_store, m_writer).replace(bytes);
+    } catch (const StoreError& e) {
+        return failure(e.message());
+    }
+    return Outcome{true, {}, lastBackupDate()};
+}
+
+QDate Backup::lastBackupDate()
+{
+    store::Transaction tx(m_store);
+    const QVariant value =
+        tx.lookupValue(QStringLiteral("Tech"), QStringLiteral("F3"), kBackupCriteria, {}, 3);
+    tx.commit();
+    return value.isValid() ? store::dateFromStored(value.toString()) : QDate();
+}
+
+} // namespace service

@@ -1,0 +1,23 @@
+#include "Clearing.h"
+
+#include "store/Transaction.h"
+
+namespace service {
+
+store::StoreResult Clearing::clearAll()
+{
+    store::Transaction tx(m_store);
+    for (const char* statement : {
+             "DELETE FROM Bills",
+             "DELETE FROM Bills_Dict",
+             "DELETE FROM Bank",
+             "DELETE FROM Purse",
+             "DELETE FROM Purse_Dict",
+             "UPDATE Tech SET F3 = Null WHERE F0 = 'BACKUP'",
+             "UPDATE Tech SET F2 = 0 WHERE F0 = 'OSTATOK'",
+         })
+        tx.execute(QString::fromLatin1(statement));
+    return tx.commit();
+}
+
+} // namespace service

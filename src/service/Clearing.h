@@ -1,0 +1,23 @@
+#pragma once
+
+#include "store/Store.h"
+#include "store/StoreResult.h"
+
+namespace service {
+
+// Empties the data file for a fresh start: every operation, both catalogues
+// and the purses go, the balance becomes 0 and the backup date is forgotten.
+// The password, the currency rates, the month names and the backup file
+// itself stay.
+class Clearing
+{
+public:
+    explicit Clearing(store::Store& store) : m_store(store) {}
+
+    store::StoreResult clearAll();
+
+private:
+    store::Store& m_store;
+};
+
+} // namespace service

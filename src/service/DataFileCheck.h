@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace service {
+
+// Why `bytes` are not a Velmora data file, in words: empty, not a Jet file,
+// protected by another password than the data file's, or without one of the
+// eight tables. nullopt when they are one.
+std::optional<QString> dataFileProblem(std::span<const std::uint8_t> bytes);
+
+} // namespace service

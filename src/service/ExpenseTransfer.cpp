@@ -1,0 +1,15 @@
+#include "ExpenseTransfer.h"
+
+#include "store/Transaction.h"
+
+namespace service {
+
+store::StoreResult ExpenseTransfer::move(int fromAccount, int toAccount)
+{
+    store::Transaction tx(m_store);
+    if (fromAccount != toAccount)
+        tx.execute(QStringLiteral("UPDATE Bills SET F2 = ? WHERE F2 = ?"), {toAccount, fromAccount});
+    return tx.commit();
+}
+
+} // namespace service

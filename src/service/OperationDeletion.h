@@ -1,0 +1,68 @@
+#pragma once
+
+#include "store/Amount.h"
+#include "store/Store.h"
+#include "store/StoreResult.h"
+
+#include <QDate>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace service {
+
+// Removing one bank operation (Bank) or one expense (Bills) entered by
+// mistake, with its effect on the money undone: the stored balance, and for
+// an expense also the purse it was paid from.
+class OperationDeletion
+{
+public:
+    // The operation numbers of one day, highest (newest) first.
+    struct Day
+    {
+        QStringList bank;
+        QStringList expenses;
+    };
+
+    // What the confirmation shows of an operation.
+    struct Operation
+    {
+        qlonglong number = 0;
+        store::Amount amount;
+        QString name;
+    };
+
+    // The outcome of looking an operation up: `readable` is false when the
+    // data file could not be read (the store has said why).
+    struct Found
+    {
+        bool readable = false;
+        std::optional<Operation> operation;
+    };
+
+    explicit OperationDeletion(store::Store& store) : m_store(store) {}
+
+    // Operations dated exactly `day` (with no time of day).
+    std::optional<Day> list(QDate day);
+
+    Found findBankOperation(qlonglong number);
+    Found findExpense(qlonglong number);
+
+    // Deleting a deposit lowers the balance by its amount, deleting a
+    // withdrawal (stored negative) raises it. The new balance is rounded to
+    // cents. A number no longer in the table changes nothing.
+    store::StoreResult deleteBankOperation(qlonglong number);
+    // Gives the expense's amount back to the balance and to its purse.
+    store::StoreResult deleteExpense(qlonglong number);
+
+    // An operation number typed or chosen: a positive whole number.
+    static std::optional<qlonglong> numberOf(const QString& text);
+
+private:
+    Found find(const QString& sql, qlonglong number);
+
+    store::Store& m_store;
+};
+
+} // namespace service

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "store/Store.h"
+#include "store/StoreResult.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace service {
+
+// The sign-in password: Tech row PW, column F1, kept as typed. No row means
+// signing in without a password. A change counts from the next sign-in.
+class Password
+{
+public:
+    static constexpr int kMaxLength = 255;
+
+    explicit Password(store::Store& store) : m_store(store) {}
+
+    // "" when none is set; nullopt when the data file could not be read.
+    std::optional<QString> current();
+    // Replaces the password row by one holding `password`.
+    store::StoreResult set(const QString& password);
+    store::StoreResult remove();
+
+private:
+    store::Store& m_store;
+};
+
+} // namespace service
