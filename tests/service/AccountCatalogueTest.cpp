@@ -1,0 +1,100 @@
+#include "service/AccountCatalogue.h"
+#include "ServiceData.h"
+#include "service/ExpenseTransfer.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmora::test;
+using service::AccountCatalogue;
+
+TEST(AccountCatalogue, NewCodesFollowTheLargestAndAreNeverReused)
+{
+    ServiceData empty;
+    AccountCatalogue fresh(empty.store());
+    EXPECT_EQ(fresh.add("Питание"), 1);
+
+    DataBuilder data;
+    data.account(1, "Питание").account(2, "Транспорт").account(5, "Отпуск");
+    ServiceData gaps(data);
+    AccountCatalogue accounts(gaps.store());
+    EXPECT_EQ(accounts.add("Связь"), 6);
+    ASSERT_TRUE(accounts.remove(6));
+    // The code of a removed last account comes back only as the largest + 1 of what is left.
+    EXPECT_EQ(accounts.add("Связь"), 6);
+    EXPECT_EQ(accounts.entries(), QStringList({"1 - Питание", "2 - Транспорт", "5 - Отпуск", "6 - Связь"}));
+}
+
+TEST(AccountCatalogue, ExpensesKeepTheirCodeWhateverHappensToTheAccount)
+{
+    DataBuilder data;
+    data.account(3, "Питание").account(4, "Связь");
+    data.bill(QDate(2026, 3, 1), 3, "100").bill(QDate(2026, 3, 2), 4, "20").bill(QDate(2026, 3, 3), 3, "5");
+    ServiceData d(data);
+    const QStringList bills = d.rows("Bills");
+    AccountCatalogue accounts(d.store());
+
+    ASSERT_TRUE(accounts.rename(3, "Продукты"));
+    EXPECT_EQ(accounts.entries(), QStringList({"3 - Продукты", "4 - Связь"}));
+    EXPECT_EQ(accounts.name(3), QString("Продукты"));
+    ASSERT_TRUE(accounts.remove(4));
+    EXPECT_EQ(accounts.entries(), QStringList({"3 - Продукты"}));
+    EXPECT_EQ(accounts.name(4), QString());
+    EXPECT_EQ(d.rows("Bills"), bills);
+    EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
+}
+
+TEST(AccountCatalogue, NamesAreStoredAsTypedUpToTheColumnSize)
+{
+    ServiceData d;
+    AccountCatalogue accounts(d.store());
+    for (const QString& name : {QString("Д'Артаньян"), QString("\"Кавычки\" и 'апострофы'"),
+                                QString(255, u'щ'), QString("x'); DELETE FROM Bills_Dict; --")}) {
+        const auto code = accounts.add(name);
+        ASSERT_TRUE(code.has_value()) << name.toStdString();
+        EXPECT_EQ(accounts.name(*code), name);
+    }
+    // One more character does not fit: the statement is refused and nothing is written.
+    const QByteArray before = d.folder().bytes();
+    EXPECT_FALSE(accounts.add(QString(256, u'щ')).has_value());
+    EXPECT_FALSE(accounts.rename(1, QString(256, u'щ')));
+    EXPECT_EQ(d.folder().bytes(), before);
+    EXPECT_EQ(accounts.name(1), QString("Д'Артаньян"));
+    EXPECT_EQ(d.sink.messages.size(), 2);
+}
+
+TEST(AccountCatalogue, CodeOfAListEntry)
+{
+    struct Case
+    {
+        const char* entry;
+        std::optional<int> code;
+    };
+    for (const Case& c : {Case{"3 - Питание", 3}, Case{"12 - Еда - дома", 12}, Case{"7", 7}, Case{" 7 ", 7},
+                          Case{"-3 - Долги", -3}, Case{"", std::nullopt}, Case{"Питание", std::nullopt},
+                          Case{"3x - Еда", std::nullopt}, Case{"99999999999 - Много", std::nullopt}})
+        EXPECT_EQ(AccountCatalogue::codeOf(c.entry), c.code) << c.entry;
+}
+
+TEST(ExpenseTransfer, MovesOnlyTheSourceAccountsExpenses)
+{
+    DataBuilder data;
+    data.bill(QDate(2025, 1, 1), 3, "10")
+        .bill(QDate(2026, 5, 2), 5, "20")
+        .bill(QDate(2026, 5, 3), 3, "30", 2);
+    data.bill(QDate(2030, 12, 31), 7, "40").bill(QDate(2026, 5, 3), 33, "50");
+    ServiceData d(data);
+    QStringList expected = d.rows("Bills");
+    for (int i : {0, 2})
+        expected[i].replace("|3|", "|7|");
+    const QString balance = d.amount("Tech", "F2", "F0 = 'OSTATOK'");
+
+    ASSERT_TRUE(service::ExpenseTransfer(d.store()).move(3, 7));
+    EXPECT_EQ(d.rows("Bills"), expected);
+    EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), balance);
+
+    // The same account on both sides, or one without expenses: nothing to write.
+    const QByteArray before = d.folder().bytes();
+    ASSERT_TRUE(service::ExpenseTransfer(d.store()).move(7, 7));
+    ASSERT_TRUE(service::ExpenseTransfer(d.store()).move(4, 9));
+    EXPECT_EQ(d.folder().bytes(), before);
+}

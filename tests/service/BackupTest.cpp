@@ -1,0 +1,190 @@
+#include "service/Backup.h"
+#include "ServiceData.h"
+#include "jet/AtomicFile.h"
+#include "jet/Writer.h"
+#include "service/ServiceTexts.h"
+#include "store/FileLock.h"
+#include "store/StoreTexts.h"
+#include "store/Transaction.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <functional>
+
+using namespace velmora::test;
+using service::Backup;
+
+namespace {
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeBytes(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+QByteArray encoded(const jet::Database& db)
+{
+    const std::vector<std::uint8_t> bytes = jet::encodeDatabase(db);
+    return QByteArray(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()));
+}
+
+// A writer that fails the way a full disk does, before anything is renamed.
+void diskFull(const std::filesystem::path& path, std::span<const std::uint8_t>)
+{
+    throw jet::WriteError(path, "write", ENOSPC);
+}
+
+QString message(const char* pattern, const QString& path, const QString& cause = {})
+{
+    const QString text = QString::fromUtf8(pattern);
+    return cause.isEmpty() ? text.arg(path) : text.arg(path, cause);
+}
+
+} // namespace
+
+TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
+{
+    DataBuilder data;
+    data.balance("1000").account(1, "Питание").bank(QDate(2026, 3, 1), "1000");
+    ServiceData d(data);
+    Backup backup(d.store());
+    const Backup::Outcome made = backup.make(QDate(2026, 3, 15));
+    ASSERT_TRUE(made.done) << made.message.toStdString();
+    EXPECT_EQ(made.date, QDate(2026, 3, 15));
+    EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 15));
+    // The backup is the data file as it was right after recording the date.
+    EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
+    const QStringList bankAtBackup = d.rows("Bank");
+
+    {
+        store::Transaction tx(d.store());
+        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
+                   {QDate(2026, 3, 20), store::Amount::parse(u"50").value(), QString("после спасения")});
+        tx.execute("UPDATE Tech SET F2 = 1050 WHERE F0 = 'OSTATOK'");
+        tx.execute("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'", {QDate(2026, 3, 21)});
+        ASSERT_TRUE(tx.commit());
+    }
+    const Backup::Outcome restored = backup.restore();
+    ASSERT_TRUE(restored.done) << restored.message.toStdString();
+    EXPECT_EQ(restored.date, QDate(2026, 3, 15));
+    EXPECT_EQ(d.folder().bytes(), contents(d.backupPath()));
+    // The same store sees the restored file at once.
+    EXPECT_EQ(d.rows("Bank"), bankAtBackup);
+    EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "1000");
+    EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
+}
+
+TEST(Backup, ASecondBackupReplacesTheFirst)
+{
+    ServiceData d;
+    Backup backup(d.store());
+    ASSERT_TRUE(backup.make(QDate(2026, 3, 15)).done);
+    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(backup.make(QDate(2026, 3, 16)).done);
+    EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
+    EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 16));
+    EXPECT_TRUE(QDir(d.folder().path()).entryList(QDir::Files).filter(".tmp-").isEmpty());
+}
+
+TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
+{
+    DataBuilder other;
+    other.database().password = u"другой";
+    DataBuilder open;
+    open.database().password.clear();
+    DataBuilder sevenTables;
+    std::erase_if(sevenTables.database().tables, [](const jet::Table& t) { return t.name == u"Cur"; });
+    DataBuilder data;
+    data.account(1, "Питание").bank(QDate(2026, 3, 1), "10");
+    const QString noPassword = QString::fromUtf8(service::texts::causeOtherPassword);
+    struct Case
+    {
+        const char* what;
+        std::function<void(const QString&)> prepare;
+        const char* pattern;
+        QString cause;
+    };
+    const Case cases[] = {
+        {"no backup", [](const QString&) {}, service::texts::backupMissing, {}},
+        {"empty file", [](const QString& p) { writeBytes(p, {}); }, service::texts::backupDamaged,
+         QString::fromUtf8(service::texts::causeEmptyFile)},
+        {"another password", [&](const QString& p) { writeBytes(p, encoded(other.database())); },
+         service::texts::backupDamaged, noPassword},
+        {"no password", [&](const QString& p) { writeBytes(p, encoded(open.database())); },
+         service::texts::backupDamaged, noPassword},
+        {"a table missing", [&](const QString& p) { writeBytes(p, encoded(sevenTables.database())); },
+         service::texts::backupDamaged, "нет таблицы Cur"},
+        {"not a data file", [](const QString& p) { writeBytes(p, QByteArray(8192, 'x')); },
+         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeNotDataFile)},
+        {"cut short", [&](const QString& p) { writeBytes(p, encoded(data.database()).left(6000)); },
+         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeNotDataFile)},
+        {"a folder", [](const QString& p) { QDir().mkdir(p); }, service::texts::backupDamaged,
+         store::StoreError::describeErrno(EISDIR)},
+    };
+    for (const Case& c : cases) {
+        ServiceData d(data);
+        c.prepare(d.backupPath());
+        const QByteArray before = d.folder().bytes();
+        const Backup::Outcome outcome = Backup(d.store()).restore();
+        EXPECT_FALSE(outcome.done) << c.what;
+        EXPECT_EQ(outcome.message, message(c.pattern, d.backupPath(), c.cause)) << c.what;
+        EXPECT_EQ(d.folder().bytes(), before) << c.what;
+        EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"})) << c.what;
+    }
+}
+
+TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
+{
+    ServiceData d;
+    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)).done);
+    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    const QByteArray oldBackup = contents(d.backupPath());
+    Backup failing(d.store(), diskFull);
+
+    const Backup::Outcome made = failing.make(QDate(2026, 3, 15));
+    EXPECT_FALSE(made.done);
+    EXPECT_EQ(made.message, message(service::texts::backupNotWritten, d.backupPath(),
+                                    QString::fromUtf8(store::texts::causeNoSpace)));
+    EXPECT_EQ(contents(d.backupPath()), oldBackup);
+    EXPECT_EQ(failing.lastBackupDate(), QDate(2026, 3, 1));
+
+    const QByteArray data = d.folder().bytes();
+    const Backup::Outcome restored = failing.restore();
+    EXPECT_FALSE(restored.done);
+    EXPECT_TRUE(restored.message.contains(QString::fromUtf8(store::texts::causeNoSpace)));
+    EXPECT_EQ(d.folder().bytes(), data);
+    EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"}));
+}
+
+TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
+{
+    ServiceData d;
+    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)).done);
+    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    const QByteArray data = d.folder().bytes();
+    store::FileLock other(d.folder().dataFilePath().toStdString() + ".lock");
+    ASSERT_TRUE(other.tryLock());
+
+    const Backup::Outcome restored = Backup(d.store()).restore();
+    EXPECT_FALSE(restored.done);
+    EXPECT_EQ(restored.message, message(store::texts::fileLocked, d.store().dataFilePath()));
+    EXPECT_EQ(d.folder().bytes(), data);
+    // The backup cannot even record its date; the store says why.
+    const Backup::Outcome made = Backup(d.store()).make(QDate(2026, 3, 15));
+    EXPECT_FALSE(made.done);
+    EXPECT_TRUE(made.message.isEmpty());
+    ASSERT_EQ(d.sink.messages.size(), 1);
+    other.unlock();
+    EXPECT_EQ(Backup(d.store()).lastBackupDate(), QDate(2026, 3, 1));
+}

@@ -1,0 +1,112 @@
+#include "service/OperationDeletion.h"
+#include "ServiceData.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmora::test;
+using service::OperationDeletion;
+
+TEST(OperationDeletion, ListsADaysOperationsNewestFirst)
+{
+    const QDate day(2005, 11, 6);
+    DataBuilder data;
+    data.bank(day, "100").bank(day.addDays(1), "5").bank(day, "-30").bank(QDateTime(day, QTime(12, 30)), "1");
+    data.bill(day, 1, "10").bill(day.addDays(-1), 1, "20").bill(day, 2, "30").bill(day, 1, "40");
+    ServiceData d(data);
+    OperationDeletion deletion(d.store());
+    const auto found = deletion.list(QDate(2005, 11, 6));
+    ASSERT_TRUE(found);
+    // An operation entered with a time of day is not of the date itself.
+    EXPECT_EQ(found->bank, QStringList({"3", "1"}));
+    EXPECT_EQ(found->expenses, QStringList({"4", "3", "1"}));
+    const auto empty = deletion.list(QDate(2005, 11, 8));
+    ASSERT_TRUE(empty);
+    EXPECT_TRUE(empty->bank.isEmpty() && empty->expenses.isEmpty());
+}
+
+TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
+{
+    struct Case
+    {
+        const char* amount;
+        const char* balance;
+        const char* after;
+    };
+    for (const Case& c :
+         {Case{"-300", "700", "1000"}, Case{"300", "700", "400"}, Case{"1234,5", "0", "-1234.5"},
+          Case{"-12,344", "0", "12.34"}, Case{"-12,346", "0", "12.35"}, Case{"12,345", "0", "-12.34"},
+          Case{"0", "5", "5"}}) {
+        DataBuilder data;
+        data.balance(c.balance).bank(QDate(2026, 3, 1), "1").bank(QDate(2026, 3, 1), c.amount, "Зарплата");
+        ServiceData d(data);
+        OperationDeletion deletion(d.store());
+        const auto found = deletion.findBankOperation(2);
+        ASSERT_TRUE(found.readable && found.operation);
+        EXPECT_EQ(found.operation->name, "Зарплата");
+        EXPECT_EQ(found.operation->amount, store::Amount::parse(QString::fromUtf8(c.amount)));
+        ASSERT_TRUE(deletion.deleteBankOperation(2));
+        EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), c.after) << c.amount;
+        EXPECT_EQ(d.rows("Bank").size(), 1) << c.amount;
+    }
+}
+
+TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
+{
+    DataBuilder data;
+    data.balance("1000").purse(1, "Наличные", "10").purse(2, "Карта", "49,75");
+    data.bill(QDate(2026, 3, 1), 3, "150,25", 2).bill(QDate(2026, 3, 1), 3, "7", 1);
+    ServiceData d(data);
+    OperationDeletion deletion(d.store());
+    const auto found = deletion.findExpense(1);
+    ASSERT_TRUE(found.operation);
+    EXPECT_EQ(found.operation->amount.toDisplayString(), "150,25");
+    EXPECT_EQ(found.operation->name, "покупка");
+
+    ASSERT_TRUE(deletion.deleteExpense(1));
+    EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "1150.25");
+    EXPECT_EQ(d.amount("Purse", "F1", "F0 = 2"), "200");
+    EXPECT_EQ(d.amount("Purse", "F1", "F0 = 1"), "10");
+    EXPECT_EQ(d.rows("Bills").size(), 1);
+}
+
+TEST(OperationDeletion, ANumberNotInTheTableChangesNothing)
+{
+    DataBuilder data;
+    data.balance("100")
+        .purse(1, "Наличные", "10")
+        .bank(QDate(2026, 3, 1), "5")
+        .bill(QDate(2026, 3, 1), 1, "3");
+    ServiceData d(data);
+    OperationDeletion deletion(d.store());
+    const QByteArray before = d.folder().bytes();
+    // Bank number 2 does not exist; expense 1 is not a bank operation either way round.
+    EXPECT_FALSE(deletion.findBankOperation(2).operation);
+    EXPECT_FALSE(deletion.findExpense(2).operation);
+    ASSERT_TRUE(deletion.deleteBankOperation(2));
+    ASSERT_TRUE(deletion.deleteExpense(2));
+    EXPECT_EQ(d.folder().bytes(), before);
+}
+
+TEST(OperationDeletion, AnExpenseWhosePurseIsGoneStillGivesTheBalanceBack)
+{
+    DataBuilder data;
+    data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
+    ServiceData d(data);
+    ASSERT_TRUE(OperationDeletion(d.store()).deleteExpense(1));
+    EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
+    EXPECT_EQ(d.rows("Purse"), QStringList({"1|100000"}));
+}
+
+TEST(OperationDeletion, OperationNumberAsTyped)
+{
+    struct Case
+    {
+        const char* typed;
+        std::optional<qlonglong> number;
+    };
+    for (const Case& c : {Case{"17", 17}, Case{" 17 ", 17}, Case{"2147483647", 2147483647},
+                          Case{"", std::nullopt}, Case{"0", std::nullopt}, Case{"-5", std::nullopt},
+                          Case{"+5", std::nullopt}, Case{"5a", std::nullopt}, Case{"1,5", std::nullopt},
+                          Case{"2147483648", std::nullopt}, Case{"١٢", std::nullopt}})
+        EXPECT_EQ(OperationDeletion::numberOf(QString::fromUtf8(c.typed)), c.number) << c.typed;
+}
