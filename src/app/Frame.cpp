@@ -5,6 +5,7 @@
 #include "MainWindow.h"
 #include "SignInWindow.h"
 #include "Twips.h"
+#include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
 #include "ui/UiTexts.h"
@@ -14,6 +15,7 @@
 #include <QIcon>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QShortcut>
 
 // The pictures are compiled into the static library; this makes sure the
@@ -69,6 +71,11 @@ HelpWindow* Frame::helpWindow() const
     return m_help;
 }
 
+service::ServiceWindow* Frame::serviceWindow() const
+{
+    return m_service;
+}
+
 bool Frame::start()
 {
     store::Transaction tx(*m_store);
@@ -108,10 +115,11 @@ void Frame::showSignIn()
 
 void Frame::showMainWindow()
 {
-    m_main = new MainWindow(*m_store, m_options.today);
+    m_main = new MainWindow(*m_store, m_dialogs, m_options.today);
     connect(m_main, &MainWindow::helpRequested, this, &Frame::showHelp);
     connect(m_main, &MainWindow::exitRequested, this, &Frame::close);
     connect(m_main, &MainWindow::closed, this, &Frame::onMainWindowClosed);
+    connectServiceButton();
     m_main->load();
     QMdiSubWindow* sub = addWindow(m_main, fromTwips(500, 1000));
     m_mdi->setActiveSubWindow(sub);
@@ -166,6 +174,42 @@ void Frame::onMainWindowClosed()
     if (m_help)
         m_help->close();
     requestQuit(m_exitCode);
+}
+
+void Frame::connectServiceButton()
+{
+    connect(m_main, &MainWindow::serviceRequested, this, &Frame::showServiceWindow);
+    if (auto* button = m_main->findChild<QPushButton*>(QStringLiteral("B2")))
+        button->setEnabled(true);
+}
+
+void Frame::showServiceWindow()
+{
+    if (m_service) {
+        m_mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_service->parentWidget()));
+        return;
+    }
+    m_service = new service::ServiceWindow(*m_store, m_dialogs, m_options.today);
+    connect(m_service, &service::ServiceWindow::accountsChanged, this, &Frame::onServiceAccountsChanged);
+    connect(m_service, &service::ServiceWindow::moneyChanged, this, &Frame::onServiceMoneyChanged);
+    // A restore ends the program the way "Выход" does, so the user signs in again.
+    connect(m_service, &service::ServiceWindow::programEndRequested, this, &Frame::close);
+    m_service->load();
+    m_mdi->setActiveSubWindow(addWindow(m_service, fromTwips(300, 300)));
+}
+
+void Frame::onServiceAccountsChanged()
+{
+    if (m_main)
+        m_main->refreshListsAndBalances();
+}
+
+void Frame::onServiceMoneyChanged()
+{
+    if (!m_main)
+        return;
+    m_main->refreshMonthStatistics();
+    m_main->refreshListsAndBalances();
 }
 
 void Frame::showHelp()

@@ -16,6 +16,9 @@ class QMdiSubWindow;
 namespace store {
 class Store;
 }
+namespace service {
+class ServiceWindow;
+}
 
 namespace app {
 
@@ -52,6 +55,7 @@ public:
     SignInWindow* signInWindow() const;
     SplashWindow* splashWindow() const { return m_splash; }
     HelpWindow* helpWindow() const;
+    service::ServiceWindow* serviceWindow() const;
     QMdiArea* mdiArea() const { return m_mdi; }
     store::Store& store() { return *m_store; }
 
@@ -60,6 +64,8 @@ public:
 
 public slots:
     void showHelp();
+    // Form2, the service window; brought forward when it is already open.
+    void showServiceWindow();
 
 signals:
     void quitRequested(int exitCode);
@@ -71,6 +77,9 @@ private:
     QMdiSubWindow* addWindow(QWidget* window, QPoint position, Qt::WindowFlags flags = {});
     void showSignIn();
     void showMainWindow();
+    void connectServiceButton();
+    void onServiceMoneyChanged();
+    void onServiceAccountsChanged();
     void showSplash();
     void onSignInRequested(const QString& typed);
     void onSignInClosed();
@@ -87,6 +96,7 @@ private:
     QPointer<SignInWindow> m_signIn;
     QPointer<SplashWindow> m_splash;
     QPointer<HelpWindow> m_help;
+    QPointer<service::ServiceWindow> m_service;
     bool m_closing = false;
     bool m_quitting = false;
     int m_exitCode = 0;
