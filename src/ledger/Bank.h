@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Outcome.h"
+
+#include "store/Amount.h"
+#include "store/Store.h"
+
+#include <QDate>
+#include <QString>
+
+namespace ledger {
+
+enum class BankDirection
+{
+    Deposit,
+    Withdrawal,
+};
+
+// Money put into the bank or taken out of it.
+struct BankOperation
+{
+    QDate date;
+    store::Amount amount; // as typed; a negative amount turns the direction round
+    BankDirection direction = BankDirection::Withdrawal;
+    QString comment;
+};
+
+// Deposits and withdrawals: one Bank row with the signed amount rounded to
+// kopecks, and the stored balance moved by the typed amount and then rounded.
+// Both roundings go half up towards plus infinity, so a withdrawal of 12,345
+// is kept as −12,34 while the same deposit is kept as 12,35.
+class Bank
+{
+public:
+    explicit Bank(store::Store& store) : m_store(store) {}
+
+    Outcome record(const BankOperation& operation);
+
+private:
+    store::Store& m_store;
+};
+
+} // namespace ledger

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Outcome.h"
+
+#include "store/Amount.h"
+#include "store/Transaction.h"
+
+#include <QString>
+
+// Reads and writes of the money rows that several operations share; each runs
+// in the caller's transaction.
+namespace ledger::tables {
+
+// The household's whole money: Tech row OSTATOK, column F2 (0 without a row).
+store::Amount storedBalance(store::Transaction& tx);
+void writeStoredBalance(store::Transaction& tx, store::Amount balance);
+
+// A purse's money (0 when it has no Purse row) and the sum of all purses.
+store::Amount purseBalance(store::Transaction& tx, int code);
+store::Amount purseTotal(store::Transaction& tx);
+// A purse's row is replaced, not updated: delete, then insert, so a purse that
+// had no row gets one.
+void writePurseBalance(store::Transaction& tx, int code, store::Amount balance);
+
+// Texts of the catalogue and operation columns hold at most 255 characters; a
+// longer answer of an input box is cut there, as a field with that limit
+// would have stopped the typing. A character pair is never split.
+inline constexpr int kTextLength = 255;
+QString fitText(const QString& text);
+
+// Commits and tells how it went.
+Outcome finish(store::Transaction& tx);
+
+} // namespace ledger::tables

@@ -1,0 +1,50 @@
+#include "PurseCatalogue.h"
+
+#include "store/Transaction.h"
+
+namespace ledger {
+
+std::optional<PurseCard> PurseCatalogue::open(int code)
+{
+    store::Transaction tx(m_store);
+    PurseCard card;
+    const QString byCode = QStringLiteral("F0 = ?");
+    card.name = tx.lookupValue(QStringLiteral("Purse_Dict"), QStringLiteral("F1"), byCode, {code}).toString();
+    card.note = tx.lookupValue(QStringLiteral("Purse_Dict"), QStringLiteral("F3"), byCode, {code}).toString();
+    const store::Rows money = tx.query(QStringLiteral("SELECT F1 FROM Purse WHERE F0 = ?"), {code});
+    if (!money.empty())
+        card.balance = money.back().amount(0);
+    if (!tx.commit())
+        return std::nullopt;
+    return card;
+}
+
+bool PurseCatalogue::rename(int code, const QString& name, const QString& note)
+{
+    store::Transaction tx(m_store);
+    tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
+    tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1, F3) VALUES (?, ?, ?)"), {code, name, note});
+    return tx.commit().ok();
+}
+
+bool PurseCatalogue::remove(int code)
+{
+    store::Transaction tx(m_store);
+    tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
+    tx.execute(QStringLiteral("DELETE FROM Purse WHERE F0 = ?"), {code});
+    return tx.commit().ok();
+}
+
+std::optional<int> PurseCatalogue::create(const QString& name)
+{
+    store::Transaction tx(m_store);
+    const store::Rows rows = tx.query(QStringLiteral("SELECT MAX(F0) FROM Purse_Dict"));
+    const qlonglong code = (rows.empty() ? 0 : rows.front().integer(0)) + 1;
+    tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1) VALUES (?, ?)"), {code, name});
+    tx.execute(QStringLiteral("INSERT INTO Purse (F0, F1) VALUES (?, ?)"), {code, store::Amount()});
+    if (!tx.commit())
+        return std::nullopt;
+    return static_cast<int>(code);
+}
+
+} // namespace ledger

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "store/Amount.h"
+#include "store/Store.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace ledger {
+
+// A purse as the window opens it for editing.
+struct PurseCard
+{
+    QString name;
+    QString note;
+    // Nullopt when the purse has no Purse row.
+    std::optional<store::Amount> balance;
+};
+
+// The catalogue of purses (Purse_Dict) and their rows of money (Purse).
+// Codes are whole numbers; a new purse gets the largest code plus one, so
+// codes of deleted purses are never given again while a larger one exists.
+class PurseCatalogue
+{
+public:
+    explicit PurseCatalogue(store::Store& store) : m_store(store) {}
+
+    // Name, note and balance of purse `code`; empty texts for a purse that is
+    // not in the catalogue. Nullopt when the file could not be read.
+    std::optional<PurseCard> open(int code);
+    // Stores a new name and note under the same code, so expenses keep
+    // pointing at the purse. False when nothing was saved.
+    bool rename(int code, const QString& name, const QString& note);
+    // Removes the purse and its money row. Its expenses stay, and so does the
+    // stored balance: the purse's money counts as the bank's again.
+    bool remove(int code);
+    // A new purse holding 0; its code, or nullopt when nothing was saved.
+    std::optional<int> create(const QString& name);
+
+private:
+    store::Store& m_store;
+};
+
+} // namespace ledger

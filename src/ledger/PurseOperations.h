@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Outcome.h"
+
+#include "store/Amount.h"
+#include "store/Store.h"
+
+#include <functional>
+
+namespace ledger {
+
+enum class PurseDirection
+{
+    PutIn,
+    TakeOut,
+};
+
+// Money moved between the bank and a purse. Only the purse's row changes: the
+// stored balance is the whole money, bank and purses together, so the money
+// just changes sides between "В банке" and "В кошельках". A purse may go
+// below zero; a purse without a row counts as empty and gets one.
+class PurseOperations
+{
+public:
+    explicit PurseOperations(store::Store& store) : m_store(store) {}
+
+    // The purse's new balance is its balance in the file plus or minus the
+    // typed amount, rounded to kopecks. `beforeSave` runs once the new row is
+    // in place and before the file is written: the window confirms there, so
+    // the confirmation comes before the new balance reaches the file.
+    Outcome move(int purseCode, store::Amount amount, PurseDirection direction,
+                 const std::function<void()>& beforeSave = {});
+
+private:
+    store::Store& m_store;
+};
+
+} // namespace ledger
