@@ -1,16 +1,32 @@
 #include "MainWindow.h"
 
 #include "ledger/Balances.h"
+#include "ledger/LedgerTables.h"
+#include "ledger/LedgerTexts.h"
 #include "ledger/MonthStatistics.h"
 #include "store/Dates.h"
+#include "store/TextPiece.h"
+#include "ui/Dialogs.h"
+#include "ui/UiTexts.h"
 #include "ui_MainWindow.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 
 namespace app {
 
-MainWindow::MainWindow(store::Store& store, ledger::Clock today, QWidget* parent)
-    : QWidget(parent), m_ui(std::make_unique<Ui::MainWindow>()), m_store(store), m_today(std::move(today))
+namespace {
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+} // namespace
+
+MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::MainWindow>()), m_store(store), m_dialogs(dialogs),
+      m_today(std::move(today)), m_bank(store), m_expenses(store), m_purseOperations(store), m_purses(store)
 {
     m_ui->setupUi(this);
     m_ui->R1->setFocus();
@@ -18,9 +34,30 @@ MainWindow::MainWindow(store::Store& store, ledger::Clock today, QWidget* parent
     connect(m_ui->B2, &QPushButton::clicked, this, &MainWindow::serviceRequested);
     connect(m_ui->B4, &QPushButton::clicked, this, &MainWindow::helpRequested);
     connect(m_ui->B7, &QPushButton::clicked, this, &MainWindow::exitRequested);
+    connectOperations();
 }
 
 MainWindow::~MainWindow() = default;
+
+void MainWindow::connectOperations()
+{
+    connect(m_ui->Command1, &QPushButton::clicked, this, &MainWindow::onBankOperation);
+    connect(m_ui->Command2, &QPushButton::clicked, this, &MainWindow::onPurseOperation);
+    connect(m_ui->B3, &QPushButton::clicked, this, &MainWindow::onExpense);
+    connect(m_ui->VC1, &QPushButton::clicked, this, &MainWindow::onOpenPurse);
+    connect(m_ui->VC2, &QPushButton::clicked, this, &MainWindow::onSavePurse);
+    connect(m_ui->VC3, &QPushButton::clicked, this, &MainWindow::onDeletePurse);
+    connect(m_ui->VC4, &QPushButton::clicked, this, &MainWindow::onNewPurse);
+    // Enter in a field confirms its frame's operation, as a default button would.
+    const std::pair<QLineEdit*, QPushButton*> confirms[] = {
+        {m_ui->T9, m_ui->Command1}, {m_ui->T14, m_ui->Command2}, {m_ui->R1, m_ui->B3},  {m_ui->R3, m_ui->B3},
+        {m_ui->R4, m_ui->B3},       {m_ui->T1, m_ui->VC2},       {m_ui->T3, m_ui->VC2},
+    };
+    for (const auto& [field, button] : confirms)
+        connect(field, &QLineEdit::returnPressed, button, &QPushButton::click);
+    for (QLineEdit* field : {m_ui->T9, m_ui->T14, m_ui->R1, m_ui->T12})
+        field->installEventFilter(this);
+}
 
 void MainWindow::load()
 {
@@ -57,12 +94,196 @@ void MainWindow::refreshMonthStatistics()
     m_ui->S4->setText(statistics->previous.expenses.toDisplayString());
 }
 
+void MainWindow::onBankOperation()
+{
+    const QString typed = m_ui->T9->text();
+    const auto amount = store::Amount::parse(typed);
+    if (!amount) {
+        m_dialogs.error(text(ledger::texts::mustBeNumber));
+        return finishBankOperation();
+    }
+    const auto date = store::parseDate(m_ui->T12->text());
+    if (!date) {
+        m_dialogs.error(text(ledger::texts::mustBeValidDate));
+        return finishBankOperation();
+    }
+    // Cancel gives an empty comment; the operation goes on.
+    const QString comment =
+        m_dialogs.askText(text(ledger::texts::commentPrompt) + typed, text(ledger::texts::commentTitle))
+            .value_or(QString());
+    // Anything but "Положить" chosen is a withdrawal.
+    const bool deposit = m_ui->O1->isChecked();
+    const ledger::Outcome outcome = m_bank.record(
+        {*date, *amount, deposit ? ledger::BankDirection::Deposit : ledger::BankDirection::Withdrawal,
+         ledger::tables::fitText(comment)});
+    if (outcome == ledger::Outcome::Done)
+        m_dialogs.information(
+            text(ledger::texts::bankDoneTitle),
+            text(ledger::texts::amountPrefix) + typed +
+                text(deposit ? ledger::texts::depositedSuffix : ledger::texts::withdrawnSuffix));
+    reportOutOfRange(outcome);
+    finishBankOperation();
+}
+
+void MainWindow::finishBankOperation()
+{
+    refreshListsAndBalances();
+    refreshMonthStatistics();
+    m_ui->Combo1->setEnabled(true);
+    m_ui->T9->clear();
+}
+
+void MainWindow::onPurseOperation()
+{
+    const std::optional<int> purse = openPurseCode();
+    if (!purse)
+        return m_dialogs.error(text(ledger::texts::openPurseFirst));
+    const QString typed = m_ui->T14->text();
+    const auto amount = store::Amount::parse(typed);
+    if (!amount)
+        return m_dialogs.error(text(ledger::texts::mustBeNumber));
+    // Anything but "Положить" chosen takes money out.
+    const bool putIn = m_ui->O3->isChecked();
+    const auto confirm = [&] {
+        m_dialogs.information(
+            text(ui::texts::informationTitle),
+            text(ledger::texts::amountPrefix) + typed +
+                text(putIn ? ledger::texts::putInPurseSuffix : ledger::texts::takenFromPurseSuffix));
+    };
+    const ledger::Outcome outcome = m_purseOperations.move(
+        *purse, *amount, putIn ? ledger::PurseDirection::PutIn : ledger::PurseDirection::TakeOut, confirm);
+    reportOutOfRange(outcome);
+    if (outcome == ledger::Outcome::Done)
+        refreshListsAndBalances();
+}
+
+void MainWindow::onExpense()
+{
+    const QString typed = m_ui->R1->text();
+    const auto amount = store::Amount::parse(typed);
+    const std::optional<int> account = chosenCode(m_ui->R2);
+    const std::optional<int> purse = openPurseCode();
+    if (!purse || !account || !amount)
+        return m_dialogs.error(text(ledger::texts::expenseFieldsMissing));
+    const auto date = store::parseDate(m_ui->T12->text());
+    if (!date)
+        return m_dialogs.error(text(ledger::texts::mustBeValidDate));
+    const QString name = m_ui->R3->text();
+    const ledger::BookedExpense booked =
+        m_expenses.book({*date, *account, *amount, name, m_ui->R4->text(), *purse});
+    reportOutOfRange(booked.outcome);
+    if (booked.outcome != ledger::Outcome::Done)
+        return;
+    showMoneyInPurses(booked.purseBalance, booked.purseTotal);
+    const QString lineBreak = text(ledger::texts::lineBreak);
+    m_dialogs.information(text(ui::texts::informationTitle),
+                          text(ledger::texts::expenseAmountLine) + typed + lineBreak +
+                              text(ledger::texts::expenseNameLine) + name + lineBreak +
+                              text(ledger::texts::expenseDoneLine));
+    // The account, the date and the open purse stay for the next expense.
+    m_ui->R1->clear();
+    m_ui->R3->clear();
+    m_ui->R4->clear();
+    refreshMonthStatistics();
+}
+
+void MainWindow::onOpenPurse()
+{
+    const std::optional<int> purse = chosenCode(m_ui->Combo1);
+    if (!purse)
+        return m_dialogs.error(text(ledger::texts::choosePurseToEdit));
+    const std::optional<ledger::PurseCard> card = m_purses.open(*purse);
+    if (!card)
+        return;
+    m_ui->T1->setText(card->name);
+    m_ui->T3->setText(card->note);
+    // A purse without a row of money leaves the state field as it is.
+    if (card->balance)
+        m_ui->T4->setText(card->balance->toDisplayString());
+    // The choice cannot change while the purse is open.
+    m_ui->Combo1->setEnabled(false);
+}
+
+void MainWindow::onSavePurse()
+{
+    const std::optional<int> purse = chosenCode(m_ui->Combo1);
+    if (m_ui->T1->text().isEmpty() || !purse)
+        m_dialogs.error(text(ledger::texts::purseCodeNeeded));
+    else if (m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text()))
+        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::changesSaved));
+    refreshListsAndBalances();
+}
+
+void MainWindow::onDeletePurse()
+{
+    const std::optional<int> purse = chosenCode(m_ui->Combo1);
+    if (m_ui->T1->text().isEmpty() || !purse)
+        m_dialogs.error(text(ledger::texts::choosePurseToDelete));
+    else if (m_dialogs.confirm(text(ledger::texts::deletePurseTitle),
+                               text(ledger::texts::confirmPurseDeletion)) &&
+             m_purses.remove(*purse))
+        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseDeleted));
+    refreshListsAndBalances();
+}
+
+void MainWindow::onNewPurse()
+{
+    // An empty name, or Cancel, adds nothing and says nothing.
+    const QString name = ledger::tables::fitText(
+        m_dialogs.askText(text(ledger::texts::newPursePrompt), text(ledger::texts::newPurseTitle))
+            .value_or(QString()));
+    if (!name.isEmpty() && m_purses.create(name))
+        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseAdded));
+    refreshListsAndBalances();
+}
+
+void MainWindow::showMoneyInPurses(store::Amount purseBalance, store::Amount purseTotal)
+{
+    m_ui->T4->setText(purseBalance.toDisplayString());
+    m_ui->T10->setText(purseTotal.toBalanceString());
+}
+
+void MainWindow::reportOutOfRange(ledger::Outcome outcome)
+{
+    if (outcome == ledger::Outcome::OutOfRange)
+        m_dialogs.error(text(ledger::texts::amountOutOfRange));
+}
+
+std::optional<int> MainWindow::chosenCode(const QComboBox* list)
+{
+    bool ok = false;
+    const int code = store::textPiece(list->currentText(), QStringLiteral(" -"), 1).toInt(&ok);
+    return ok ? std::optional(code) : std::nullopt;
+}
+
+std::optional<int> MainWindow::openPurseCode() const
+{
+    if (m_ui->T1->text().isEmpty())
+        return std::nullopt;
+    return chosenCode(m_ui->Combo1);
+}
+
 void MainWindow::clearPurseFields()
 {
     m_ui->T1->clear();
     m_ui->T3->clear();
     m_ui->T4->clear();
     m_ui->T14->clear();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const bool keypadSeparator = (key->modifiers() & Qt::KeypadModifier) &&
+                                 (key->key() == Qt::Key_Period || key->key() == Qt::Key_Comma);
+    auto* field = qobject_cast<QLineEdit*>(watched);
+    if (!keypadSeparator || !field)
+        return QWidget::eventFilter(watched, event);
+    // Amounts take the Russian decimal comma, the date field its dots.
+    field->insert(field == m_ui->T12 ? QStringLiteral(".") : QStringLiteral(","));
+    return true;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -1,10 +1,18 @@
 #pragma once
 
+#include "ledger/Bank.h"
 #include "ledger/Clock.h"
+#include "ledger/Expenses.h"
+#include "ledger/PurseCatalogue.h"
+#include "ledger/PurseOperations.h"
 
 #include <QWidget>
 
 #include <memory>
+#include <optional>
+
+class QComboBox;
+class QLineEdit;
 
 namespace Ui {
 class MainWindow;
@@ -12,16 +20,20 @@ class MainWindow;
 namespace store {
 class Store;
 }
+namespace ui {
+class Dialogs;
+}
 
 namespace app {
 
-// Form1 "Velmora": the household's figures and everyday operations.
+// Form1 "Velmora": the household's figures and everyday operations: the
+// bank, expenses, and the purses with their catalogue.
 class MainWindow : public QWidget
 {
     Q_OBJECT
 
 public:
-    MainWindow(store::Store& store, ledger::Clock today, QWidget* parent = nullptr);
+    MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent = nullptr);
     ~MainWindow() override;
 
     // The load step: lists, balances, month statistics and today's date.
@@ -42,13 +54,36 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    // The keypad's decimal key types the separator the field needs,
+    // whatever the keyboard layout makes of it.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void connectOperations();
+    void onBankOperation(); // Command1 "Операция"
+    void finishBankOperation();
+    void onPurseOperation(); // Command2 "Операция"
+    void onExpense();        // B3 "Ввод"
+    void onOpenPurse();      // VC1 "На редакцию"
+    void onSavePurse();      // VC2 "Сохранить"
+    void onDeletePurse();    // VC3 "Удалить"
+    void onNewPurse();       // VC4 "Новый"
+    void showMoneyInPurses(store::Amount purseBalance, store::Amount purseTotal);
+    void reportOutOfRange(ledger::Outcome outcome);
+    // The code of the entry a list shows ("3 - Питание" gives 3).
+    static std::optional<int> chosenCode(const QComboBox* list);
+    // The purse opened with "На редакцию": a name in T1 and a purse in Combo1.
+    std::optional<int> openPurseCode() const;
     void clearPurseFields();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     store::Store& m_store;
+    ui::Dialogs& m_dialogs;
     ledger::Clock m_today;
+    ledger::Bank m_bank;
+    ledger::Expenses m_expenses;
+    ledger::PurseOperations m_purseOperations;
+    ledger::PurseCatalogue m_purses;
 };
 
 } // namespace app
