@@ -1,0 +1,112 @@
+#include "LedgerFile.h"
+
+#include "ledger/Bank.h"
+#include "ledger/LedgerTables.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmora::test;
+using ledger::BankDirection;
+using ledger::Outcome;
+
+namespace {
+
+store::Amount typed(const char* text)
+{
+    return *store::Amount::parse(QString::fromUtf8(text));
+}
+
+} // namespace
+
+TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByTheTypedOne)
+{
+    struct Case
+    {
+        const char* start;
+        const char* amount;
+        BankDirection direction;
+        const char* row;
+        const char* balance;
+    };
+    const Case cases[] = {
+        {"100", "12,345", BankDirection::Deposit, "12.35", "112.35"},
+        // Half a kopeck goes towards plus infinity, so the withdrawal is a kopeck smaller.
+        {"100", "12,345", BankDirection::Withdrawal, "-12.34", "87.66"},
+        {"0", "12.345", BankDirection::Withdrawal, "-12.34", "-12.34"},
+        {"100", "-50", BankDirection::Deposit, "-50", "50"},
+        {"100", "-50", BankDirection::Withdrawal, "50", "150"},
+        {"100", "0,004", BankDirection::Deposit, "0", "100"},
+        // A stored balance with more than kopecks is rounded with the typed amount.
+        {"100,0049", "1", BankDirection::Deposit, "1", "101"},
+        {"5", "0,005", BankDirection::Withdrawal, "0", "5"},
+    };
+    for (const Case& c : cases) {
+        DataBuilder data;
+        data.balance(c.start);
+        LedgerFile file(data);
+        ledger::Bank bank(file.store());
+        const QDate day(2026, 3, 14);
+        ASSERT_EQ(bank.record({day, typed(c.amount), c.direction, "Зарплата"}), Outcome::Done) << c.amount;
+        const store::Rows rows = store::Store(file.folder().path()).rows("Bank");
+        ASSERT_EQ(rows.size(), 1u) << c.amount;
+        EXPECT_EQ(rows[0].integer(0), 1);
+        EXPECT_EQ(rows[0].date(1), day);
+        EXPECT_EQ(rows[0].amount(2).toPlainString().toStdString(), c.row) << c.start << " " << c.amount;
+        EXPECT_EQ(rows[0].text(3), QString("Зарплата"));
+        EXPECT_EQ(file.balance(), c.balance) << c.start << " " << c.amount;
+        EXPECT_TRUE(file.sink.messages.isEmpty());
+    }
+}
+
+TEST(Bank, CommentsAreStoredAsTypedUpToTheColumnSize)
+{
+    const QString longest = QString(254, QChar(u'ж')) + "'";
+    for (const QString& comment : {QString("Мамин долг 'за июнь'"), QString("\"кавычки\"\tи табуляция"),
+                                   QString(), longest, ledger::tables::fitText(longest + "лишнее")}) {
+        DataBuilder data;
+        LedgerFile file(data);
+        ASSERT_EQ(ledger::Bank(file.store())
+                      .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment}),
+                  Outcome::Done);
+        EXPECT_EQ(store::Store(file.folder().path()).rows("Bank").at(0).text(3), comment);
+    }
+}
+
+TEST(Bank, NothingIsWrittenWhenAStatementOrTheSumFails)
+{
+    DataBuilder data;
+    data.balance("900000000000000").bank(QDate(2026, 1, 1), "900000000000000");
+    LedgerFile file(data);
+    const QByteArray before = file.folder().bytes();
+    ledger::Bank bank(file.store());
+
+    // A comment longer than its column: the insert fails, the balance stays.
+    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, 'x')}),
+              Outcome::NotSaved);
+    ASSERT_EQ(file.sink.messages.size(), 1);
+    EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"))
+        << file.sink.messages[0].toStdString();
+
+    // A balance beyond the money columns' range is refused before any statement.
+    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}}),
+              Outcome::OutOfRange);
+    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}}),
+              Outcome::OutOfRange);
+    EXPECT_EQ(file.sink.messages.size(), 1);
+    EXPECT_EQ(file.folder().bytes(), before);
+
+    // The store goes on working after the failures.
+    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}}), Outcome::Done);
+    EXPECT_EQ(file.balance(), "899999999999999");
+}
+
+TEST(Bank, WithoutABalanceRowOnlyTheOperationIsKept)
+{
+    DataBuilder data;
+    data.withoutBalanceRow();
+    LedgerFile file(data);
+    EXPECT_EQ(ledger::Bank(file.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}}),
+              Outcome::Done);
+    EXPECT_EQ(file.count("Bank"), 1);
+    EXPECT_EQ(file.balance(), "null");
+}

@@ -1,0 +1,90 @@
+#include "LedgerFile.h"
+
+#include "ledger/Balances.h"
+#include "ledger/Expenses.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmora::test;
+using ledger::Outcome;
+
+namespace {
+
+store::Amount typed(const char* text)
+{
+    return *store::Amount::parse(QString::fromUtf8(text));
+}
+
+ledger::Expense expense(const char* amount, int purse = 2)
+{
+    return {QDate(2026, 3, 14), 3, typed(amount), "Хлеб 'Бородинский'", "к \"обеду\"\tи ужину", purse};
+}
+
+} // namespace
+
+TEST(Expenses, BalanceAndPurseFallByTheRoundedAmount)
+{
+    struct Case
+    {
+        const char* amount;
+        const char* billed;
+        const char* balance; // starts at 100
+        const char* purse;   // starts at 40
+    };
+    for (const Case& c : {Case{"10,125", "10.13", "89.87", "29.87"}, Case{"-50", "-50", "150", "90"},
+                          Case{"250", "250", "-150", "-210"}, Case{"0,001", "0", "100", "40"}}) {
+        DataBuilder data;
+        data.balance("100").account(3, "Питание").purse(2, "Наличные", "40").purse(5, "Карта", "7");
+        LedgerFile file(data);
+        const ledger::BookedExpense booked = ledger::Expenses(file.store()).book(expense(c.amount));
+        ASSERT_EQ(booked.outcome, Outcome::Done) << c.amount;
+        EXPECT_EQ(booked.purseBalance.toPlainString().toStdString(), c.purse) << c.amount;
+        EXPECT_EQ(booked.purseTotal, booked.purseBalance + typed("7")) << c.amount;
+        const store::Rows bills = store::Store(file.folder().path()).rows("Bills");
+        ASSERT_EQ(bills.size(), 1u);
+        EXPECT_EQ(bills[0].date(1), QDate(2026, 3, 14));
+        EXPECT_EQ(bills[0].integer(2), 3);
+        EXPECT_EQ(bills[0].amount(3).toPlainString().toStdString(), c.billed) << c.amount;
+        EXPECT_EQ(bills[0].text(4), QString("Хлеб 'Бородинский'"));
+        EXPECT_EQ(bills[0].text(5), QString("к \"обеду\"\tи ужину"));
+        EXPECT_EQ(bills[0].integer(6), 2);
+        EXPECT_EQ(file.balance(), c.balance) << c.amount;
+        EXPECT_EQ(file.purse(2), c.purse) << c.amount;
+        EXPECT_EQ(file.purse(5), "7");
+        // "В банке" does not move: whole money and purses fall together.
+        EXPECT_EQ(ledger::Balances::read(file.store())->bankAmount.toPlainString().toStdString(), "53");
+    }
+}
+
+TEST(Expenses, APurseWithoutARowStartsFromZero)
+{
+    DataBuilder data;
+    data.balance("100").purseWithoutMoney(2, "Новый");
+    LedgerFile file(data);
+    const ledger::BookedExpense booked = ledger::Expenses(file.store()).book(expense("15"));
+    ASSERT_EQ(booked.outcome, Outcome::Done);
+    EXPECT_EQ(file.purse(2), "-15");
+    EXPECT_EQ(booked.purseTotal.toPlainString().toStdString(), "-15");
+    EXPECT_EQ(file.balance(), "85");
+}
+
+TEST(Expenses, AFailureWritesNothingAtAll)
+{
+    DataBuilder data;
+    data.balance("100").purse(2, "Наличные", "40");
+    LedgerFile file(data);
+    const QByteArray before = file.folder().bytes();
+    ledger::Expenses expenses(file.store());
+
+    ledger::Expense tooLong = expense("10");
+    tooLong.note = QString(256, u'я');
+    EXPECT_EQ(expenses.book(tooLong).outcome, Outcome::NotSaved);
+    EXPECT_EQ(file.sink.messages.size(), 1);
+    EXPECT_EQ(expenses.book(expense("-922337203685477")).outcome, Outcome::OutOfRange);
+    EXPECT_EQ(file.folder().bytes(), before);
+
+    EXPECT_EQ(expenses.book(expense("10")).outcome, Outcome::Done);
+    EXPECT_EQ(file.count("Bills"), 1);
+    EXPECT_EQ(file.balance(), "90");
+    EXPECT_EQ(file.purse(2), "30");
+}
