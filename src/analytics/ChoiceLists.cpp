@@ -1,0 +1,45 @@
+#include "ChoiceLists.h"
+
+#include "AnalyticsTexts.h"
+#include "ledger/Balances.h"
+#include "store/Transaction.h"
+
+namespace analytics {
+
+namespace {
+
+QStringList catalogueEntries(store::Transaction& tx, const QString& table)
+{
+    QStringList entries;
+    for (const store::Row& row : tx.query(QStringLiteral("SELECT F0, F1 FROM %1 ORDER BY F0").arg(table)))
+        entries.append(ledger::listEntry(row.value(0), row.value(1)));
+    return entries;
+}
+
+// Null sorts first, so the undated operations' year leads the list.
+QStringList bankYears(store::Transaction& tx)
+{
+    QStringList years;
+    const store::Rows rows = tx.query(
+        QStringLiteral("SELECT DISTINCT CAST(substr(F1, 1, 4) AS INTEGER) AS Yer FROM Bank ORDER BY Yer"));
+    for (const store::Row& row : rows)
+        years.append(row.value(0).isValid() ? QString::number(row.integer(0))
+                                            : QString::fromUtf8(texts::undatedYear));
+    return years;
+}
+
+} // namespace
+
+std::optional<ChoiceLists> ChoiceLists::read(store::Store& store)
+{
+    store::Transaction tx(store);
+    ChoiceLists lists;
+    lists.accounts = catalogueEntries(tx, QStringLiteral("Bills_Dict"));
+    lists.months = catalogueEntries(tx, QStringLiteral("Mon"));
+    lists.years = bankYears(tx);
+    if (!tx.commit())
+        return std::nullopt;
+    return lists;
+}
+
+} // namespace analytics

@@ -1,0 +1,41 @@
+#include "MonthTotals.h"
+
+#include "store/Transaction.h"
+
+namespace analytics {
+
+namespace {
+
+struct Sums
+{
+    store::Amount month;
+    store::Amount year;
+};
+
+// The month's and the year's sum of one money column in one pass over the table.
+Sums sumsOf(store::Transaction& tx, const QString& table, const QString& column, const Period& period)
+{
+    const QString sql = QStringLiteral("SELECT SUM(CASE WHEN substr(F1, 1, 7) = ? THEN %1 END), SUM(%1) "
+                                       "FROM %2 WHERE substr(F1, 1, 4) = ?")
+                            .arg(column, table);
+    const store::Rows rows = tx.query(sql, {period.monthPrefix(), period.yearPrefix()});
+    if (rows.empty())
+        return {};
+    return {rows.front().amount(0), rows.front().amount(1)};
+}
+
+} // namespace
+
+MonthTotals MonthTotals::read(store::Transaction& tx, const Period& period)
+{
+    const Sums expenses = sumsOf(tx, QStringLiteral("Bills"), QStringLiteral("F3"), period);
+    const Sums income = sumsOf(tx, QStringLiteral("Bank"), QStringLiteral("F2"), period);
+    MonthTotals totals;
+    totals.monthExpenses = expenses.month;
+    totals.yearExpenses = expenses.year;
+    totals.monthIncome = income.month;
+    totals.yearIncome = income.year;
+    return totals;
+}
+
+} // namespace analytics

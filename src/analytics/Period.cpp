@@ -1,0 +1,65 @@
+#include "Period.h"
+
+#include "store/TextPiece.h"
+
+#include <stdexcept>
+
+namespace analytics {
+
+namespace {
+
+std::optional<int> wholeNumber(const QString& text, int lowest, int highest)
+{
+    bool ok = false;
+    const int value = text.trimmed().toInt(&ok);
+    if (!ok || value < lowest || value > highest)
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+Period Period::choose(const QString& monthEntry, const QString& yearText, QDate today)
+{
+    Period period;
+    try {
+        period.m_month = store::textPiece(monthEntry, QStringLiteral(" -"), 1);
+    } catch (const std::out_of_range&) {
+        period.m_month = monthEntry; // too many pieces to be a month entry: no month at all
+    }
+    if (period.m_month.isEmpty())
+        period.m_month = QString::number(today.month());
+    period.m_year = yearText.isEmpty() ? QString::number(today.year()) : yearText;
+    return period;
+}
+
+std::optional<int> Period::month() const
+{
+    return wholeNumber(m_month, 1, 12);
+}
+
+std::optional<int> Period::year() const
+{
+    return wholeNumber(m_year, 100, 9999);
+}
+
+QString Period::yearPrefix() const
+{
+    const auto y = year();
+    return y ? QStringLiteral("%1").arg(*y, 4, 10, QLatin1Char('0')) : QString();
+}
+
+QString Period::monthPrefix() const
+{
+    const auto m = month();
+    const QString y = yearPrefix();
+    return m && !y.isEmpty() ? QStringLiteral("%1-%2").arg(y).arg(*m, 2, 10, QLatin1Char('0')) : QString();
+}
+
+QString Period::label() const
+{
+    const QString month = m_month.size() == 1 ? QStringLiteral("0") + m_month : m_month;
+    return month + QLatin1Char('.') + m_year;
+}
+
+} // namespace analytics

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "DataBuilder.h"
+
+#include "analytics/DetailTable.h"
+
+namespace velmora::test {
+
+// A household's year 2005, with the awkward cases the analytics must get
+// right: account code 0 and codes above 1000, a label longer than 20
+// characters, an account with expenses in March and May only, a March with
+// more withdrawn than deposited, an expense paid from a purse that has since
+// been deleted, an expense on a code missing from the catalogue, a bank row
+// without a date, and rows of 2004 that must stay out.
+DataBuilder household2005();
+
+// A month of `count` expenses of one account with long names, purses and
+// notes (each note one word of 100 letters), made without a data file.
+analytics::DetailTable longExpenseList(int count);
+
+// Gives the last expense row its name and note.
+void nameLastBill(DataBuilder& data, const QString& name, const QString& note = {});
+
+} // namespace velmora::test
