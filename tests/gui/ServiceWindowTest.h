@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QObject>
+
+// The service window: opening, its controls, the expense accounts, the
+// password and the currency rates.
+class ServiceWindowTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void opensFromTheMainWindowWithEveryControl();
+    void lastBackupDateIsShownOnlyWhenThereIsOne();
+    void addingAccountsTakesTheNextCodeEverywhere();
+    void renamingAndDeletingKeepTheExpenses();
+    void accountButtonsWithNothingChosen();
+    void accountNamesAsTyped();
+    void passwordIsSetKeptOrRemovedAndHonouredAtTheNextSignIn();
+    void ratesAreCheckedRoundedAndShownBack_data();
+    void ratesAreCheckedRoundedAndShownBack();
+};
