@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <functional>
+#include <optional>
 
 using namespace velmora::test;
 
@@ -38,13 +39,14 @@ void MainWindowTest::everyControlIsInPlace()
     writeData(folder, [](DataBuilder&) {});
     GuiHarness h(folder);
     QVERIFY(h.start());
-    // Captions of the frames, labels and buttons; buttons whose operations
-    // are not part of this window yet stay disabled.
+    // Captions of the frames, labels and buttons, and which are enabled.
+    // Аналитика and Сервис are enabled by the frame once it can open their
+    // windows; the tests of those windows check them.
     struct Control
     {
         const char* name;
         const char* caption;
-        bool enabled;
+        std::optional<bool> enabled = true;
     };
     const Control controls[] = {
         {"Frame1", "Кошельки", true},
@@ -75,21 +77,21 @@ void MainWindowTest::everyControlIsInPlace()
         {"O2", "Снять", true},
         {"O3", "Положить", true},
         {"O4", "Забрать", true},
-        {"B1", "Аналитика", false},
-        {"B2", "Сервис", false},
-        {"B3", "Ввод", false},
+        {"B1", "Аналитика", std::nullopt},
+        {"B2", "Сервис", std::nullopt},
+        {"B3", "Ввод", true},
         {"B4", "Помощь", true},
         {"B7", "Выход", true},
-        {"Command1", "Операция", false},
-        {"Command2", "Операция", false},
-        {"VC1", "На редакцию", false},
-        {"VC2", "Сохранить", false},
-        {"VC3", "Удалить", false},
-        {"VC4", "Новый", false},
+        {"Command1", "Операция", true},
+        {"Command2", "Операция", true},
+        {"VC1", "На редакцию", true},
+        {"VC2", "Сохранить", true},
+        {"VC3", "Удалить", true},
+        {"VC4", "Новый", true},
     };
     for (const Control& c : controls) {
         QCOMPARE(h.text(c.name), QString::fromUtf8(c.caption));
-        QVERIFY2(h.mainControl(c.name)->isEnabled() == c.enabled, c.name);
+        QVERIFY2(!c.enabled || h.mainControl(c.name)->isEnabled() == *c.enabled, c.name);
     }
     for (const char* field :
          {"S1", "S2", "S3", "S4", "T1", "T3", "T4", "T9", "T10", "T11", "T12", "T14", "R1", "R3", "R4"})

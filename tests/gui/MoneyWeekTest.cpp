@@ -1,0 +1,249 @@
+// A household's week in the main window: every step through the real
+// buttons, with the boxes answered by script, and after each step the
+// window's fields and the data file's rows compared with what they must be.
+// With VELMORA_SCREENSHOT_DIR set, it also saves the pictures of the window
+// with a purse open and after an expense.
+#include "DataBuilder.h"
+#include "FileRows.h"
+#include "GuiHarness.h"
+#include "MainWindow.h"
+#include "ledger/LedgerTexts.h"
+#include "ui/UiTexts.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QTest>
+
+using namespace velmora::test;
+
+namespace {
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+// The week's steps on one program folder, with the checks each step needs.
+class Week
+{
+public:
+    Week() : m_h(writeStart(m_folder), QDate(2026, 3, 15)) {}
+
+    bool start() { return m_h.start(); }
+    GuiHarness& harness() { return m_h; }
+
+    void enter(const char* field, const QString& typed)
+    {
+        auto* edit = qobject_cast<QLineEdit*>(m_h.mainControl(field));
+        edit->clear();
+        GuiHarness::type(edit, typed);
+    }
+    void choose(const char* list, const QString& entry)
+    {
+        auto* combo = qobject_cast<QComboBox*>(m_h.mainControl(list));
+        combo->setCurrentIndex(combo->findText(entry));
+    }
+    void click(const char* button) { m_h.click(m_h.frame().mainWindow(), button); }
+
+    // "" when every named field shows its text, else what differs.
+    QString fieldsDiffer(const QList<std::pair<const char*, QString>>& expected) const
+    {
+        QStringList differences;
+        for (const auto& [name, shown] : expected)
+            if (m_h.text(name) != shown)
+                differences.append(QString("%1 shows \"%2\", not \"%3\"").arg(name, m_h.text(name), shown));
+        return differences.join("; ");
+    }
+    // The boxes shown since the last call, as "title: text".
+    QStringList newBoxes()
+    {
+        QStringList boxes = m_h.dialogs.shownTexts().mid(m_seen);
+        m_seen = m_h.dialogs.shownTexts().size();
+        return boxes;
+    }
+    QStringList rows(const char* table) const { return fileRows(m_folder.path(), table); }
+    QString balance() const { return rows("Tech").filter("OSTATOK").value(0); }
+    QByteArray bytes() const { return m_folder.bytes(); }
+
+private:
+    static const ProgramFolder& writeStart(const ProgramFolder& folder)
+    {
+        DataBuilder data;
+        data.account(1, "Питание").account(2, "Транспорт").account(3, "Связь");
+        folder.write(data.database());
+        return folder;
+    }
+
+    ProgramFolder m_folder;
+    GuiHarness m_h;
+    int m_seen = 0;
+};
+
+QString info(const QString& message)
+{
+    return text(ui::texts::informationTitle) + ": " + message;
+}
+
+void screenshot(GuiHarness& h, const char* name)
+{
+    const QString folder = qEnvironmentVariable("VELMORA_SCREENSHOT_DIR");
+    if (folder.isEmpty())
+        return;
+    QTRY_VERIFY(!h.frame().splashWindow());
+    QVERIFY(h.frame().grab().save(QDir(folder).filePath(name)));
+}
+
+} // namespace
+
+// Fails the test with the differences when a field shows something else.
+#define CHECK_FIELDS(week, ...)                                                                              \
+    do {                                                                                                     \
+        const QString differences = (week).fieldsDiffer(__VA_ARGS__);                                        \
+        QVERIFY2(differences.isEmpty(), qPrintable(differences));                                            \
+    } while (false)
+
+class MoneyWeekTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void householdWeek();
+};
+
+void MoneyWeekTest::householdWeek()
+{
+    Week w;
+    QVERIFY(w.start());
+    const QString purse = "1 - Наличные";
+
+    // Monday: the salary goes into the bank.
+    w.enter("T9", "45000");
+    w.click("O1");
+    w.harness().dialogs.answerText("Зарплата за март");
+    w.click("Command1");
+    QCOMPARE(w.harness().dialogs.asked().last().prompt, QString("Введите комментарий для суммы 45000"));
+    QCOMPARE(w.harness().dialogs.asked().last().title, QString("Комментарий"));
+    QCOMPARE(w.newBoxes(), QStringList{"Ошибка: Сумма в размере 45000 добавлена"});
+    CHECK_FIELDS(w, {{"T9", ""}, {"T11", "45 000,00 р."}, {"T10", "0,00 р."}, {"S1", "45000"}});
+    QCOMPARE(w.rows("Bank"), QStringList{"1 | 2026-03-15 | 45000 | Зарплата за март"});
+    QCOMPARE(w.balance(), QString("OSTATOK | NULL | 45000 | NULL"));
+
+    // A purse for the cash.
+    w.harness().dialogs.answerText("Наличные");
+    w.click("VC4");
+    QCOMPARE(w.harness().dialogs.asked().last().title, text(ledger::texts::newPurseTitle));
+    QCOMPARE(w.newBoxes(), QStringList{info("Кошелек успешно добавлен")});
+    QCOMPARE(w.harness().items("Combo1"), QStringList{purse});
+    CHECK_FIELDS(w, {{"Combo1", ""}, {"T1", ""}, {"T4", ""}});
+    QCOMPARE(w.rows("Purse_Dict"), QStringList{"1 | Наличные | NULL | NULL"});
+    QCOMPARE(w.rows("Purse"), QStringList{"1 | 0"});
+
+    // Opening it writes nothing.
+    const QByteArray beforeOpen = w.bytes();
+    w.choose("Combo1", purse);
+    w.click("VC1");
+    CHECK_FIELDS(w, {{"T1", "Наличные"}, {"T3", ""}, {"T4", "0"}});
+    QVERIFY(!w.harness().mainControl("Combo1")->isEnabled());
+    QVERIFY(w.newBoxes().isEmpty());
+    QCOMPARE(w.bytes(), beforeOpen);
+
+    // Cash for the week: money moves from the bank to the purse, and the purse closes.
+    w.click("O3");
+    w.enter("T14", "5000");
+    w.click("Command2");
+    QCOMPARE(w.newBoxes(), QStringList{info("Сумма в размере 5000 добавлена в кошелек")});
+    CHECK_FIELDS(w, {{"T1", ""}, {"T4", ""}, {"T14", ""}, {"T10", "5 000,00 р."}, {"T11", "40 000,00 р."}});
+    QVERIFY(w.harness().mainControl("Combo1")->isEnabled());
+    QCOMPARE(w.rows("Purse"), QStringList{"1 | 5000"});
+    QCOMPARE(w.balance(), QString("OSTATOK | NULL | 45000 | NULL"));
+
+    // Three expenses in a row on one account, paid from the open purse.
+    w.choose("Combo1", purse);
+    w.click("VC1");
+    screenshot(w.harness(), "main-window-purse-open.png");
+    w.choose("R2", "1 - Питание");
+    struct Expense
+    {
+        const char* amount;
+        const char* name;
+        const char* note;
+        const char* stored;
+        const char* state;
+        const char* purses;
+        const char* month;
+    };
+    const Expense expenses[] = {
+        {"350,5", "Хлеб и молоко", "", "350.5", "4649,5", "4 649,50 р.", "350,5"},
+        {"1200", "Мясо 'фермерское'", "на неделю", "1200", "3449,5", "3 449,50 р.", "1550,5"},
+        {"10,125", "Яблоки", "\"Антоновка\"", "10.13", "3439,37", "3 439,37 р.", "1560,63"},
+    };
+    for (int i = 0; i < 3; ++i) {
+        const Expense& e = expenses[i];
+        w.enter("R1", e.amount);
+        w.enter("R3", e.name);
+        w.enter("R4", e.note);
+        w.click("B3");
+        QCOMPARE(w.newBoxes(),
+                 QStringList{info(
+                     QString("Расход на сумму - %1\r\nЗа - %2\r\nУспешно добавлен!").arg(e.amount, e.name))});
+        CHECK_FIELDS(w, {{"R1", ""},
+                         {"R3", ""},
+                         {"R4", ""},
+                         {"R2", "1 - Питание"},
+                         {"T1", "Наличные"},
+                         {"T4", e.state},
+                         {"T10", e.purses},
+                         {"T11", "40 000,00 р."},
+                         {"S2", e.month},
+                         {"T12", "15.03.2026"}});
+        QCOMPARE(w.rows("Bills").size(), i + 1);
+        QCOMPARE(w.rows("Bills").last(),
+                 QString("%1 | 2026-03-15 | 1 | %2 | %3 | %4 | 1").arg(i + 1).arg(e.stored, e.name, e.note));
+        QCOMPARE(w.rows("Purse"), QStringList{"1 | " + QString(e.state).replace(',', '.')});
+        if (i == 0)
+            screenshot(w.harness(), "main-window-after-expense.png");
+    }
+    QCOMPARE(w.balance(), QString("OSTATOK | NULL | 43439.37 | NULL"));
+
+    // Some cash goes back to the bank.
+    w.click("O4");
+    w.enter("T14", "1000");
+    w.click("Command2");
+    QCOMPARE(w.newBoxes(), QStringList{info("Сумма в размере 1000 снята с кошелька")});
+    CHECK_FIELDS(w, {{"T1", ""}, {"T10", "2 439,37 р."}, {"T11", "41 000,00 р."}});
+    QCOMPARE(w.rows("Purse"), QStringList{"1 | 2439.37"});
+
+    // A new name and a note; the code stays, so the expenses keep their purse.
+    w.choose("Combo1", purse);
+    w.click("VC1");
+    w.enter("T1", "Кошелёк 'семейный'");
+    w.enter("T3", "на продукты");
+    w.click("VC2");
+    QCOMPARE(w.newBoxes(), QStringList{info("Изменеия успешно внесены")});
+    QCOMPARE(w.harness().items("Combo1"), QStringList{"1 - Кошелёк 'семейный'"});
+    CHECK_FIELDS(w, {{"T1", ""}, {"T3", ""}, {"Combo1", ""}});
+    QCOMPARE(w.rows("Purse_Dict"), QStringList{"1 | Кошелёк 'семейный' | NULL | на продукты"});
+    QCOMPARE(w.rows("Purse"), QStringList{"1 | 2439.37"});
+
+    // The purse is deleted after a Yes; its cash counts as the bank's again.
+    w.choose("Combo1", "1 - Кошелёк 'семейный'");
+    w.click("VC1");
+    w.harness().dialogs.answer(ui::DialogAnswer::Yes);
+    w.click("VC3");
+    const ShownBox question = w.harness().dialogs.shown().at(w.harness().dialogs.shown().size() - 2);
+    QCOMPARE(question.buttons, ui::DialogButtons::YesNo);
+    QCOMPARE(question.icon, ui::DialogIcon::Information);
+    QCOMPARE(w.newBoxes(), QStringList({"ВНИМАНИЕ!!! УДАЛЕНИЕ!!!: Подтвердите удаление кошелька!",
+                                        info("Кошелек успешно удален")}));
+    QVERIFY(w.harness().items("Combo1").isEmpty());
+    CHECK_FIELDS(w, {{"T1", ""}, {"T10", "0,00 р."}, {"T11", "43 439,37 р."}, {"S2", "1560,63"}});
+    QVERIFY(w.rows("Purse_Dict").isEmpty());
+    QVERIFY(w.rows("Purse").isEmpty());
+    QCOMPARE(w.rows("Bills").size(), 3);
+    QCOMPARE(w.balance(), QString("OSTATOK | NULL | 43439.37 | NULL"));
+    QCOMPARE(w.rows("Bank").size(), 1);
+}
+
+QTEST_MAIN(MoneyWeekTest)
+#include "MoneyWeekTest.moc"
