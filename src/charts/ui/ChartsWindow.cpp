@@ -1,0 +1,61 @@
+#include "ChartsWindow.h"
+
+#include "ChartDrawing.h"
+#include "charts/ChartsTexts.h"
+#include "charts/ExpenseCharts.h"
+#include "ui/Dialogs.h"
+#include "ui_ChartsWindow.h"
+
+#include <QCloseEvent>
+
+namespace charts {
+
+ChartsWindow::ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::ChartsWindow>()), m_store(store), m_dialogs(dialogs),
+      m_today(std::move(today))
+{
+    m_ui->setupUi(this);
+    m_ui->Label4->hide();
+    m_ui->Label3->hide();
+    connect(m_ui->Command1, &QPushButton::clicked, this, &ChartsWindow::draw);
+    connect(m_ui->B1, &QPushButton::clicked, this, &QWidget::close);
+    // Enter in a field redraws, as "Исключить" does.
+    for (QLineEdit* field : {m_ui->T1, m_ui->T2, m_ui->T3})
+        connect(field, &QLineEdit::returnPressed, m_ui->Command1, &QPushButton::click);
+}
+
+ChartsWindow::~ChartsWindow() = default;
+
+void ChartsWindow::drawPeriod(const QString& monthText, const QString& yearText)
+{
+    setPeriod(monthText, yearText);
+    draw();
+}
+
+void ChartsWindow::setPeriod(const QString& monthText, const QString& yearText)
+{
+    m_ui->T1->setText(monthText);
+    m_ui->T2->setText(yearText);
+}
+
+void ChartsWindow::draw()
+{
+    const ChartPeriod period = ChartPeriod::choose(m_ui->T1->text(), m_ui->T2->text(), m_today());
+    const Threshold threshold = Threshold::fromField(m_ui->T3->text());
+    // A threshold that is no number is reported and then ignored.
+    if (threshold.wasRejected())
+        m_dialogs.error(QString::fromUtf8(texts::mustBeNumber));
+    const auto charts = ExpenseCharts::read(m_store, period, threshold);
+    if (!charts)
+        return;
+    ChartDrawing::draw(m_ui->MSChart1, m_ui->Label4, charts->month);
+    ChartDrawing::draw(m_ui->MSChart2, m_ui->Label3, charts->year);
+}
+
+void ChartsWindow::closeEvent(QCloseEvent* event)
+{
+    emit closed();
+    event->accept();
+}
+
+} // namespace charts
