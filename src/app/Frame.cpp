@@ -5,6 +5,7 @@
 #include "MainWindow.h"
 #include "SignInWindow.h"
 #include "Twips.h"
+#include "analytics/ui/AnalyticsWindow.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
@@ -120,6 +121,7 @@ void Frame::showMainWindow()
     connect(m_main, &MainWindow::exitRequested, this, &Frame::close);
     connect(m_main, &MainWindow::closed, this, &Frame::onMainWindowClosed);
     connectServiceButton();
+    connectAnalyticsButton();
     m_main->load();
     QMdiSubWindow* sub = addWindow(m_main, fromTwips(500, 1000));
     m_mdi->setActiveSubWindow(sub);
@@ -196,6 +198,29 @@ void Frame::showServiceWindow()
     connect(m_service, &service::ServiceWindow::programEndRequested, this, &Frame::close);
     m_service->load();
     m_mdi->setActiveSubWindow(addWindow(m_service, fromTwips(300, 300)));
+}
+
+analytics::AnalyticsWindow* Frame::analyticsWindow() const
+{
+    return m_analytics;
+}
+
+void Frame::connectAnalyticsButton()
+{
+    connect(m_main, &MainWindow::analyticsRequested, this, &Frame::showAnalyticsWindow);
+    if (auto* button = m_main->findChild<QPushButton*>(QStringLiteral("B1")))
+        button->setEnabled(true);
+}
+
+void Frame::showAnalyticsWindow()
+{
+    if (m_analytics) {
+        m_mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_analytics->parentWidget()));
+        return;
+    }
+    m_analytics = new analytics::AnalyticsWindow(*m_store, m_dialogs, m_options.today);
+    m_analytics->load();
+    m_mdi->setActiveSubWindow(addWindow(m_analytics, fromTwips(150, 150)));
 }
 
 void Frame::onServiceAccountsChanged()

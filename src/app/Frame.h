@@ -19,6 +19,9 @@ class Store;
 namespace service {
 class ServiceWindow;
 }
+namespace analytics {
+class AnalyticsWindow;
+}
 
 namespace app {
 
@@ -56,6 +59,7 @@ public:
     SplashWindow* splashWindow() const { return m_splash; }
     HelpWindow* helpWindow() const;
     service::ServiceWindow* serviceWindow() const;
+    analytics::AnalyticsWindow* analyticsWindow() const;
     QMdiArea* mdiArea() const { return m_mdi; }
     store::Store& store() { return *m_store; }
 
@@ -66,6 +70,8 @@ public slots:
     void showHelp();
     // Form2, the service window; brought forward when it is already open.
     void showServiceWindow();
+    // Form3, the analytics window; brought forward when it is already open.
+    void showAnalyticsWindow();
 
 signals:
     void quitRequested(int exitCode);
@@ -78,6 +84,7 @@ private:
     void showSignIn();
     void showMainWindow();
     void connectServiceButton();
+    void connectAnalyticsButton();
     void onServiceMoneyChanged();
     void onServiceAccountsChanged();
     void showSplash();
@@ -97,6 +104,7 @@ private:
     QPointer<SplashWindow> m_splash;
     QPointer<HelpWindow> m_help;
     QPointer<service::ServiceWindow> m_service;
+    QPointer<analytics::AnalyticsWindow> m_analytics;
     bool m_closing = false;
     bool m_quitting = false;
     int m_exitCode = 0;
