@@ -7,6 +7,7 @@
 #include "ui_ChartsWindow.h"
 
 #include <QCloseEvent>
+#include <QMdiSubWindow>
 
 namespace charts {
 
@@ -18,7 +19,7 @@ ChartsWindow::ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Cl
     m_ui->Label4->hide();
     m_ui->Label3->hide();
     connect(m_ui->Command1, &QPushButton::clicked, this, &ChartsWindow::draw);
-    connect(m_ui->B1, &QPushButton::clicked, this, &QWidget::close);
+    connect(m_ui->B1, &QPushButton::clicked, this, &ChartsWindow::closeWindow);
     // Enter in a field redraws, as "Исключить" does.
     for (QLineEdit* field : {m_ui->T1, m_ui->T2, m_ui->T3})
         connect(field, &QLineEdit::returnPressed, m_ui->Command1, &QPushButton::click);
@@ -50,6 +51,15 @@ void ChartsWindow::draw()
         return;
     ChartDrawing::draw(m_ui->MSChart1, m_ui->Label4, charts->month);
     ChartDrawing::draw(m_ui->MSChart2, m_ui->Label3, charts->year);
+}
+
+void ChartsWindow::closeWindow()
+{
+    // Inside the frame the window closes with the sub-window that holds it.
+    if (auto* holder = qobject_cast<QMdiSubWindow*>(parentWidget()))
+        holder->close();
+    else
+        close();
 }
 
 void ChartsWindow::closeEvent(QCloseEvent* event)

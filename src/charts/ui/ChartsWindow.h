@@ -47,6 +47,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void closeWindow();
+
     std::unique_ptr<Ui::ChartsWindow> m_ui;
     store::Store& m_store;
     ui::Dialogs& m_dialogs;
