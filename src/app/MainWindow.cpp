@@ -116,6 +116,9 @@ void MainWindow::onBankOperation()
     const ledger::Outcome outcome = m_bank.record(
         {*date, *amount, deposit ? ledger::BankDirection::Deposit : ledger::BankDirection::Withdrawal,
          ledger::tables::fitText(comment)});
+    // A failure of the store has been shown; the handler stops with the window as it is.
+    if (outcome == ledger::Outcome::NotSaved)
+        return;
     if (outcome == ledger::Outcome::Done)
         m_dialogs.information(
             text(ledger::texts::bankDoneTitle),
@@ -209,7 +212,9 @@ void MainWindow::onSavePurse()
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (m_ui->T1->text().isEmpty() || !purse)
         m_dialogs.error(text(ledger::texts::purseCodeNeeded));
-    else if (m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text()))
+    else if (!m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text()))
+        return;
+    else
         m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::changesSaved));
     refreshListsAndBalances();
 }
@@ -217,12 +222,14 @@ void MainWindow::onSavePurse()
 void MainWindow::onDeletePurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
-    if (m_ui->T1->text().isEmpty() || !purse)
+    if (m_ui->T1->text().isEmpty() || !purse) {
         m_dialogs.error(text(ledger::texts::choosePurseToDelete));
-    else if (m_dialogs.confirm(text(ledger::texts::deletePurseTitle),
-                               text(ledger::texts::confirmPurseDeletion)) &&
-             m_purses.remove(*purse))
+    } else if (m_dialogs.confirm(text(ledger::texts::deletePurseTitle),
+                                 text(ledger::texts::confirmPurseDeletion))) {
+        if (!m_purses.remove(*purse))
+            return;
         m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseDeleted));
+    }
     refreshListsAndBalances();
 }
 
@@ -232,8 +239,11 @@ void MainWindow::onNewPurse()
     const QString name = ledger::tables::fitText(
         m_dialogs.askText(text(ledger::texts::newPursePrompt), text(ledger::texts::newPurseTitle))
             .value_or(QString()));
-    if (!name.isEmpty() && m_purses.create(name))
+    if (!name.isEmpty()) {
+        if (!m_purses.create(name))
+            return;
         m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseAdded));
+    }
     refreshListsAndBalances();
 }
 
