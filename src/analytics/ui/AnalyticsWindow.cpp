@@ -24,6 +24,8 @@ constexpr int kNoteTwips = 3500;
 constexpr int kNumberTwips = 1200;
 constexpr int kLabelTwips = 2000;
 constexpr int kTwipsPerPixel = 15;
+constexpr int kPurseColumn = 3;
+constexpr int kWidestPursePixels = 200;
 
 void setUpGrid(QTableView* grid, QAbstractItemModel* model)
 {
@@ -148,6 +150,18 @@ void AnalyticsWindow::sizeDetailColumns()
                                           : std::vector{kCommentTwips, kPurseTwips, kNumberTwips, kNoteTwips};
     for (std::size_t i = 0; i < twips.size(); ++i)
         grid->setColumnWidth(static_cast<int>(i) + 2, twips[i] / kTwipsPerPixel);
+    if (!income)
+        grid->setColumnWidth(kPurseColumn, std::min(widestPurse() + padding, kWidestPursePixels));
+}
+
+// Purse names are short as a rule; their column widens to show them whole.
+int AnalyticsWindow::widestPurse() const
+{
+    const QFontMetrics metrics = m_ui->DataGrid2->fontMetrics();
+    int widest = kPurseTwips / kTwipsPerPixel;
+    for (const DetailRow& row : m_detailModel->table().rows)
+        widest = std::max(widest, metrics.horizontalAdvance(row.purse));
+    return widest;
 }
 
 void AnalyticsWindow::onRecalculateClicked()
@@ -198,7 +212,8 @@ void AnalyticsWindow::setReportViewer(ReportViewer viewer)
 
 QSize AnalyticsWindow::sizeHint() const
 {
-    return QWidget::sizeHint().expandedTo(QSize(880, 620));
+    // Fits the frame beside the main window's position; the grids scroll.
+    return minimumSizeHint().expandedTo(QSize(860, 640));
 }
 
 // Enter anywhere but on a button recalculates, as "Пересчитать" is the
