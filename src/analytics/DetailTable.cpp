@@ -12,12 +12,12 @@ namespace analytics {
 
 namespace {
 
-constexpr char kMonthIncome[] = "SELECT F1, F2, F3, F0 FROM Bank WHERE substr(F1, 1, 7) = ? "
+constexpr char kMonthIncome[] = "SELECT F1, F2, F3, F0 FROM Bank WHERE F1 >= ? AND F1 < ? "
                                 "ORDER BY F1 DESC, F0 DESC";
 constexpr char kMonthExpenses[] =
     "SELECT Bills.F1, Bills.F3, Bills.F4, Purse_Dict.F1, Bills.F0, Bills.F5 "
     "FROM Bills INNER JOIN Purse_Dict ON Bills.F6 = Purse_Dict.F0 "
-    "WHERE substr(Bills.F1, 1, 7) = ? AND Bills.F2 = ? ORDER BY Bills.F1 DESC, Bills.F0 DESC";
+    "WHERE Bills.F1 >= ? AND Bills.F1 < ? AND Bills.F2 = ? ORDER BY Bills.F1 DESC, Bills.F0 DESC";
 
 QString displayedDate(const QVariant& stored)
 {
@@ -82,7 +82,7 @@ DetailTable DetailTable::income(store::Transaction& tx, const Period& period)
 {
     DetailTable table;
     table.kind = DetailKind::Income;
-    for (const store::Row& r : tx.query(QString::fromUtf8(kMonthIncome), {period.monthPrefix()}))
+    for (const store::Row& r : tx.query(QString::fromUtf8(kMonthIncome), period.monthRange()))
         table.rows.push_back(
             {displayedDate(r.value(0)), amountOf(r.value(1)), kept(r.value(2)), {}, r.integer(3), {}});
     return table;
@@ -95,7 +95,7 @@ DetailTable DetailTable::expenses(store::Transaction& tx, const Period& period, 
     const auto code = accountCode(accountEntry);
     if (!code)
         return table;
-    for (const store::Row& r : tx.query(QString::fromUtf8(kMonthExpenses), {period.monthPrefix(), *code}))
+    for (const store::Row& r : tx.query(QString::fromUtf8(kMonthExpenses), period.monthRange() << *code))
         table.rows.push_back({displayedDate(r.value(0)), amountOf(r.value(1)), kept(r.value(2)),
                               kept(r.value(3)), r.integer(4), kept(r.value(5))});
     return table;

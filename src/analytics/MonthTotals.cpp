@@ -15,10 +15,11 @@ struct Sums
 // The month's and the year's sum of one money column in one pass over the table.
 Sums sumsOf(store::Transaction& tx, const QString& table, const QString& column, const Period& period)
 {
-    const QString sql = QStringLiteral("SELECT SUM(CASE WHEN substr(F1, 1, 7) = ? THEN %1 END), SUM(%1) "
-                                       "FROM %2 WHERE substr(F1, 1, 4) = ?")
-                            .arg(column, table);
-    const store::Rows rows = tx.query(sql, {period.monthPrefix(), period.yearPrefix()});
+    const QString sql =
+        QStringLiteral(
+            "SELECT SUM(CASE WHEN F1 >= ? AND F1 < ? THEN %1 END), SUM(%1) FROM %2 WHERE F1 >= ? AND F1 < ?")
+            .arg(column, table);
+    const store::Rows rows = tx.query(sql, period.monthRange() + period.yearRange());
     if (rows.empty())
         return {};
     return {rows.front().amount(0), rows.front().amount(1)};

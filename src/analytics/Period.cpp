@@ -17,6 +17,13 @@ std::optional<int> wholeNumber(const QString& text, int lowest, int highest)
     return value;
 }
 
+// Every stored date that begins with `prefix`; none for an empty prefix.
+QVariantList rangeOf(const QString& prefix)
+{
+    const QString end = QStringLiteral("~");
+    return prefix.isEmpty() ? QVariantList{end, end} : QVariantList{prefix, prefix + end};
+}
+
 } // namespace
 
 Period Period::choose(const QString& monthEntry, const QString& yearText, QDate today)
@@ -43,17 +50,19 @@ std::optional<int> Period::year() const
     return wholeNumber(m_year, 100, 9999);
 }
 
-QString Period::yearPrefix() const
+QVariantList Period::yearRange() const
 {
     const auto y = year();
-    return y ? QStringLiteral("%1").arg(*y, 4, 10, QLatin1Char('0')) : QString();
+    return rangeOf(y ? QStringLiteral("%1").arg(*y, 4, 10, QLatin1Char('0')) : QString());
 }
 
-QString Period::monthPrefix() const
+QVariantList Period::monthRange() const
 {
+    const auto y = year();
     const auto m = month();
-    const QString y = yearPrefix();
-    return m && !y.isEmpty() ? QStringLiteral("%1-%2").arg(y).arg(*m, 2, 10, QLatin1Char('0')) : QString();
+    return rangeOf(
+        y && m ? QStringLiteral("%1-%2").arg(*y, 4, 10, QLatin1Char('0')).arg(*m, 2, 10, QLatin1Char('0'))
+               : QString());
 }
 
 QString Period::label() const

@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QString>
+#include <QVariantList>
 
 #include <optional>
 
@@ -25,10 +26,13 @@ public:
     std::optional<int> month() const;
     std::optional<int> year() const;
 
-    // What dates of the year and of the month begin with in the store:
-    // "2005" and "2005-03"; empty when the period matches nothing.
-    QString yearPrefix() const;
-    QString monthPrefix() const;
+    // The stored dates of the year and of the month, as the two values of
+    // "F1 >= ? AND F1 < ?". Dates are kept as "yyyy-MM-dd[ HH:mm:ss]" texts,
+    // so March 2005 runs from "2005-03" up to "2005-03~" ('~' sorts after
+    // digits, '-' and ' '); a plain text comparison needs no date function per
+    // row. A period that matches nothing gives a range nothing falls into.
+    QVariantList yearRange() const;
+    QVariantList monthRange() const;
 
     // "03.2005": the month with a leading zero when it has one character, a
     // point and the year, as the reports print it.

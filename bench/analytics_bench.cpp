@@ -1,0 +1,160 @@
+// The analytics window on household files of 10,000 and 100,000 operations
+// (ten years): opening Form3 (lists, yearly table, month totals, detail
+// list), "Пересчитать" for another month and year with each detail list, and
+// laying out and painting a month's report into a PDF file. The data file is
+// already decoded, as it is while the program runs.
+#include "SampleData.h"
+
+#include "analytics/Recalculation.h"
+#include "analytics/ReportDocument.h"
+#include "analytics/ReportPainter.h"
+#include "analytics/ui/AnalyticsWindow.h"
+#include "jet/Writer.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
+#include "ui/Dialogs.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <map>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+const QDate kToday(2026, 3, 15);
+
+// Any box would mean the benchmark measured something else; it is counted.
+class CountingDialogs : public ui::Dialogs
+{
+public:
+    ui::DialogAnswer showMessage(const QString&, const QString&, ui::DialogIcon, ui::DialogButtons) override
+    {
+        ++shown;
+        return ui::DialogAnswer::Ok;
+    }
+    std::optional<QString> askText(const QString&, const QString&, const QString&) override
+    {
+        ++shown;
+        return std::nullopt;
+    }
+    int shown = 0;
+};
+
+// A program folder with a sample file of `operations` operations and a store
+// that has read it.
+class SampleStore
+{
+public:
+    explicit SampleStore(int operations)
+    {
+        if (!m_dir.isValid())
+            throw std::runtime_error("cannot create a temporary folder");
+        velmora::SampleOptions options;
+        options.years = 10;
+        options.opsPerMonth = operations / 120;
+        options.seed = 11;
+        options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
+        jet::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
+                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+        m_store = std::make_unique<store::Store>(m_dir.path());
+        store::Transaction tx(*m_store);
+        if (!tx.commit())
+            throw std::runtime_error("the sample file does not open");
+    }
+    store::Store& store() { return *m_store; }
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<store::Store> m_store;
+};
+
+store::Store& sampleStore(int operations)
+{
+    static std::map<int, std::unique_ptr<SampleStore>> stores;
+    auto& slot = stores[operations];
+    if (!slot)
+        slot = std::make_unique<SampleStore>(operations);
+    return slot->store();
+}
+
+template <typename T> T* child(QWidget& window, const char* name)
+{
+    return window.findChild<T*>(QString::fromLatin1(name));
+}
+
+void BM_OpenAnalyticsWindow(benchmark::State& state)
+{
+    store::Store& store = sampleStore(static_cast<int>(state.range(0)));
+    CountingDialogs dialogs;
+    for (auto _ : state) {
+        analytics::AnalyticsWindow window(store, dialogs, [] { return kToday; });
+        window.load();
+        benchmark::DoNotOptimize(&window);
+    }
+    if (dialogs.shown > 0)
+        state.SkipWithError("a box was shown");
+}
+BENCHMARK(BM_OpenAnalyticsWindow)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+// "Пересчитать" for November 2024: income details, or the expenses of the first account.
+void BM_Recalculate(benchmark::State& state)
+{
+    store::Store& store = sampleStore(static_cast<int>(state.range(0)));
+    CountingDialogs dialogs;
+    analytics::AnalyticsWindow window(store, dialogs, [] { return kToday; });
+    window.load();
+    child<QComboBox>(window, "Combo1")->setCurrentIndex(10);
+    child<QComboBox>(window, "Combo2")->setEditText(QStringLiteral("2024"));
+    child<QComboBox>(window, "R2")->setCurrentIndex(0);
+    child<QRadioButton>(window, state.range(1) ? "O2" : "O1")->setChecked(true);
+    auto* recalculate = child<QPushButton>(window, "B1");
+    for (auto _ : state)
+        recalculate->click();
+    if (dialogs.shown > 0)
+        state.SkipWithError("a box was shown");
+    state.SetLabel(state.range(1) ? "expense details" : "income details");
+}
+BENCHMARK(BM_Recalculate)->ArgsProduct({{10'000, 100'000}, {0, 1}})->Unit(benchmark::kMillisecond);
+
+// The month's expense report of the busiest account, laid out and painted to PDF.
+void BM_ExpenseReportToPdf(benchmark::State& state)
+{
+    store::Store& store = sampleStore(static_cast<int>(state.range(0)));
+    const auto period = analytics::Period::choose(QStringLiteral("11"), QStringLiteral("2024"), kToday);
+    const QString account = QStringLiteral("1 - Питание");
+    const auto read = analytics::Recalculation::read(
+        store, period, analytics::DetailRequest{analytics::DetailKind::Expenses, account});
+    if (!read || !read->details) {
+        state.SkipWithError("the sample file does not open");
+        return;
+    }
+    const analytics::ReportDocument report = analytics::ReportDocument::of(*read->details, period, account);
+    QTemporaryDir dir;
+    for (auto _ : state)
+        analytics::ReportPainter::writePdf(report, dir.filePath(QStringLiteral("report.pdf")));
+    state.SetLabel(std::to_string(report.lines.size()) + " lines");
+}
+BENCHMARK(BM_ExpenseReportToPdf)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
