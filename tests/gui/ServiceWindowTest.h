@@ -14,7 +14,6 @@ private slots:
     void addingAccountsTakesTheNextCodeEverywhere();
     void renamingAndDeletingKeepTheExpenses();
     void accountButtonsWithNothingChosen();
-    void accountNamesAsTyped();
     void passwordIsSetKeptOrRemovedAndHonouredAtTheNextSignIn();
     void ratesAreCheckedRoundedAndShownBack_data();
     void ratesAreCheckedRoundedAndShownBack();

@@ -6,7 +6,6 @@
 #include "ui/UiTexts.h"
 #include "ui_ServiceWindow.h"
 
-#include <QCloseEvent>
 #include <QDir>
 #include <QMdiSubWindow>
 #include <QStyle>
@@ -119,7 +118,9 @@ void ServiceWindow::onSaveAccountClicked() // VC2A "Сохранить"
         showError(text(texts::accountNameRequired));
     else if (!code)
         showError(text(texts::selectAccountToEdit));
-    else if ((changed = m_accounts.rename(*code, name).ok()))
+    else
+        changed = m_accounts.rename(*code, name).ok();
+    if (changed)
         showInformation(text(texts::changesSaved));
     billsRef();
     m_ui->Combo1A->setEnabled(true);
@@ -134,7 +135,9 @@ void ServiceWindow::onDeleteAccountClicked() // VC3A "Удалить"
     // No question: the account's expenses stay in place under its code.
     if (m_ui->T1A->text().isEmpty() || !code)
         showError(text(texts::selectAccountToDelete));
-    else if ((changed = m_accounts.remove(*code).ok()))
+    else
+        changed = m_accounts.remove(*code).ok();
+    if (changed)
         showInformation(text(texts::accountDeleted));
     billsRef();
     m_ui->Combo1A->setEnabled(true);
@@ -149,7 +152,9 @@ void ServiceWindow::onNewAccountClicked() // VC4A "Новый"
     bool changed = false;
     if (name.size() > AccountCatalogue::kMaxNameLength)
         showError(text(texts::accountNameTooLong));
-    else if (!name.isEmpty() && (changed = m_accounts.add(name).has_value()))
+    else if (!name.isEmpty())
+        changed = m_accounts.add(name).has_value();
+    if (changed)
         showInformation(text(texts::accountAdded));
     billsRef();
     if (changed)
@@ -309,12 +314,6 @@ void ServiceWindow::onCloseClicked() // B1 "Закрыть"
         holder->close();
     else
         close();
-}
-
-void ServiceWindow::closeEvent(QCloseEvent* event)
-{
-    event->accept();
-    emit closed();
 }
 
 void ServiceWindow::showError(const QString& message)

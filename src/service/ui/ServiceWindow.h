@@ -44,10 +44,6 @@ signals:
     void moneyChanged();
     // A restore replaced the data file: the program ends so the user signs in again.
     void programEndRequested();
-    void closed();
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     void connectButtons();
