@@ -6,6 +6,7 @@
 #include "SignInWindow.h"
 #include "Twips.h"
 #include "analytics/ui/AnalyticsWindow.h"
+#include "charts/ui/ChartsWindow.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
@@ -219,8 +220,27 @@ void Frame::showAnalyticsWindow()
         return;
     }
     m_analytics = new analytics::AnalyticsWindow(*m_store, m_dialogs, m_options.today);
+    m_analytics->setChartsAvailable(true);
+    connect(m_analytics, &analytics::AnalyticsWindow::chartsRequested, this, &Frame::showChartsWindow);
     m_analytics->load();
     m_mdi->setActiveSubWindow(addWindow(m_analytics, fromTwips(150, 150)));
+}
+
+charts::ChartsWindow* Frame::chartsWindow() const
+{
+    return m_charts;
+}
+
+void Frame::showChartsWindow(const QString& monthEntry, const QString& year)
+{
+    if (m_charts) {
+        m_charts->setPeriod(monthEntry, year);
+        m_mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_charts->parentWidget()));
+        return;
+    }
+    m_charts = new charts::ChartsWindow(*m_store, m_dialogs, m_options.today);
+    m_charts->drawPeriod(monthEntry, year);
+    m_mdi->setActiveSubWindow(addWindow(m_charts, fromTwips(75, 75)));
 }
 
 void Frame::onServiceAccountsChanged()

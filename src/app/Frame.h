@@ -22,6 +22,9 @@ class ServiceWindow;
 namespace analytics {
 class AnalyticsWindow;
 }
+namespace charts {
+class ChartsWindow;
+}
 
 namespace app {
 
@@ -60,6 +63,7 @@ public:
     HelpWindow* helpWindow() const;
     service::ServiceWindow* serviceWindow() const;
     analytics::AnalyticsWindow* analyticsWindow() const;
+    charts::ChartsWindow* chartsWindow() const;
     QMdiArea* mdiArea() const { return m_mdi; }
     store::Store& store() { return *m_store; }
 
@@ -72,6 +76,10 @@ public slots:
     void showServiceWindow();
     // Form3, the analytics window; brought forward when it is already open.
     void showAnalyticsWindow();
+    // Form4, the charts window, for the analytics window's month entry and
+    // year: a new window draws that period at once, an open one is brought
+    // forward with the period in its fields.
+    void showChartsWindow(const QString& monthEntry, const QString& year);
 
 signals:
     void quitRequested(int exitCode);
@@ -105,6 +113,7 @@ private:
     QPointer<HelpWindow> m_help;
     QPointer<service::ServiceWindow> m_service;
     QPointer<analytics::AnalyticsWindow> m_analytics;
+    QPointer<charts::ChartsWindow> m_charts;
     bool m_closing = false;
     bool m_quitting = false;
     int m_exitCode = 0;

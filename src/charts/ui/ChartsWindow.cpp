@@ -35,7 +35,8 @@ void ChartsWindow::drawPeriod(const QString& monthText, const QString& yearText)
 
 void ChartsWindow::setPeriod(const QString& monthText, const QString& yearText)
 {
-    m_ui->T1->setText(monthText);
+    if (!monthText.isEmpty())
+        m_ui->T1->setText(monthText);
     m_ui->T2->setText(yearText);
 }
 

@@ -33,8 +33,12 @@ public:
     // year into the fields, then draws, so the charts show that period at once.
     void drawPeriod(const QString& monthText, const QString& yearText);
     // A later hand-over: the fields take the period, the charts keep what
-    // they show until the next "Исключить".
+    // they show until the next "Исключить". An empty month entry (no month of
+    // that number in the data file) leaves the month field as it is.
     void setPeriod(const QString& monthText, const QString& yearText);
+
+    // Room for the twelve or so accounts of a household beside each chart.
+    QSize sizeHint() const override { return {870, 660}; }
 
 public slots:
     // Draws both charts from the fields; "Исключить" and the first display.
