@@ -1,16 +1,25 @@
 // Pictures of the charts window for the documentation, drawn from a sample
-// household file with a dozen expense accounts.
+// household file with a dozen expense accounts: the window alone, with a
+// threshold, with a month without expenses, and in the frame as "Диаграмма"
+// in the analytics window opens it.
 // Usage: charts_screenshots OUTPUT_FOLDER
+#include "Frame.h"
+#include "MainWindow.h"
 #include "ProgramFolder.h"
 #include "SampleData.h"
 #include "charts/ui/ChartsWindow.h"
 #include "store/Store.h"
 #include "ui/Dialogs.h"
 
+#include "analytics/ui/AnalyticsWindow.h"
+
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 
 #include <cstdio>
 
@@ -38,6 +47,25 @@ bool save(QWidget* window, const QDir& output, const char* name)
     const bool saved = window->grab().save(path);
     std::printf("%s %s\n", saved ? "saved" : "FAILED", qPrintable(path));
     return saved;
+}
+
+// Аналитика, then "Пересчитать" with "Диаграмма" ticked for October 2026.
+bool saveInFrame(const QString& folder, const QDir& output)
+{
+    PrintedDialogs dialogs;
+    app::FrameOptions options;
+    options.today = [] { return QDate(2026, 10, 20); };
+    options.splashIntervalMs = 10;
+    app::Frame frame(folder, dialogs, options);
+    frame.show();
+    if (!frame.start() || !QTest::qWaitFor([&] { return !frame.splashWindow(); }, 5000))
+        return false;
+    frame.mainWindow()->findChild<QPushButton*>("B1")->click();
+    analytics::AnalyticsWindow* analytics = frame.analyticsWindow();
+    analytics->findChild<QCheckBox*>("C1")->setChecked(true);
+    analytics->findChild<QPushButton*>("B1")->click();
+    QTest::qWait(50);
+    return save(&frame, output, "charts-window-in-frame.png");
 }
 
 } // namespace
@@ -72,5 +100,6 @@ int main(int argc, char* argv[])
     window.findChild<QLineEdit*>("T3")->clear();
     window.findChild<QPushButton*>("Command1")->click();
     ok &= save(&window, output, "charts-window-no-expenses.png");
+    ok &= saveInFrame(folder.path(), output);
     return ok ? 0 : 1;
 }

@@ -38,7 +38,7 @@ public:
     void setPeriod(const QString& monthText, const QString& yearText);
 
     // Room for the twelve or so accounts of a household beside each chart.
-    QSize sizeHint() const override { return {870, 660}; }
+    QSize sizeHint() const override { return {870, 676}; }
 
 public slots:
     // Draws both charts from the fields; "Исключить" and the first display.
