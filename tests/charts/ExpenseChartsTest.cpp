@@ -105,7 +105,7 @@ TEST_F(ExpenseChartsTest, MonthAndYearBarsInAccountCodeOrder)
 
 TEST_F(ExpenseChartsTest, ThresholdZeroesAccountsStrictlyAbove)
 {
-    ExpenseCharts charts = read("3", "2005", "1000");
+    const ExpenseCharts charts = read("3", "2005", "1000");
     expectBars(
         charts.month,
         {{1, "Питание", "1000", false}, {2, "Транспорт", "12.34", false}, {10, "Аптека", "1500", true}},
@@ -116,32 +116,26 @@ TEST_F(ExpenseChartsTest, ThresholdZeroesAccountsStrictlyAbove)
                 {4, "Отпуск", "50000", true},
                 {10, "Аптека", "1500", true}},
                "year at 1000");
-
-    // A decimal comma and a negative limit are numbers too.
-    charts = read("3", "2005", "12,34");
-    EXPECT_FALSE(charts.month.bars[1].excluded);
-    EXPECT_TRUE(charts.month.bars[0].excluded);
-    charts = read("3", "2005", "-1");
-    for (const charts::ChartBar& bar : charts.month.bars)
-        EXPECT_TRUE(bar.excluded) << bar.code;
-    charts = read("6", "2007", "-1");
-    expectBars(charts.month, {{1, "Питание", "-20", false}}, "a refund is below a negative limit");
+    expectBars(read("6", "2007", "-1").month, {{1, "Питание", "-20", false}},
+               "a refund below a negative limit");
 }
 
-TEST_F(ExpenseChartsTest, ThresholdThatIsNoNumberExcludesNothing)
+TEST(Threshold, TypedNumbersOrNoLimit)
 {
-    for (const char* typed : {"abc", " ", "1 000", "10e3", "--5"}) {
-        const Threshold threshold = Threshold::fromField(typed);
-        EXPECT_TRUE(threshold.wasRejected()) << typed;
-        EXPECT_EQ(threshold.value(), Threshold::kNoLimit) << typed;
-        const ExpenseCharts charts = read("3", "2005", typed);
-        for (const charts::ChartBar& bar : charts.year.bars)
-            EXPECT_FALSE(bar.excluded) << typed;
+    struct Case
+    {
+        const char* typed;
+        const char* limit;
+        bool rejected;
+    };
+    for (const Case& c :
+         {Case{"", "100000000", false}, Case{"1000,5", "1000.5", false}, Case{"-3.25", "-3.25", false},
+          Case{"abc", "100000000", true}, Case{" ", "100000000", true}, Case{"1 000", "100000000", true},
+          Case{"10e3", "100000000", true}}) {
+        const Threshold threshold = Threshold::fromField(c.typed);
+        EXPECT_EQ(threshold.value().toPlainString().toStdString(), c.limit) << c.typed;
+        EXPECT_EQ(threshold.wasRejected(), c.rejected) << c.typed;
     }
-    EXPECT_FALSE(Threshold::fromField("").wasRejected());
-    EXPECT_EQ(Threshold::fromField("").value().toPlainString(), "100000000");
-    EXPECT_EQ(Threshold::fromField("1000,5").value().toPlainString(), "1000.5");
-    EXPECT_EQ(Threshold::fromField("-3.25").value().toPlainString(), "-3.25");
 }
 
 TEST_F(ExpenseChartsTest, FieldsChooseThePeriod)
@@ -158,19 +152,12 @@ TEST_F(ExpenseChartsTest, FieldsChooseThePeriod)
     for (const Case& c : {
              Case{"3 - Март", "2005", "03.2005", "2005", 3, 4},
              Case{"3", "2005", "03.2005", "2005", 3, 4},
-             Case{"03", "2005", "03.2005", "2005", 3, 4},
              Case{"", "", "03.2005", "2005", 3, 4}, // today's month and year
-             Case{"4 - Апрель", "", "04.2005", "2005", 1, 4},
              Case{"12", "2005", "12.2005", "2005", 1, 4},
-             Case{"2", "2005", "02.2005", "2005", 1, 4},
              Case{"abc", "2005", "abc.2005", "2005", 0, 4}, // no month: only the year is drawn
              Case{"13", "2005", "13.2005", "2005", 0, 4},
-             Case{"0", "2005", "00.2005", "2005", 0, 4},
              Case{"3", "abc", "03.abc", "abc", 0, 0},
-             Case{"3", "05", "03.05", "05", 0, 0},
-             Case{"3", "2004", "03.2004", "2004", 1, 1},
              Case{"1", "2006", "01.2006", "2006", 1, 1},
-             Case{"5", "2006", "05.2006", "2006", 0, 1},
          }) {
         const std::string where = std::string(c.month) + " / " + c.year;
         const ExpenseCharts charts = read(c.month, c.year);

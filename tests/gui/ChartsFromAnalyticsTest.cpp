@@ -15,6 +15,8 @@
 #include <QChartView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -57,6 +59,24 @@ QStringList shown(QWidget* charts, const char* chartName)
     return lines;
 }
 
+QString captionOf(QWidget* control)
+{
+    if (auto* frame = qobject_cast<QGroupBox*>(control))
+        return frame->title();
+    if (auto* label = qobject_cast<QLabel*>(control))
+        return label->text();
+    return qobject_cast<QAbstractButton*>(control)->text();
+}
+
+QList<QColor> colours(QWidget* charts, const char* chartName)
+{
+    QList<QColor> result;
+    const auto* view = charts->findChild<QChartView*>(chartName);
+    for (QBarSet* set : static_cast<QBarSeries*>(view->chart()->series().value(0))->barSets())
+        result.append(set->color());
+    return result;
+}
+
 // The program with Form3 opened by the main window's Аналитика.
 struct Program
 {
@@ -80,9 +100,13 @@ struct Program
         h->click(analytics, "B1");
     }
     QWidget* charts() const { return h->frame().chartsWindow(); }
-    QString field(const char* name) const
+    QLineEdit* edit(const char* name) const { return qobject_cast<QLineEdit*>(h->control(charts(), name)); }
+    QString field(const char* name) const { return edit(name)->text(); }
+    // Types into a field of the charts window and presses "Исключить".
+    void exclude(const char* name, const QString& text)
     {
-        return qobject_cast<QLineEdit*>(h->control(charts(), name))->text();
+        edit(name)->setText(text);
+        h->click(charts(), "Command1");
     }
 
     ProgramFolder folder;
@@ -103,6 +127,19 @@ void ChartsFromAnalyticsTest::tickedRecalculateOpensChartsForTheChosenPeriod()
     p.recalculate(utf8("3 - Март"), "2005");
     QVERIFY(p.charts());
     QCOMPARE(p.charts()->windowTitle(), utf8(charts::texts::windowTitle));
+    const char* captions[][2] = {{"Frame1", "Диаграмма расходов по счетам ЗА МЕСЯЦ"},
+                                 {"Frame2", "Параметры"},
+                                 {"Frame3", "Диаграмма расходов по счетам ЗА ГОД"},
+                                 {"Frame4", "Исключить"},
+                                 {"Label1", "Месяц"},
+                                 {"Label2", "Год"},
+                                 {"Label5", "расходы >"},
+                                 {"Label3", "РАСХОДОВ НЕ БЫЛО!!!"},
+                                 {"Label4", "РАСХОДОВ НЕ БЫЛО!!!"},
+                                 {"Command1", "Исключить"},
+                                 {"B1", "Закрыть"}};
+    for (const auto& [name, caption] : captions)
+        QCOMPARE(captionOf(p.h->control(p.charts(), name)), utf8(caption));
     QCOMPARE(p.field("T1"), utf8("3 - Март"));
     QCOMPARE(p.field("T2"), QString("2005"));
     // The first drawing already shows the period handed over.
@@ -110,6 +147,11 @@ void ChartsFromAnalyticsTest::tickedRecalculateOpensChartsForTheChosenPeriod()
              (QStringList{"03.2005", utf8("Питание=120.5"), utf8("Аптека=1500")}));
     QCOMPARE(shown(p.charts(), "MSChart2"),
              (QStringList{"2005", utf8("Питание=120.5"), utf8("Транспорт=250"), utf8("Аптека=1500")}));
+    // An account has one colour in both charts; no two accounts share one.
+    const QList<QColor> month = colours(p.charts(), "MSChart1");
+    const QList<QColor> year = colours(p.charts(), "MSChart2");
+    QCOMPARE(month, (QList<QColor>{year[0], year[2]}));
+    QVERIFY(year[0] != year[1] && year[1] != year[2] && year[0] != year[2]);
     QCOMPARE(p.h->frame().mdiArea()->activeSubWindow()->widget(), p.charts());
     QVERIFY(p.h->dialogs.shown().isEmpty());
 
@@ -141,28 +183,56 @@ void ChartsFromAnalyticsTest::openChartsTakeTheNextPeriodAndRedrawOnExclude()
     p.recalculate("13", "2005");
     QCOMPARE(p.field("T1"), utf8("11 - Ноябрь"));
 
-    // The threshold leaves out Аптека with a zero bar; a word is refused once.
-    qobject_cast<QLineEdit*>(p.h->control(p.charts(), "T3"))->setText("1000");
-    p.h->click(p.charts(), "Command1");
+    // Above the threshold: a zero bar that keeps its place and name; 250 is not above 250.
+    p.exclude("T3", "250");
     QCOMPARE(shown(p.charts(), "MSChart2"),
              (QStringList{"2005", utf8("Питание=120.5"), utf8("Транспорт=250"), utf8("Аптека=0")}));
-    qobject_cast<QLineEdit*>(p.h->control(p.charts(), "T3"))->setText(utf8("тысяча"));
-    p.h->click(p.charts(), "Command1");
+    // Enter in a field redraws too; a decimal comma and a negative limit are numbers.
+    p.edit("T3")->setText("120,49");
+    QTest::keyClick(p.edit("T3"), Qt::Key_Return);
+    QCOMPARE(shown(p.charts(), "MSChart2").mid(1),
+             (QStringList{utf8("Питание=0"), utf8("Транспорт=0"), utf8("Аптека=0")}));
+    p.exclude("T3", "-1");
+    QCOMPARE(shown(p.charts(), "MSChart1"), (QStringList{"11.2005", utf8("Транспорт=0")}));
+    QVERIFY(p.h->dialogs.shown().isEmpty());
+    // A word is refused once per drawing, and the drawing leaves nothing out.
+    p.exclude("T3", utf8("тысяча"));
     QCOMPARE(p.h->dialogs.shown().size(), 1);
     QCOMPARE(p.h->dialogs.shown().last().text, utf8(charts::texts::mustBeNumber));
     QCOMPARE(p.h->dialogs.shown().last().title, utf8(ui::texts::errorTitle));
     QCOMPARE(shown(p.charts(), "MSChart2").last(), utf8("Аптека=1500"));
 }
 
-void ChartsFromAnalyticsTest::chartsCloseWithTheirButtonAndWithTheMainWindow()
+void ChartsFromAnalyticsTest::hiddenChartReturnsWhenItsPeriodHasExpenses()
 {
     Program p;
-    p.recalculate("5", "2005");
+    p.recalculate(utf8("5 - Май"), "2005");
     // May 2005 had no expenses: the month chart is hidden, the year's drawn.
     QVERIFY(shown(p.charts(), "MSChart1").isEmpty());
     QVERIFY(p.h->control(p.charts(), "Label4")->isVisible());
     QCOMPARE(shown(p.charts(), "MSChart2").value(0), QString("2005"));
+    QVERIFY(!p.h->control(p.charts(), "Label3")->isVisible());
+    // Letters, 13 and a year of letters match nothing.
+    for (const char* month : {"abc", "13"}) {
+        p.exclude("T1", month);
+        QVERIFY(shown(p.charts(), "MSChart1").isEmpty());
+    }
+    p.exclude("T2", "abc");
+    QVERIFY(shown(p.charts(), "MSChart2").isEmpty());
+    QVERIFY(p.h->control(p.charts(), "Label3")->isVisible());
+    // A later drawing with expenses shows both charts again.
+    p.edit("T1")->setText("3");
+    p.exclude("T2", "2005");
+    QCOMPARE(shown(p.charts(), "MSChart1").value(0), QString("03.2005"));
+    QCOMPARE(shown(p.charts(), "MSChart2").value(0), QString("2005"));
+    QVERIFY(!p.h->control(p.charts(), "Label4")->isVisible());
+    QVERIFY(!p.h->control(p.charts(), "Label3")->isVisible());
+}
 
+void ChartsFromAnalyticsTest::chartsCloseWithTheirButtonAndWithTheMainWindow()
+{
+    Program p;
+    p.recalculate("5", "2005");
     const int windows = p.h->frame().mdiArea()->subWindowList().size();
     p.h->click(p.charts(), "B1");
     QTRY_VERIFY(!p.charts());

@@ -2,8 +2,9 @@
 
 #include <QObject>
 
-// The charts window as the analytics window opens it in the frame: the month
-// and year handed over, the redraw on "Исключить", closing.
+// The charts window Form4 as the analytics window opens it in the frame: its
+// captions, the month and year handed over, the bars drawn, the redraw on
+// "Исключить" with the threshold, hidden charts and closing.
 class ChartsFromAnalyticsTest : public QObject
 {
     Q_OBJECT
@@ -11,5 +12,6 @@ class ChartsFromAnalyticsTest : public QObject
 private slots:
     void tickedRecalculateOpensChartsForTheChosenPeriod();
     void openChartsTakeTheNextPeriodAndRedrawOnExclude();
+    void hiddenChartReturnsWhenItsPeriodHasExpenses();
     void chartsCloseWithTheirButtonAndWithTheMainWindow();
 };
