@@ -21,7 +21,7 @@ void checkPassword(const Header& header, std::u16string_view password)
         throw Error(ErrorCode::NotAValidPassword, "Not a valid password.");
 }
 
-Table readTable(const PageSource& pages, const CatalogEntry& entry)
+void visitTable(const PageSource& pages, const CatalogEntry& entry, DatabaseVisitor& visitor)
 {
     const TableDefinition def = readTableDefinition(pages, entry.definitionPage);
     Table table;
@@ -36,13 +36,30 @@ Table readTable(const PageSource& pages, const CatalogEntry& entry)
     }
     const std::vector<std::uint32_t> owned = readUsageMap(pages, def.ownedMap);
     // The stored row count is only a hint; a damaged one must not reserve gigabytes.
-    table.rows.reserve(std::min<std::size_t>(def.rowCount, owned.size() * 255));
+    visitor.beginTable(table, std::min<std::size_t>(def.rowCount, owned.size() * 255));
     const RowDecoder decoder(pages, def);
     forEachStoredRow(pages, def.page, owned, [&](std::span<const std::uint8_t> bytes) {
-        table.rows.push_back(decoder.decode(bytes));
+        Row row = decoder.decode(bytes);
+        visitor.row(row);
     });
-    return table;
+    visitor.endTable();
 }
+
+// Keeps everything it is given: readDatabase.
+class Collector : public DatabaseVisitor
+{
+public:
+    void database(const Database& header) override { db = header; }
+    void beginTable(const Table& table, std::size_t rowCountHint) override
+    {
+        db.tables.push_back(table);
+        db.tables.back().rows.reserve(rowCountHint);
+    }
+    void row(Row& row) override { db.tables.back().rows.push_back(std::move(row)); }
+    void endTable() override {}
+
+    Database db;
+};
 
 std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path)
 {
@@ -54,7 +71,7 @@ std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path)
 
 } // namespace
 
-Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view password)
+void visitDatabase(std::span<const std::uint8_t> file, std::u16string_view password, DatabaseVisitor& visitor)
 {
     const Header header = decodeHeader(file);
     checkPassword(header, password);
@@ -65,16 +82,23 @@ Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view pa
     db.password = header.password;
     db.creationDate = header.creationDate;
     db.codePage = header.codePage;
+    visitor.database(db);
     for (const CatalogEntry& entry : readCatalog(pages)) {
         if (entry.system)
             continue;
         try {
-            db.tables.push_back(readTable(pages, entry));
+            visitTable(pages, entry, visitor);
         } catch (const Error& e) {
             throw Error(e.code(), std::string(e.what()) + " (table " + toUtf8(entry.name) + ")");
         }
     }
-    return db;
+}
+
+Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view password)
+{
+    Collector collector;
+    visitDatabase(file, password, collector);
+    return std::move(collector.db);
 }
 
 Database readFile(const std::filesystem::path& path, std::u16string_view password)

@@ -17,6 +17,27 @@ namespace jet {
 // outside the buffer.
 Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view password);
 
+// Receives a file's contents as visitDatabase decodes them.
+class DatabaseVisitor
+{
+public:
+    virtual ~DatabaseVisitor() = default;
+    // The file's version, password, creation date and code page, without tables.
+    virtual void database(const Database& header) = 0;
+    // A table's name, columns and counter, without rows; `rowCountHint` is the
+    // count the file states, which a damaged file may get wrong.
+    virtual void beginTable(const Table& table, std::size_t rowCountHint) = 0;
+    // The next live row of that table. The visitor may move from it.
+    virtual void row(Row& row) = 0;
+    virtual void endTable() = 0;
+};
+
+// Decodes a file as readDatabase does, handing every table and row to the
+// visitor instead of keeping them: a check of a whole file needs no second
+// copy of it in memory.
+void visitDatabase(std::span<const std::uint8_t> file, std::u16string_view password,
+                   DatabaseVisitor& visitor);
+
 // Reads the file from disk and decodes it (FileNotFound when it is missing).
 Database readFile(const std::filesystem::path& path, std::u16string_view password);
 

@@ -64,6 +64,7 @@ RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row) const
         const std::size_t v = le::u16(&row[tail - 2]);
         if (tail < f.fixedStart + 2 + 2 * (v + 1))
             rowDamaged("has a variable-column table longer than the row");
+        f.varOffsets.reserve(v + 1);
         for (std::size_t i = 0; i <= v; ++i)
             f.varOffsets.push_back(le::u16(&row[tail - 2 - 2 * (i + 1)]));
     } else {
@@ -73,6 +74,7 @@ RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row) const
         std::size_t jumps = (n - 1) / 256;
         if (tail < f.fixedStart + 1 + jumps + v + 1)
             rowDamaged("has a variable-column table longer than the row");
+        f.varOffsets.reserve(v + 1);
         const std::size_t eodPosition = tail - 2 - jumps - v;
         if (jumps > 0 && eodPosition / 256 < jumps)
             --jumps; // the last jump byte is a dummy

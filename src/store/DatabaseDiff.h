@@ -2,6 +2,8 @@
 
 #include "jet/Database.h"
 
+#include <cstdint>
+#include <span>
 #include <string>
 
 namespace store {
@@ -10,5 +12,10 @@ namespace store {
 // order) and autonumber counters; otherwise where they first differ. Used to
 // check an encoded file by decoding it again before it goes to disk.
 std::string firstDifference(const jet::Database& expected, const jet::Database& actual);
+
+// The same comparison against the encoded file `bytes`, decoded row by row
+// without keeping a second copy of the database. Throws jet::Error when the
+// bytes do not decode at all.
+std::string firstDifferenceInFile(const jet::Database& expected, std::span<const std::uint8_t> bytes);
 
 } // namespace store

@@ -4,7 +4,6 @@
 #include "StoreError.h"
 #include "StoreTexts.h"
 #include "jet/AtomicFile.h"
-#include "jet/Reader.h"
 #include "jet/Writer.h"
 
 namespace store {
@@ -49,7 +48,7 @@ void FileSaver::checkDecodesBack(std::span<const std::uint8_t> bytes, const jet:
 {
     std::string difference;
     try {
-        difference = firstDifference(database, jet::readDatabase(bytes, database.password));
+        difference = firstDifferenceInFile(database, bytes);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {

@@ -8,6 +8,7 @@
 #include <SQLiteCpp/Exception.h>
 
 #include <array>
+#include <iterator>
 #include <sqlite3.h>
 #include <stdexcept>
 
@@ -57,6 +58,7 @@ StatementScope::~StatementScope()
 
 SqliteImage::SqliteImage(jet::Database database)
     : m_contents(std::move(database)), m_replaced(m_contents.tables.size()),
+      m_appended(m_contents.tables.size()), m_synced(m_contents.tables.size(), 0),
       m_db(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX)
 {
     m_contents.version = jet::Version::Jet4; // what a save writes
@@ -71,6 +73,8 @@ SqliteImage::SqliteImage(jet::Database database)
         names.push_back(jet::toUtf8(table.name));
     }
     m_db.exec("COMMIT");
+    for (std::size_t i = 0; i < m_contents.tables.size(); ++i)
+        m_synced[i] = largestRowid(m_contents.tables[i]);
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
 }
 
@@ -119,13 +123,57 @@ const jet::Database& SqliteImage::contents()
     for (std::size_t i = 0; i < m_contents.tables.size(); ++i) {
         if (!m_written->isMarked(i))
             continue;
+        if (!m_syncedAtBegin)
+            m_syncedAtBegin = m_synced;
+        // Only rows after the ones kept were written: read just those.
+        if (m_written->lowestRowTouched(i) > m_synced[i] && appendNewRows(i))
+            continue;
         jet::Table fresh = dumpTable(m_contents.tables[i]);
         if (!m_replaced[i])
             m_replaced[i] = std::move(m_contents.tables[i]);
         m_contents.tables[i] = std::move(fresh);
+        m_synced[i] = largestRowid(m_contents.tables[i]);
     }
     m_written->clearMarks();
     return m_contents;
+}
+
+bool SqliteImage::appendNewRows(std::size_t index)
+{
+    jet::Table& table = m_contents.tables[index];
+    const RawStatement select = prepare(m_db.getHandle(), "SELECT rowid, * FROM " + tableName(table) +
+                                                              " WHERE rowid > ? ORDER BY rowid");
+    sqlite3_bind_int64(select.get(), 1, m_synced[index]);
+    const int width = static_cast<int>(table.columns.size());
+    std::vector<jet::Row> rows;
+    std::int64_t last = m_synced[index];
+    int rc = SQLITE_OK;
+    while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
+        jet::Row& row = rows.emplace_back();
+        row.reserve(table.columns.size());
+        last = sqlite3_column_int64(select.get(), 0);
+        for (int i = 0; i < width; ++i)
+            row.push_back(
+                sql::readJetValue(table.columns[static_cast<std::size_t>(i)].type, select.get(), i + 1));
+    }
+    if (rc != SQLITE_DONE)
+        throw SQLite::Exception(m_db.getHandle(), rc);
+    SQLite::Statement count(m_db, "SELECT count(*) FROM " + tableName(table));
+    if (!count.executeStep() ||
+        count.getColumn(0).getInt64() != static_cast<std::int64_t>(table.rows.size() + rows.size()))
+        return false;
+    if (!m_appended[index] && !m_replaced[index])
+        m_appended[index] = AppendStart{table.rows.size(), table.lastAutoNumber};
+    std::move(rows.begin(), rows.end(), std::back_inserter(table.rows));
+    table.lastAutoNumber = lastAutoNumber(table);
+    m_synced[index] = last;
+    return true;
+}
+
+std::int64_t SqliteImage::largestRowid(const jet::Table& table) const
+{
+    SQLite::Statement select(m_db, "SELECT ifnull(max(rowid), 0) FROM " + tableName(table));
+    return select.executeStep() ? select.getColumn(0).getInt64() : 0;
 }
 
 jet::Database SqliteImage::dump() const
@@ -159,14 +207,19 @@ jet::Table SqliteImage::dumpTable(const jet::Table& layout) const
     }
     if (rc != SQLITE_DONE)
         throw SQLite::Exception(m_db.getHandle(), rc);
-    if (autoNumberColumn(table)) {
-        SQLite::Statement counter(m_db, "SELECT last FROM " + sql::quoteIdentifier(sql::kCountersTable) +
-                                            " WHERE tbl = ?");
-        counter.bind(1, jet::toUtf8(table.name));
-        if (counter.executeStep())
-            table.lastAutoNumber = static_cast<std::int32_t>(counter.getColumn(0).getInt64());
-    }
+    table.lastAutoNumber = lastAutoNumber(table);
     return table;
+}
+
+std::int32_t SqliteImage::lastAutoNumber(const jet::Table& table) const
+{
+    if (!autoNumberColumn(table))
+        return table.lastAutoNumber;
+    SQLite::Statement counter(m_db, "SELECT last FROM " + sql::quoteIdentifier(sql::kCountersTable) +
+                                        " WHERE tbl = ?");
+    counter.bind(1, jet::toUtf8(table.name));
+    return counter.executeStep() ? static_cast<std::int32_t>(counter.getColumn(0).getInt64())
+                                 : table.lastAutoNumber;
 }
 
 SQLite::Statement& SqliteImage::statement(const std::string& sql)
@@ -193,6 +246,8 @@ void SqliteImage::commit()
     m_db.exec("COMMIT");
     m_written->clearMarks();
     std::fill(m_replaced.begin(), m_replaced.end(), std::nullopt);
+    std::fill(m_appended.begin(), m_appended.end(), std::nullopt);
+    m_syncedAtBegin.reset();
 }
 
 void SqliteImage::rollback() noexcept
@@ -200,11 +255,22 @@ void SqliteImage::rollback() noexcept
     if (!sqlite3_get_autocommit(m_db.getHandle()))
         sqlite3_exec(m_db.getHandle(), "ROLLBACK", nullptr, nullptr, nullptr);
     m_written->clearMarks();
-    for (std::size_t i = 0; i < m_replaced.size(); ++i)
+    for (std::size_t i = 0; i < m_replaced.size(); ++i) {
         if (m_replaced[i]) {
             m_contents.tables[i] = std::move(*m_replaced[i]);
             m_replaced[i].reset();
         }
+        // A table that was replaced after rows were appended comes back with
+        // them; the cut removes them either way.
+        if (m_appended[i]) {
+            m_contents.tables[i].rows.resize(m_appended[i]->rows);
+            m_contents.tables[i].lastAutoNumber = m_appended[i]->lastAutoNumber;
+            m_appended[i].reset();
+        }
+    }
+    if (m_syncedAtBegin)
+        m_synced = std::move(*m_syncedAtBegin);
+    m_syncedAtBegin.reset();
 }
 
 long long SqliteImage::totalChanges() const

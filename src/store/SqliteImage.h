@@ -51,16 +51,33 @@ private:
     struct CachedStatement
     {
         std::unique_ptr<SQLite::Statement> statement;
-        std::vector<std::size_t> writes; // indexes of the tables it writes
+        WrittenTables::Writes writes;
+    };
+    // Where an appended table stood before this transaction, for a rollback.
+    struct AppendStart
+    {
+        std::size_t rows = 0;
+        std::int32_t lastAutoNumber = 0;
     };
 
     void loadTable(const jet::Table& table);
     void startCounter(const jet::Table& table);
     jet::Table dumpTable(const jet::Table& layout) const;
+    // Adds the rows inserted after the last synced one to the table; false,
+    // changing nothing, when the rows do not add up to the table's count.
+    bool appendNewRows(std::size_t index);
+    std::int64_t largestRowid(const jet::Table& table) const;
+    std::int32_t lastAutoNumber(const jet::Table& table) const;
 
     jet::Database m_contents; // as of the last load, save or contents()
     // The tables contents() replaced in this transaction, to put back on rollback.
     std::vector<std::optional<jet::Table>> m_replaced;
+    // The tables contents() appended rows to in this transaction.
+    std::vector<std::optional<AppendStart>> m_appended;
+    // Per table, the SQLite row id of the last row m_contents holds: rows are
+    // kept in row id order, so everything inserted later has a larger one.
+    std::vector<std::int64_t> m_synced;
+    std::optional<std::vector<std::int64_t>> m_syncedAtBegin;
     SQLite::Database m_db;
     std::unique_ptr<WrittenTables> m_written;
     std::unordered_map<std::string, CachedStatement> m_statements;
