@@ -127,17 +127,13 @@ void ChartsFromAnalyticsTest::tickedRecalculateOpensChartsForTheChosenPeriod()
     p.recalculate(utf8("3 - Март"), "2005");
     QVERIFY(p.charts());
     QCOMPARE(p.charts()->windowTitle(), utf8(charts::texts::windowTitle));
-    const char* captions[][2] = {{"Frame1", "Диаграмма расходов по счетам ЗА МЕСЯЦ"},
-                                 {"Frame2", "Параметры"},
-                                 {"Frame3", "Диаграмма расходов по счетам ЗА ГОД"},
-                                 {"Frame4", "Исключить"},
-                                 {"Label1", "Месяц"},
-                                 {"Label2", "Год"},
-                                 {"Label5", "расходы >"},
-                                 {"Label3", "РАСХОДОВ НЕ БЫЛО!!!"},
-                                 {"Label4", "РАСХОДОВ НЕ БЫЛО!!!"},
-                                 {"Command1", "Исключить"},
-                                 {"B1", "Закрыть"}};
+    namespace texts = charts::texts;
+    const char* captions[][2] = {{"Frame1", texts::monthChartFrame}, {"Frame2", texts::parametersFrame},
+                                 {"Frame3", texts::yearChartFrame},  {"Frame4", texts::excludeFrame},
+                                 {"Label1", texts::monthLabel},      {"Label2", texts::yearLabel},
+                                 {"Label5", texts::thresholdLabel},  {"Label3", texts::noExpenses},
+                                 {"Label4", texts::noExpenses},      {"Command1", texts::excludeButton},
+                                 {"B1", texts::closeButton}};
     for (const auto& [name, caption] : captions)
         QCOMPARE(captionOf(p.h->control(p.charts(), name)), utf8(caption));
     QCOMPARE(p.field("T1"), utf8("3 - Март"));
