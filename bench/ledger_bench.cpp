@@ -1,0 +1,191 @@
+// The main window's money operations on household files of 10,000 and
+// 100,000 operations: each handler's statements and its atomic save, as one
+// click runs them. The "statements only" variants roll back instead of
+// saving, so the difference is the price of writing the file.
+#include "SampleData.h"
+
+#include "jet/Writer.h"
+#include "ledger/Bank.h"
+#include "ledger/Expenses.h"
+#include "ledger/PurseCatalogue.h"
+#include "ledger/PurseOperations.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+using ledger::Outcome;
+
+// A program folder holding a sample household file, removed at exit.
+class SampleFolder
+{
+public:
+    explicit SampleFolder(int operations)
+    {
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "velmora-ledger-bench-XXXXXX").string();
+        if (!::mkdtemp(pattern.data()))
+            throw std::runtime_error("mkdtemp failed");
+        m_path = pattern;
+        velmora::SampleOptions options;
+        options.years = 10;
+        options.opsPerMonth = operations / 120;
+        options.seed = 1503;
+        options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
+        jet::writeFileAtomically(m_path / "velmora.mdb",
+                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+    }
+    ~SampleFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    QString dir() const { return QString::fromStdString(m_path.string()); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+const SampleFolder& sampleFolder(int operations)
+{
+    static std::map<int, std::unique_ptr<SampleFolder>> folders;
+    auto& folder = folders[operations];
+    if (!folder)
+        folder = std::make_unique<SampleFolder>(operations);
+    return *folder;
+}
+
+// A store that has read its file already, as the program's store has after start-up.
+std::unique_ptr<store::Store> openedStore(const benchmark::State& state)
+{
+    auto store = std::make_unique<store::Store>(sampleFolder(static_cast<int>(state.range(0))).dir());
+    store->verify();
+    store->lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"});
+    return store;
+}
+
+const store::Amount kAmount = store::Amount::fromUnits(1'234'500); // 123,45
+const QDate kDay(2026, 3, 31);
+
+void check(benchmark::State& state, bool ok)
+{
+    if (!ok)
+        state.SkipWithError("the operation was not saved");
+}
+
+void BM_BankDeposit(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::Bank bank(*store);
+    for (auto _ : state)
+        check(state,
+              bank.record({kDay, kAmount, ledger::BankDirection::Deposit, "Зарплата"}) == Outcome::Done);
+}
+
+void BM_BankWithdrawal(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::Bank bank(*store);
+    for (auto _ : state)
+        check(state, bank.record({kDay, kAmount, ledger::BankDirection::Withdrawal, {}}) == Outcome::Done);
+}
+
+void BM_PurseMove(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::PurseOperations purses(*store);
+    bool in = true;
+    for (auto _ : state) {
+        const auto direction = in ? ledger::PurseDirection::PutIn : ledger::PurseDirection::TakeOut;
+        check(state, purses.move(1, kAmount, direction) == Outcome::Done);
+        in = !in;
+    }
+}
+
+void BM_Expense(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::Expenses expenses(*store);
+    for (auto _ : state)
+        check(state, expenses.book({kDay, 1, kAmount, "Хлеб", "к обеду", 1}).outcome == Outcome::Done);
+}
+
+void BM_OpenPurse(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::PurseCatalogue catalogue(*store);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(catalogue.open(1));
+}
+
+void BM_RenamePurse(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::PurseCatalogue catalogue(*store);
+    for (auto _ : state)
+        check(state, catalogue.rename(1, "Наличные", "на каждый день"));
+}
+
+// A new purse and, untimed, its removal, so the catalogue stays the same size.
+void BM_NewPurse(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::PurseCatalogue catalogue(*store);
+    for (auto _ : state) {
+        const std::optional<int> code = catalogue.create("Отпуск");
+        state.PauseTiming();
+        check(state, code && catalogue.remove(*code));
+        state.ResumeTiming();
+    }
+}
+
+void BM_DeletePurse(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    ledger::PurseCatalogue catalogue(*store);
+    for (auto _ : state) {
+        state.PauseTiming();
+        const std::optional<int> code = catalogue.create("Отпуск");
+        state.ResumeTiming();
+        check(state, code && catalogue.remove(*code));
+    }
+}
+
+// The expense's statements without the save: what the handler costs before
+// the file is written.
+void BM_ExpenseStatementsOnly(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    for (auto _ : state) {
+        store::Transaction outer(*store); // left without commit: rolled back, nothing written
+        ledger::Expenses(*store).book({kDay, 1, kAmount, "Хлеб", "к обеду", 1});
+    }
+}
+
+void sizes(benchmark::internal::Benchmark* b)
+{
+    b->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+}
+
+BENCHMARK(BM_BankDeposit)->Apply(sizes);
+BENCHMARK(BM_BankWithdrawal)->Apply(sizes);
+BENCHMARK(BM_PurseMove)->Apply(sizes);
+BENCHMARK(BM_Expense)->Apply(sizes);
+BENCHMARK(BM_OpenPurse)->Apply(sizes);
+BENCHMARK(BM_RenamePurse)->Apply(sizes);
+BENCHMARK(BM_NewPurse)->Apply(sizes);
+BENCHMARK(BM_DeletePurse)->Apply(sizes);
+BENCHMARK(BM_ExpenseStatementsOnly)->Apply(sizes);
+
+} // namespace
+
+BENCHMARK_MAIN();
