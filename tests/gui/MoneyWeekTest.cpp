@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QTest>
 
+#include <memory>
+
 using namespace velmora::test;
 
 namespace {
@@ -42,21 +44,43 @@ void screenshot(GuiHarness& h, const char* name)
 
 } // namespace
 
+// The steps run in this order on one window and one data file.
 class MoneyWeekTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void householdWeek();
+    void initTestCase();
+    void salaryIntoTheBank();
+    void newPurse();
+    void openingWritesNothing();
+    void cashIntoThePurse();
+    void threeExpensesInARow();
+    void cashBackToTheBank();
+    void renameKeepsTheCode();
+    void deleteAfterYes();
+    void cleanupTestCase();
+
+private:
+    std::unique_ptr<MoneyWindowDriver> m_w;
 };
 
-void MoneyWeekTest::householdWeek()
-{
-    MoneyWindowDriver w(household());
-    QVERIFY(w.start());
-    const QString purse = "1 - Наличные";
+const QString kCash = "1 - Наличные";
 
-    // Monday: the salary goes into the bank.
+void MoneyWeekTest::initTestCase()
+{
+    m_w = std::make_unique<MoneyWindowDriver>(household());
+    QVERIFY(m_w->start());
+}
+
+void MoneyWeekTest::cleanupTestCase()
+{
+    m_w.reset();
+}
+
+void MoneyWeekTest::salaryIntoTheBank()
+{
+    MoneyWindowDriver& w = *m_w;
     w.enter("T9", "45000");
     w.click("O1");
     w.dialogs().answerText("Зарплата за март");
@@ -67,26 +91,36 @@ void MoneyWeekTest::householdWeek()
     CHECK_FIELDS(w, {{"T9", ""}, {"T11", "45 000,00 р."}, {"T10", "0,00 р."}, {"S1", "45000"}});
     QCOMPARE(w.rows("Bank"), QStringList{"1 | 2026-03-15 | 45000 | Зарплата за март"});
     QCOMPARE(w.balance(), QString("OSTATOK | NULL | 45000 | NULL"));
+}
 
-    // A purse for the cash.
+void MoneyWeekTest::newPurse()
+{
+    MoneyWindowDriver& w = *m_w;
     w.dialogs().answerText("Наличные");
     w.click("VC4");
     QCOMPARE(w.dialogs().asked().last().title, text(ledger::texts::newPurseTitle));
     QCOMPARE(w.newBoxes(), QStringList{info("Кошелек успешно добавлен")});
-    QCOMPARE(w.harness().items("Combo1"), QStringList{purse});
+    QCOMPARE(w.harness().items("Combo1"), QStringList{kCash});
     CHECK_FIELDS(w, {{"Combo1", ""}, {"T1", ""}, {"T4", ""}});
     QCOMPARE(w.rows("Purse_Dict"), QStringList{"1 | Наличные | NULL | NULL"});
     QCOMPARE(w.rows("Purse"), QStringList{"1 | 0"});
+}
 
-    // Opening it writes nothing.
-    const QByteArray beforeOpen = w.bytes();
-    w.openPurse(purse);
+void MoneyWeekTest::openingWritesNothing()
+{
+    MoneyWindowDriver& w = *m_w;
+    const QByteArray before = w.bytes();
+    w.openPurse(kCash);
     CHECK_FIELDS(w, {{"T1", "Наличные"}, {"T3", ""}, {"T4", "0"}});
     QVERIFY(!w.isEnabled("Combo1"));
     QVERIFY(w.newBoxes().isEmpty());
-    QCOMPARE(w.bytes(), beforeOpen);
+    QCOMPARE(w.bytes(), before);
+}
 
-    // Cash for the week: money moves from the bank to the purse, and the purse closes.
+// Money moves from the bank to the purse, and the purse closes.
+void MoneyWeekTest::cashIntoThePurse()
+{
+    MoneyWindowDriver& w = *m_w;
     w.click("O3");
     w.enter("T14", "5000");
     w.click("Command2");
@@ -95,9 +129,13 @@ void MoneyWeekTest::householdWeek()
     QVERIFY(w.isEnabled("Combo1"));
     QCOMPARE(w.rows("Purse"), QStringList{"1 | 5000"});
     QCOMPARE(w.balance(), QString("OSTATOK | NULL | 45000 | NULL"));
+}
 
-    // Three expenses in a row on one account, paid from the open purse.
-    w.openPurse(purse);
+// Paid from the open purse; account, date and purse stay for the next one.
+void MoneyWeekTest::threeExpensesInARow()
+{
+    MoneyWindowDriver& w = *m_w;
+    w.openPurse(kCash);
     screenshot(w.harness(), "main-window-purse-open.png");
     w.choose("R2", "1 - Питание");
     struct Expense
@@ -142,17 +180,24 @@ void MoneyWeekTest::householdWeek()
             screenshot(w.harness(), "main-window-after-expense.png");
     }
     QCOMPARE(w.balance(), QString("OSTATOK | NULL | 43439.37 | NULL"));
+}
 
-    // Some cash goes back to the bank.
+void MoneyWeekTest::cashBackToTheBank()
+{
+    MoneyWindowDriver& w = *m_w;
     w.click("O4");
     w.enter("T14", "1000");
     w.click("Command2");
     QCOMPARE(w.newBoxes(), QStringList{info("Сумма в размере 1000 снята с кошелька")});
     CHECK_FIELDS(w, {{"T1", ""}, {"T10", "2 439,37 р."}, {"T11", "41 000,00 р."}});
     QCOMPARE(w.rows("Purse"), QStringList{"1 | 2439.37"});
+}
 
-    // A new name and a note; the code stays, so the expenses keep their purse.
-    w.openPurse(purse);
+// A new name and a note; the code stays, so the expenses keep their purse.
+void MoneyWeekTest::renameKeepsTheCode()
+{
+    MoneyWindowDriver& w = *m_w;
+    w.openPurse(kCash);
     w.enter("T1", "Кошелёк 'семейный'");
     w.enter("T3", "на продукты");
     w.click("VC2");
@@ -161,8 +206,13 @@ void MoneyWeekTest::householdWeek()
     CHECK_FIELDS(w, {{"T1", ""}, {"T3", ""}, {"Combo1", ""}});
     QCOMPARE(w.rows("Purse_Dict"), QStringList{"1 | Кошелёк 'семейный' | NULL | на продукты"});
     QCOMPARE(w.rows("Purse"), QStringList{"1 | 2439.37"});
+    QCOMPARE(w.rows("Bills").first().section(" | ", 6), QString("1"));
+}
 
-    // The purse is deleted after a Yes; its cash counts as the bank's again.
+// Its cash counts as the bank's again; its expenses stay.
+void MoneyWeekTest::deleteAfterYes()
+{
+    MoneyWindowDriver& w = *m_w;
     w.openPurse("1 - Кошелёк 'семейный'");
     w.dialogs().answer(ui::DialogAnswer::Yes);
     w.click("VC3");
