@@ -54,7 +54,7 @@ SampleStore& sample()
 void readCharts(benchmark::State& state, const QString& thresholdField)
 {
     store::Store& store = sample().store();
-    const auto period = charts::ChartPeriod::choose(QStringLiteral("6 - Июнь"), QStringLiteral("2025"), {});
+    const auto period = analytics::Period::choose(QStringLiteral("6 - Июнь"), QStringLiteral("2025"), {});
     const auto threshold = charts::Threshold::fromField(thresholdField);
     for (auto _ : state) {
         const auto drawn = charts::ExpenseCharts::read(store, period, threshold);

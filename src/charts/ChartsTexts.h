@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/CommonTexts.h"
+
 // Every text of the charts window, used by the window and its tests.
 namespace charts::texts {
 
@@ -16,7 +18,7 @@ inline constexpr char noExpenses[] = "РАСХОДОВ НЕ БЫЛО!!!";
 inline constexpr char closeButton[] = "Закрыть";
 
 // Shown, with the title "Ошибка", when the threshold is not a number.
-inline constexpr char mustBeNumber[] = "Необходимо вводить число!";
+using store::texts::mustBeNumber;
 
 // The money axis: whole roubles in Russian notation.
 inline constexpr char valueAxisFormat[] = "%.0f";

@@ -38,13 +38,11 @@ void assignColourSlots(ExpenseCharts& charts)
 
 } // namespace
 
-std::vector<ChartBar> ExpenseCharts::readBars(store::Transaction& tx, const std::optional<DateRange>& range,
+std::vector<ChartBar> ExpenseCharts::readBars(store::Transaction& tx, const QVariantList& range,
                                               const Threshold& threshold)
 {
     std::vector<ChartBar> bars;
-    if (!range)
-        return bars;
-    for (const store::Row& row : tx.query(QString::fromUtf8(kSumsByAccount), {range->first, range->end})) {
+    for (const store::Row& row : tx.query(QString::fromUtf8(kSumsByAccount), range)) {
         ChartBar bar;
         bar.code = row.integer(0);
         // The legend shows the name as it stands in the catalogue.
@@ -56,14 +54,14 @@ std::vector<ChartBar> ExpenseCharts::readBars(store::Transaction& tx, const std:
     return bars;
 }
 
-std::optional<ExpenseCharts> ExpenseCharts::read(store::Store& store, const ChartPeriod& period,
+std::optional<ExpenseCharts> ExpenseCharts::read(store::Store& store, const analytics::Period& period,
                                                  const Threshold& threshold)
 {
     store::Transaction tx(store);
     ExpenseCharts charts;
-    charts.month.category = period.monthLabel();
+    charts.month.category = period.label();
     charts.month.bars = readBars(tx, period.monthRange(), threshold);
-    charts.year.category = period.yearLabel();
+    charts.year.category = period.yearText();
     charts.year.bars = readBars(tx, period.yearRange(), threshold);
     if (!tx.commit())
         return std::nullopt;

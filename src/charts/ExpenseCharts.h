@@ -1,8 +1,10 @@
 #pragma once
 
 #include "ChartData.h"
-#include "ChartPeriod.h"
 #include "Threshold.h"
+#include "analytics/Period.h"
+
+#include <QVariantList>
 
 #include <optional>
 
@@ -22,10 +24,11 @@ struct ExpenseCharts
     ChartData year;
 
     // nullopt when the data file could not be read (the store has shown why).
-    static std::optional<ExpenseCharts> read(store::Store& store, const ChartPeriod& period,
+    static std::optional<ExpenseCharts> read(store::Store& store, const analytics::Period& period,
                                              const Threshold& threshold);
-    // Bars of the expenses between the range's dates, without colours.
-    static std::vector<ChartBar> readBars(store::Transaction& tx, const std::optional<DateRange>& range,
+    // Bars of the expenses between the range's dates (Period::monthRange()
+    // or yearRange()), without colours.
+    static std::vector<ChartBar> readBars(store::Transaction& tx, const QVariantList& range,
                                           const Threshold& threshold);
 };
 

@@ -9,7 +9,7 @@
 #include <string>
 
 using namespace velmora::test;
-using charts::ChartPeriod;
+using analytics::Period;
 using charts::ExpenseCharts;
 using charts::Threshold;
 
@@ -69,7 +69,7 @@ protected:
 
     ExpenseCharts read(const QString& month, const QString& year, const QString& threshold = {})
     {
-        const auto charts = ExpenseCharts::read(m_store, ChartPeriod::choose(month, year, kToday),
+        const auto charts = ExpenseCharts::read(m_store, Period::choose(month, year, kToday),
                                                 Threshold::fromField(threshold));
         EXPECT_TRUE(charts.has_value());
         return charts.value_or(ExpenseCharts{});
@@ -174,8 +174,7 @@ TEST(ExpenseCharts, UnreadableFileIsReportedAndGivesNothing)
     ProgramFolder folder;
     RecordingSink sink;
     store::Store store(folder.path(), &sink);
-    EXPECT_FALSE(
-        ExpenseCharts::read(store, ChartPeriod::choose("3", "2005", kToday), Threshold()).has_value());
+    EXPECT_FALSE(ExpenseCharts::read(store, Period::choose("3", "2005", kToday), Threshold()).has_value());
     ASSERT_EQ(sink.messages.size(), 1);
     EXPECT_TRUE(sink.messages.front().contains(folder.dataFilePath())) << sink.messages.front().toStdString();
 }

@@ -42,7 +42,7 @@ void ChartsWindow::setPeriod(const QString& monthText, const QString& yearText)
 
 void ChartsWindow::draw()
 {
-    const ChartPeriod period = ChartPeriod::choose(m_ui->T1->text(), m_ui->T2->text(), m_today());
+    const analytics::Period period = analytics::Period::choose(m_ui->T1->text(), m_ui->T2->text(), m_today());
     const Threshold threshold = Threshold::fromField(m_ui->T3->text());
     // A threshold that is no number is reported and then ignored.
     if (threshold.wasRejected())
