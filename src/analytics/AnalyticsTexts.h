@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/CommonTexts.h"
+
 // Every text of the analytics window and its two reports, used by the code
 // and by the tests.
 namespace analytics::texts {
@@ -31,7 +33,7 @@ inline constexpr char undatedYear[] = "2005";
 inline constexpr char chooseAccount[] = "Необходимо выбрать счет!";
 
 // The reports.
-inline constexpr char productName[] = "Velmora";
+using store::texts::productName;
 inline constexpr char incomeReportCaption[] = "Статистика поступлений за месяц";
 inline constexpr char expenseReportCaption[] = "Статистика расходов за месяц";
 inline constexpr char incomeReportTitle[] = "Статистика поступлений за %1";

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "store/CommonTexts.h"
+
 // Every text the main window's money operations show: messages, input boxes
 // and the titles that are not the shared "Ошибка" and "Информация". Texts are
 // kept exactly as the program has always shown them, misspellings included.
 namespace ledger::texts {
 
 // Validation
-inline constexpr char mustBeNumber[] = "Необходимо вводить число!";
-inline constexpr char mustBeValidDate[] = "Необходимо задать правильную дату операции!";
+using store::texts::mustBeNumber;
+using store::texts::mustBeValidDate;
 inline constexpr char openPurseFirst[] = "Необходимо вызвать Кошелек на редакцию!";
 inline constexpr char expenseFieldsMissing[] =
     "Необходимо указать номер счета, сумму расхода и выбрать кошелек!";
@@ -20,7 +22,7 @@ inline constexpr char amountOutOfRange[] =
 
 // Bank: "Сумма в размере " + amount as typed + " добавлена" / " снята". The
 // confirmation carries the title of the error boxes.
-inline constexpr char bankDoneTitle[] = "Ошибка";
+inline constexpr const char* bankDoneTitle = store::texts::errorTitle;
 inline constexpr char commentTitle[] = "Комментарий";
 inline constexpr char commentPrompt[] = "Введите комментарий для суммы ";
 inline constexpr char amountPrefix[] = "Сумма в размере ";
@@ -38,7 +40,7 @@ inline constexpr char expenseDoneLine[] = "Успешно добавлен!";
 inline constexpr char lineBreak[] = "\r\n";
 
 // Purse catalogue
-inline constexpr char changesSaved[] = "Изменеия успешно внесены";
+using store::texts::changesSaved;
 inline constexpr char deletePurseTitle[] = "ВНИМАНИЕ!!! УДАЛЕНИЕ!!!";
 inline constexpr char confirmPurseDeletion[] = "Подтвердите удаление кошелька!";
 inline constexpr char purseDeleted[] = "Кошелек успешно удален";

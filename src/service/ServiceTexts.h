@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/CommonTexts.h"
+
 // Every text of the service window and its operations. Lines inside one box
 // are separated by "\r\n".
 namespace service::texts {
@@ -9,7 +11,7 @@ inline constexpr char windowTitle[] = "Velmora (сервис)";
 // Expense accounts.
 inline constexpr char selectAccountToEdit[] = "Необходимо выбрать счет для редакции";
 inline constexpr char accountNameRequired[] = "Необходимо задать наименование счета например - Питание";
-inline constexpr char changesSaved[] = "Изменеия успешно внесены";
+using store::texts::changesSaved;
 inline constexpr char selectAccountToDelete[] = "Необходимо выбрать счет для удаления";
 inline constexpr char accountDeleted[] = "Счет успешно удален";
 inline constexpr char newAccountPrompt[] = "Введите имя нового счета";
@@ -26,7 +28,7 @@ inline constexpr char passwordRemoved[] = "Пароль снят!";
 inline constexpr char passwordTooLong[] = "Пароль не может быть длиннее 255 символов!";
 
 // Currency rates.
-inline constexpr char mustBeNumber[] = "Необходимо вводить число!";
+using store::texts::mustBeNumber;
 inline constexpr char ratesUpdated[] = "Курсы валют обновлены";
 
 // Backup, restore and clearing. %1 is a file's path, %2 the cause in words.
@@ -53,7 +55,7 @@ inline constexpr char causeEmptyFile[] = "файл пуст";
 inline constexpr char causeOtherPassword[] = "файл защищён другим паролем";
 
 // Deleting operations.
-inline constexpr char invalidOperationDate[] = "Необходимо задать правильную дату операции!";
+inline constexpr const char* invalidOperationDate = store::texts::mustBeValidDate;
 inline constexpr char selectOperation[] = "Необходимо выбрать номер операции для удаления!";
 inline constexpr char confirmBankDeletion[] = "Вы действительно хотите удалить операцию по Банку?";
 inline constexpr char confirmBillDeletion[] = "Вы действительно хотите удалить операцию по Счету?";

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "store/CommonTexts.h"
+
 // Titles every window's boxes share, and the log line format.
 namespace ui::texts {
 
-inline constexpr char appTitle[] = "Velmora";
-inline constexpr char errorTitle[] = "Ошибка";
+inline constexpr const char* appTitle = store::texts::productName;
+using store::texts::errorTitle;
 inline constexpr char informationTitle[] = "Информация";
 inline constexpr char attentionTitle[] = "ВНИМАНИЕ!!!";
 
