@@ -4,7 +4,7 @@
 // LookupValue on the open store, as a handler makes it.
 #include "Frame.h"
 #include "MainWindow.h"
-#include "SampleData.h"
+#include "support/SampleFolder.h"
 
 #include "jet/Writer.h"
 #include "store/Store.h"
@@ -26,8 +26,7 @@ constexpr int kOperations = 100'000;
 class CountingDialogs : public ui::Dialogs
 {
 public:
-    ui::DialogAnswer showMessage(const QString&, const QString&, ui::DialogIcon,
-                                  ui::DialogButtons) override
+    ui::DialogAnswer showMessage(const QString&, const QString&, ui::DialogIcon, ui::DialogButtons) override
     {
         ++shown;
         return ui::DialogAnswer::Ok;
@@ -40,31 +39,9 @@ public:
     int shown = 0;
 };
 
-class SampleFolder
+const bench::SampleFolder& sampleFolder()
 {
-public:
-    SampleFolder()
-    {
-        if (!m_dir.isValid())
-            throw std::runtime_error("cannot create a temporary folder");
-        velmora::SampleOptions options;
-        options.years = 10;
-        options.opsPerMonth = kOperations / 120;
-        options.seed = 7;
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
-        jet::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
-                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
-    }
-    QString path() const { return m_dir.path(); }
-
-private:
-    QTemporaryDir m_dir;
-};
-
-const SampleFolder& sampleFolder()
-{
-    static const SampleFolder folder;
-    return folder;
+    return bench::sampleFolder(kOperations);
 }
 
 app::FrameOptions benchOptions()
@@ -78,7 +55,7 @@ app::FrameOptions benchOptions()
 
 void BM_FrameToFilledMainWindow(benchmark::State& state)
 {
-    const QString dir = sampleFolder().path();
+    const QString dir = sampleFolder().dir();
     CountingDialogs dialogs;
     for (auto _ : state) {
         auto frame = std::make_unique<app::Frame>(dir, dialogs, benchOptions());
@@ -100,7 +77,7 @@ BENCHMARK(BM_FrameToFilledMainWindow)->Unit(benchmark::kMillisecond)->MinTime(2.
 void BM_RefreshMainWindow(benchmark::State& state)
 {
     CountingDialogs dialogs;
-    app::Frame frame(sampleFolder().path(), dialogs, benchOptions());
+    app::Frame frame(sampleFolder().dir(), dialogs, benchOptions());
     frame.show();
     if (!frame.start() || !frame.mainWindow()) {
         state.SkipWithError("the main window did not open");
@@ -116,7 +93,7 @@ BENCHMARK(BM_RefreshMainWindow)->Unit(benchmark::kMillisecond);
 // The stored password as the sign-in window reads it, inside a handler's transaction.
 void BM_LookupValueOnOpenStore(benchmark::State& state)
 {
-    store::Store store(sampleFolder().path());
+    store::Store store(sampleFolder().dir());
     store::Transaction tx(store);
     for (auto _ : state)
         benchmark::DoNotOptimize(tx.lookupValue("Tech", "F1", "F0 = ?", {QStringLiteral("PW")}, 1));

@@ -2,7 +2,7 @@
 // 100,000 operations: each handler's statements and its atomic save, as one
 // click runs them. The "statements only" variants roll back instead of
 // saving, so the difference is the price of writing the file.
-#include "SampleData.h"
+#include "support/SampleFolder.h"
 
 #include "jet/Writer.h"
 #include "ledger/Bank.h"
@@ -25,44 +25,7 @@ namespace {
 
 using ledger::Outcome;
 
-// A program folder holding a sample household file, removed at exit.
-class SampleFolder
-{
-public:
-    explicit SampleFolder(int operations)
-    {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "velmora-ledger-bench-XXXXXX").string();
-        if (!::mkdtemp(pattern.data()))
-            throw std::runtime_error("mkdtemp failed");
-        m_path = pattern;
-        velmora::SampleOptions options;
-        options.years = 10;
-        options.opsPerMonth = operations / 120;
-        options.seed = 1503;
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
-        jet::writeFileAtomically(m_path / "velmora.mdb",
-                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
-    }
-    ~SampleFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    QString dir() const { return QString::fromStdString(m_path.string()); }
-
-private:
-    std::filesystem::path m_path;
-};
-
-const SampleFolder& sampleFolder(int operations)
-{
-    static std::map<int, std::unique_ptr<SampleFolder>> folders;
-    auto& folder = folders[operations];
-    if (!folder)
-        folder = std::make_unique<SampleFolder>(operations);
-    return *folder;
-}
+using bench::sampleFolder;
 
 // A store that has read its file already, as the program's store has after start-up.
 std::unique_ptr<store::Store> openedStore(const benchmark::State& state)

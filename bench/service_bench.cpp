@@ -1,7 +1,7 @@
 // The service window's operations on a household file of 100,000 operations:
 // backup, restore, listing a day's operations, deleting one and moving an
 // account's expenses. Each that writes saves the whole file atomically.
-#include "SampleData.h"
+#include "support/SampleFolder.h"
 
 #include "jet/Writer.h"
 #include "service/Backup.h"
@@ -20,40 +20,9 @@ namespace {
 
 constexpr int kOperations = 100'000;
 
-// A program folder holding the sample file, removed at exit.
-class SampleFolder
+const bench::SampleFolder& sampleFolder()
 {
-public:
-    SampleFolder()
-    {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "velmora-service-bench-XXXXXX").string();
-        if (!::mkdtemp(pattern.data()))
-            throw std::runtime_error("mkdtemp failed");
-        m_path = pattern;
-        velmora::SampleOptions options;
-        options.years = 10;
-        options.opsPerMonth = kOperations / 120;
-        options.seed = 2031;
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2025} / 6 / 30};
-        jet::writeFileAtomically(m_path / "velmora.mdb",
-                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
-    }
-    ~SampleFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    QString dir() const { return QString::fromStdString(m_path.string()); }
-
-private:
-    std::filesystem::path m_path;
-};
-
-const SampleFolder& sampleFolder()
-{
-    static const SampleFolder folder;
-    return folder;
+    return bench::sampleFolder(kOperations);
 }
 
 // Records the date, then reads, checks and writes the 100,000-operation file.

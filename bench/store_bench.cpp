@@ -1,7 +1,7 @@
 // The store on a household file of 100,000 operations: opening it (decode and
 // load into SQLite), one LookupValue, a month sum, and one small handler
 // transaction with its atomic save.
-#include "SampleData.h"
+#include "support/SampleFolder.h"
 
 #include "jet/Writer.h"
 #include "store/Store.h"
@@ -18,40 +18,9 @@ namespace {
 
 constexpr int kOperations = 100'000;
 
-// A program folder holding the sample file, removed at exit.
-class SampleFolder
+const bench::SampleFolder& sampleFolder()
 {
-public:
-    SampleFolder()
-    {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "velmora-store-bench-XXXXXX").string();
-        if (!::mkdtemp(pattern.data()))
-            throw std::runtime_error("mkdtemp failed");
-        m_path = pattern;
-        velmora::SampleOptions options;
-        options.years = 10;
-        options.opsPerMonth = kOperations / 120;
-        options.seed = 2031;
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2025} / 6 / 30};
-        jet::writeFileAtomically(m_path / "velmora.mdb",
-                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
-    }
-    ~SampleFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    QString dir() const { return QString::fromStdString(m_path.string()); }
-
-private:
-    std::filesystem::path m_path;
-};
-
-const SampleFolder& sampleFolder()
-{
-    static const SampleFolder folder;
-    return folder;
+    return bench::sampleFolder(kOperations);
 }
 
 void BM_OpenStore(benchmark::State& state)
