@@ -20,6 +20,9 @@
 #include <QRadioButton>
 #include <QTemporaryDir>
 
+#include "support/CountingDialogs.h"
+#include "support/SampleFolder.h"
+
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -29,61 +32,10 @@
 
 namespace {
 
+using bench::CountingDialogs;
+using bench::sampleStore;
+
 const QDate kToday(2026, 3, 15);
-
-// Any box would mean the benchmark measured something else; it is counted.
-class CountingDialogs : public ui::Dialogs
-{
-public:
-    ui::DialogAnswer showMessage(const QString&, const QString&, ui::DialogIcon, ui::DialogButtons) override
-    {
-        ++shown;
-        return ui::DialogAnswer::Ok;
-    }
-    std::optional<QString> askText(const QString&, const QString&, const QString&) override
-    {
-        ++shown;
-        return std::nullopt;
-    }
-    int shown = 0;
-};
-
-// A program folder with a sample file of `operations` operations and a store
-// that has read it.
-class SampleStore
-{
-public:
-    explicit SampleStore(int operations)
-    {
-        if (!m_dir.isValid())
-            throw std::runtime_error("cannot create a temporary folder");
-        velmora::SampleOptions options;
-        options.years = 10;
-        options.opsPerMonth = operations / 120;
-        options.seed = 11;
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
-        jet::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
-                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
-        m_store = std::make_unique<store::Store>(m_dir.path());
-        store::Transaction tx(*m_store);
-        if (!tx.commit())
-            throw std::runtime_error("the sample file does not open");
-    }
-    store::Store& store() { return *m_store; }
-
-private:
-    QTemporaryDir m_dir;
-    std::unique_ptr<store::Store> m_store;
-};
-
-store::Store& sampleStore(int operations)
-{
-    static std::map<int, std::unique_ptr<SampleStore>> stores;
-    auto& slot = stores[operations];
-    if (!slot)
-        slot = std::make_unique<SampleStore>(operations);
-    return slot->store();
-}
 
 template <typename T> T* child(QWidget& window, const char* name)
 {

@@ -4,6 +4,7 @@
 // LookupValue on the open store, as a handler makes it.
 #include "Frame.h"
 #include "MainWindow.h"
+#include "support/CountingDialogs.h"
 #include "support/SampleFolder.h"
 
 #include "jet/Writer.h"
@@ -20,24 +21,9 @@
 
 namespace {
 
-constexpr int kOperations = 100'000;
+using bench::CountingDialogs;
 
-// Boxes have no place in a benchmark: any box is counted and ends the run.
-class CountingDialogs : public ui::Dialogs
-{
-public:
-    ui::DialogAnswer showMessage(const QString&, const QString&, ui::DialogIcon, ui::DialogButtons) override
-    {
-        ++shown;
-        return ui::DialogAnswer::Ok;
-    }
-    std::optional<QString> askText(const QString&, const QString&, const QString&) override
-    {
-        ++shown;
-        return std::nullopt;
-    }
-    int shown = 0;
-};
+constexpr int kOperations = 100'000;
 
 const bench::SampleFolder& sampleFolder()
 {

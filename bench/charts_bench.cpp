@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include "support/SampleFolder.h"
+
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -21,39 +23,9 @@ namespace {
 
 constexpr int kOperations = 100'000;
 
-class SampleStore
-{
-public:
-    SampleStore()
-    {
-        if (!m_dir.isValid())
-            throw std::runtime_error("cannot create a temporary folder");
-        velmora::SampleOptions options;
-        options.years = 10;
-        options.opsPerMonth = kOperations / 120;
-        options.seed = 2031;
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2025} / 12 / 31};
-        jet::writeFileAtomically(QDir(m_dir.path()).filePath("velmora.mdb").toStdString(),
-                                 jet::encodeDatabase(velmora::makeSampleDatabase(options)));
-        m_store = std::make_unique<store::Store>(m_dir.path());
-        m_store->verify();
-    }
-    store::Store& store() { return *m_store; }
-
-private:
-    QTemporaryDir m_dir;
-    std::unique_ptr<store::Store> m_store;
-};
-
-SampleStore& sample()
-{
-    static SampleStore instance;
-    return instance;
-}
-
 void readCharts(benchmark::State& state, const QString& thresholdField)
 {
-    store::Store& store = sample().store();
+    store::Store& store = bench::sampleStore(kOperations);
     const auto period = analytics::Period::choose(QStringLiteral("6 - Июнь"), QStringLiteral("2025"), {});
     const auto threshold = charts::Threshold::fromField(thresholdField);
     for (auto _ : state) {

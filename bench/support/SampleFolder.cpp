@@ -2,6 +2,7 @@
 
 #include "SampleData.h"
 #include "jet/Writer.h"
+#include "store/Store.h"
 
 #include <chrono>
 #include <map>
@@ -29,6 +30,17 @@ const SampleFolder& sampleFolder(int operations)
     auto& slot = folders[operations];
     if (!slot)
         slot = std::make_unique<SampleFolder>(operations);
+    return *slot;
+}
+
+store::Store& sampleStore(int operations)
+{
+    static std::map<int, std::unique_ptr<store::Store>> stores;
+    auto& slot = stores[operations];
+    if (!slot) {
+        slot = std::make_unique<store::Store>(sampleFolder(operations).dir());
+        slot->verify();
+    }
     return *slot;
 }
 

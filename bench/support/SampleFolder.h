@@ -3,6 +3,10 @@
 #include <QString>
 #include <QTemporaryDir>
 
+namespace store {
+class Store;
+}
+
 namespace bench {
 
 // A temporary program folder holding velmora.mdb with a sample household
@@ -19,5 +23,8 @@ private:
 
 // One folder per size, made on first use.
 const SampleFolder& sampleFolder(int operations);
+
+// A store that has read the folder's file, one per size.
+store::Store& sampleStore(int operations);
 
 } // namespace bench

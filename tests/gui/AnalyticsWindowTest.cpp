@@ -24,11 +24,6 @@ using namespace velmora::test;
 
 namespace {
 
-QString utf8(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
 // 2005 with months of income and expenses; the harness's today is 15.03.2026.
 void household(DataBuilder& data)
 {

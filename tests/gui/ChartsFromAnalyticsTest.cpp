@@ -28,11 +28,6 @@ using namespace velmora::test;
 
 namespace {
 
-QString utf8(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
 // March and November 2005, and today's month (the harness's today is 15.03.2026).
 void household(DataBuilder& data)
 {

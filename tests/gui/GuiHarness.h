@@ -12,6 +12,12 @@
 
 namespace velmora::test {
 
+// The program's texts are UTF-8 constants.
+inline QString utf8(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
 // The whole program on a temporary program folder: the frame with scripted
 // boxes, a fixed "today", a short splash and a log kept in memory.
 class GuiHarness

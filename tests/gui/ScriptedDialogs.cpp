@@ -2,8 +2,8 @@
 
 namespace velmora::test {
 
-ui::DialogAnswer ScriptedDialogs::showMessage(const QString& text, const QString& title,
-                                               ui::DialogIcon icon, ui::DialogButtons buttons)
+ui::DialogAnswer ScriptedDialogs::showMessage(const QString& text, const QString& title, ui::DialogIcon icon,
+                                              ui::DialogButtons buttons)
 {
     m_shown.append({text, title, icon, buttons});
     if (buttons == ui::DialogButtons::Ok)

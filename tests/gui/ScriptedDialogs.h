@@ -32,7 +32,7 @@ class ScriptedDialogs : public ui::Dialogs
 {
 public:
     ui::DialogAnswer showMessage(const QString& text, const QString& title, ui::DialogIcon icon,
-                                  ui::DialogButtons buttons) override;
+                                 ui::DialogButtons buttons) override;
     std::optional<QString> askText(const QString& prompt, const QString& title,
                                    const QString& initial = {}) override;
 

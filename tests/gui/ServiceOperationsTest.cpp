@@ -26,11 +26,6 @@ namespace {
 
 using Fill = std::function<void(DataBuilder&)>;
 
-QString utf8(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
 // The program on a data folder, with Form2 opened by the main window's Сервис.
 struct Program
 {

@@ -24,11 +24,6 @@ namespace texts = service::texts;
 
 namespace {
 
-QString utf8(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
 // Form2 of a running harness, reached through the main window's Сервис.
 struct Form2
 {
