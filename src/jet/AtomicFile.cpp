@@ -15,6 +15,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kTemporaryMarker = ".tmp-";
+constexpr int kMaxLinkHops = 40; // as the kernel counts
 
 std::string temporaryName(const fs::path& target, unsigned attempt)
 {
@@ -123,20 +124,37 @@ const FileOps& systemFileOps()
     return ops;
 }
 
+fs::path followLinks(const fs::path& path)
+{
+    fs::path current = path;
+    for (int hops = 0; hops < kMaxLinkHops; ++hops) {
+        std::error_code error;
+        if (!fs::is_symlink(fs::symlink_status(current, error)))
+            return current;
+        const fs::path target = fs::read_symlink(current, error);
+        if (error)
+            throw WriteError(path, "read link", error.value());
+        current = target.is_absolute() ? target : current.parent_path() / target;
+    }
+    throw WriteError(path, "follow links", ELOOP);
+}
+
 void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, const FileOps& ops)
 {
+    // The file a link points at is replaced, beside itself; the link stays.
+    const fs::path target = followLinks(path);
     std::string name;
-    const int fd = createTemporary(path, ops, name);
+    const int fd = createTemporary(target, ops, name);
     if (fd < 0)
-        throw WriteError(path, "create temporary file", errno);
-    copyPermissions(path, fd);
-    writeTemporary(path, name, fd, bytes, ops);
-    if (ops.rename(name.c_str(), path.c_str()) != 0) {
+        throw WriteError(target, "create temporary file", errno);
+    copyPermissions(target, fd);
+    writeTemporary(target, name, fd, bytes, ops);
+    if (ops.rename(name.c_str(), target.c_str()) != 0) {
         const int savedErrno = errno;
         ops.unlink(name.c_str());
-        throw WriteError(path, "rename", savedErrno);
+        throw WriteError(target, "rename", savedErrno);
     }
-    syncFolder(path, ops);
+    syncFolder(target, ops);
 }
 
 void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes)

@@ -42,9 +42,16 @@ private:
 // writeFileAtomically with the given system calls. Throws WriteError; before
 // the rename the target is untouched and the temporary file removed. A failed
 // fsync of the folder after the rename is reported too, although the new
-// contents are then already in place.
+// contents are then already in place. When `path` is a symbolic link, the
+// file it points at is replaced (temporary file in that file's folder) and
+// the link stays as it is.
 void writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                          const FileOps& ops);
+
+// The path a chain of symbolic links ends at (`path` itself when it is no
+// link), whether that file exists or not. Throws WriteError (ELOOP) for a
+// chain that loops.
+std::filesystem::path followLinks(const std::filesystem::path& path);
 
 // True when `candidate` is a temporary file that an atomic write of `target`
 // creates (left behind only when a process dies mid-write).

@@ -26,7 +26,7 @@ TableDefinition catalogColumns(const PageSource& pages)
                 found = true;
             }
         if (!found)
-            PageSource::damaged("the catalog has no column " + toUtf8(name));
+            PageSource::damaged(Reason::Catalog, "the catalog has no column " + toUtf8(name));
     }
     def.columns = std::move(wanted);
     return def;
@@ -38,25 +38,40 @@ template <typename T> T valueOr(const Value& v, T fallback)
     return p ? *p : fallback;
 }
 
+CatalogEntry entryOf(const Row& row)
+{
+    CatalogEntry e;
+    e.definitionPage = static_cast<std::uint32_t>(valueOr<std::int32_t>(row[0], 0)) & 0x00FFFFFF;
+    e.name = valueOr<std::u16string>(row[1], u"");
+    e.system = (static_cast<std::uint32_t>(valueOr<std::int32_t>(row[3], 0)) & kSystemFlags) != 0;
+    return e;
+}
+
 } // namespace
 
 std::vector<CatalogEntry> readCatalog(const PageSource& pages)
 {
-    const TableDefinition def = catalogColumns(pages);
-    const RowDecoder decoder(pages, def);
-    std::vector<CatalogEntry> entries;
-    forEachStoredRow(
-        pages, kCatalogPage, readUsageMap(pages, def.ownedMap), [&](std::span<const std::uint8_t> bytes) {
-            const Row row = decoder.decode(bytes);
-            if ((valueOr<std::int32_t>(row[2], 0) & 0x7F) != kTableType)
-                return;
-            CatalogEntry e;
-            e.definitionPage = static_cast<std::uint32_t>(valueOr<std::int32_t>(row[0], 0)) & 0x00FFFFFF;
-            e.name = valueOr<std::u16string>(row[1], u"");
-            e.system = (static_cast<std::uint32_t>(valueOr<std::int32_t>(row[3], 0)) & kSystemFlags) != 0;
-            entries.push_back(std::move(e));
-        });
-    return entries;
+    try {
+        const TableDefinition def = catalogColumns(pages);
+        const RowDecoder decoder(pages, def);
+        std::vector<CatalogEntry> entries;
+        std::size_t rows = 0;
+        forEachStoredRow(pages, kCatalogPage, readUsageMap(pages, def.ownedMap),
+                         [&](std::span<const std::uint8_t> bytes) {
+                             ++rows;
+                             const Row row = decoder.decode(bytes);
+                             if ((valueOr<std::int32_t>(row[2], 0) & 0x7F) == kTableType)
+                                 entries.push_back(entryOf(row));
+                         });
+        if (rows != def.rowCount)
+            PageSource::damaged(Reason::RowCount,
+                                std::to_string(rows) + " catalog rows found of the " +
+                                    std::to_string(def.rowCount) + " its definition states",
+                                rows, def.rowCount);
+        return entries;
+    } catch (const Error& e) {
+        throw e.inTable(u"MSysObjects");
+    }
 }
 
 } // namespace jet

@@ -20,7 +20,9 @@ struct CatalogEntry
 std::vector<CatalogEntry> readCatalog(const PageSource& pages);
 
 // Calls `visit` with every live row of the table whose data pages the owned
-// map lists, in the order the rows lie on the pages.
+// map lists, in the order the rows lie on the pages. A listed page that is
+// not a data page of this table is damage. (The other way round is not: files
+// made elsewhere keep old data pages of a table that its map no longer lists.)
 template <typename Visit>
 void forEachStoredRow(const PageSource& pages, std::uint32_t definitionPage,
                       const std::vector<std::uint32_t>& owned, Visit&& visit);
@@ -37,9 +39,11 @@ void forEachStoredRow(const PageSource& pages, std::uint32_t definitionPage,
 {
     for (const std::uint32_t number : owned) {
         const auto page = pages.page(number);
-        // A listed page of another owner is skipped, as the other readers do.
         if (page[0] != 0x01 || le::u32(&page[4]) != definitionPage)
-            continue;
+            PageSource::damaged(Reason::ForeignPage,
+                                "a table lists page " + std::to_string(number) +
+                                    ", which is not one of its data pages",
+                                number);
         const int count = pages.rowCount(page);
         for (int i = 0; i < count; ++i) {
             const RowSlot slot = pages.row(page, i);

@@ -40,9 +40,9 @@ std::array<std::uint8_t, 4> passwordMask(double creationDate)
     return mask;
 }
 
-[[noreturn]] void notAJetFile(const std::string& why)
+[[noreturn]] void notAJetFile(const std::string& why, Reason reason = Reason::NotJetFile)
 {
-    throw Error(ErrorCode::DamagedFile, "Unrecognized database format: " + why);
+    throw Error(ErrorCode::DamagedFile, "Unrecognized database format: " + why, reason);
 }
 
 } // namespace
@@ -50,7 +50,8 @@ std::array<std::uint8_t, 4> passwordMask(double creationDate)
 Header decodeHeader(std::span<const std::uint8_t> file)
 {
     if (file.size() < 0x100)
-        notAJetFile(file.empty() ? "the file is empty" : "the file is too short for a database header");
+        notAJetFile(file.empty() ? "the file is empty" : "the file is too short for a database header",
+                    file.empty() ? Reason::EmptyFile : Reason::NotJetFile);
     if (file[0] != 0x00 || std::memcmp(file.data() + 4, kSignature, sizeof kSignature - 1) != 0)
         notAJetFile("the file does not start with a Jet database header");
 
@@ -99,13 +100,15 @@ Header decodeHeader(std::span<const std::uint8_t> file)
 std::vector<std::uint8_t> encodeJet4Header(std::u16string_view password, double creationDate)
 {
     if (password.size() > kJet4PasswordBytes / 2)
-        throw Error(ErrorCode::CannotWrite, "a database password has at most 20 characters");
+        throw Error(ErrorCode::CannotWrite, "a database password has at most 20 characters",
+                    Reason::ValueDoesNotFit);
     std::vector<std::uint8_t> page(kJet4PageSize, 0);
     page[1] = 0x01;
     std::memcpy(&page[4], kSignature, sizeof kSignature); // with its terminating zero
     le::put32(&page[0x14], 1);
 
-    static const std::uint8_t constant[24] = {0, 1, 0, 0, 1, 1, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0};
+    static const std::uint8_t constant[24] = {0, 1, 0, 0, 1, 1, 0, 0, 2, 0, 0, 0,
+                                              3, 0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0};
     std::memcpy(&page[0x18], constant, sizeof constant);
     le::put16(&page[0x3C], 1252);
     le::put32(&page[0x3E], 0); // pages are not encoded

@@ -15,7 +15,8 @@ std::uint32_t PageBuffer::append()
 {
     const std::uint32_t number = pageCount();
     if (number >= kMaxPages)
-        throw Error(ErrorCode::CannotWrite, "The data does not fit into a database file of 2 GB.");
+        throw Error(ErrorCode::CannotWrite, "The data does not fit into a database file of 2 GB.",
+                    Reason::FileTooLarge);
     m_bytes.resize(m_bytes.size() + kPageSize);
     return number;
 }

@@ -29,16 +29,17 @@ PageSource::PageSource(std::span<const std::uint8_t> file, const Header& header)
     }
 }
 
-void PageSource::damaged(const std::string& what)
+void PageSource::damaged(Reason reason, const std::string& what, std::uint64_t found, std::uint64_t stated)
 {
-    throw Error(ErrorCode::DamagedFile, "Damaged database: " + what);
+    Error error(ErrorCode::DamagedFile, "Damaged database: " + what, reason);
+    throw error.counts(found, stated);
 }
 
 std::span<const std::uint8_t> PageSource::page(std::uint32_t number) const
 {
     if (number >= m_pageCount)
-        damaged("page " + std::to_string(number) + " lies beyond the end of the file (" +
-                std::to_string(m_pageCount) + " pages)");
+        damaged(Reason::CutShort, "page " + std::to_string(number) + " lies beyond the end of the file (" +
+                                      std::to_string(m_pageCount) + " pages)");
     return m_file.subspan(std::size_t(number) * m_layout.pageSize, m_layout.pageSize);
 }
 
@@ -46,17 +47,17 @@ int PageSource::rowCount(std::span<const std::uint8_t> dataPage) const
 {
     const int count = le::u16(&dataPage[m_layout.dataRowCount]);
     if (m_layout.dataRowTable + 2 * std::size_t(count) > dataPage.size())
-        damaged("a data page lists more rows than it can hold");
+        damaged(Reason::Page, "a data page lists more rows than it can hold");
     return count;
 }
 
 RowSlot PageSource::row(std::span<const std::uint8_t> dataPage, int index) const
 {
     if (dataPage[0] != 0x01)
-        damaged("a row is looked for on a page that is not a data page");
+        damaged(Reason::Page, "a row is looked for on a page that is not a data page");
     const int count = rowCount(dataPage);
     if (index < 0 || index >= count)
-        damaged("row " + std::to_string(index) + " does not exist on its page");
+        damaged(Reason::Page, "row " + std::to_string(index) + " does not exist on its page");
     const std::uint16_t entry = le::u16(&dataPage[m_layout.dataRowTable + 2 * std::size_t(index)]);
     const std::size_t start = entry & kOffsetMask;
     const std::size_t end =
@@ -67,7 +68,7 @@ RowSlot PageSource::row(std::span<const std::uint8_t> dataPage, int index) const
     if (slot.isDeleted() && (start >= end || end > dataPage.size()))
         return slot; // deleted rows may have no bytes at all
     if (start < m_layout.dataRowTable + 2 * std::size_t(count) || start > end || end > dataPage.size())
-        damaged("row " + std::to_string(index) + " of a data page has impossible bounds");
+        damaged(Reason::Page, "row " + std::to_string(index) + " of a data page has impossible bounds");
     slot.bytes = dataPage.subspan(start, end - start);
     return slot;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Error.h"
 #include "Header.h"
 #include "Layout.h"
 
@@ -38,7 +39,9 @@ public:
     // The row a row pointer (page << 8 | row) addresses.
     RowSlot rowAt(std::uint32_t rowPointer) const;
 
-    [[noreturn]] static void damaged(const std::string& what);
+    // Throws Error(DamagedFile) for `reason`; `found` and `stated` as Error::counts.
+    [[noreturn]] static void damaged(Reason reason, const std::string& what, std::uint64_t found = 0,
+                                     std::uint64_t stated = 0);
 
 private:
     const Layout& m_layout;

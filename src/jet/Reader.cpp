@@ -3,13 +3,13 @@
 #include "Catalog.h"
 #include "Error.h"
 #include "Header.h"
+#include "RegularFile.h"
 #include "RowDecoder.h"
 #include "Unicode.h"
 #include "UsageMap.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <unordered_set>
 
 namespace jet {
 
@@ -21,9 +21,8 @@ void checkPassword(const Header& header, std::u16string_view password)
         throw Error(ErrorCode::NotAValidPassword, "Not a valid password.");
 }
 
-void visitTable(const PageSource& pages, const CatalogEntry& entry, DatabaseVisitor& visitor)
+Table tableOf(const PageSource& pages, const CatalogEntry& entry, const TableDefinition& def)
 {
-    const TableDefinition def = readTableDefinition(pages, entry.definitionPage);
     Table table;
     table.name = entry.name;
     table.lastAutoNumber = def.lastAutoNumber;
@@ -34,15 +33,79 @@ void visitTable(const PageSource& pages, const CatalogEntry& entry, DatabaseVisi
         if (pages.layout().version == Version::Jet3 && c.column.type == ColumnType::Text)
             table.columns.back().length = static_cast<std::uint16_t>(std::min(2 * c.column.length, 510));
     }
-    const std::vector<std::uint32_t> owned = readUsageMap(pages, def.ownedMap);
-    // The stored row count is only a hint; a damaged one must not reserve gigabytes.
-    visitor.beginTable(table, std::min<std::size_t>(def.rowCount, owned.size() * 255));
-    const RowDecoder decoder(pages, def);
-    forEachStoredRow(pages, def.page, owned, [&](std::span<const std::uint8_t> bytes) {
-        Row row = decoder.decode(bytes);
-        visitor.row(row);
-    });
-    visitor.endTable();
+    return table;
+}
+
+// Hands the table and its rows to the visitor and checks what the file states
+// about them. Returns the damage found, naming the table; throws it unless
+// `salvage`, which keeps the rows read before the damage.
+std::optional<Error> visitTable(const PageSource& pages, const CatalogEntry& entry,
+                                std::vector<bool>& claimedLongValueRows, DatabaseVisitor& visitor,
+                                bool salvage)
+{
+    bool begun = false;
+    try {
+        const TableDefinition def = readTableDefinition(pages, entry.definitionPage);
+        const std::vector<std::uint32_t> owned = readUsageMap(pages, def.ownedMap);
+        // The stored row count is only a hint here; a damaged one must not reserve gigabytes.
+        visitor.beginTable(tableOf(pages, entry, def),
+                           std::min<std::size_t>(def.rowCount, owned.size() * 255));
+        begun = true;
+        const RowDecoder decoder(pages, def, &claimedLongValueRows);
+        std::size_t found = 0;
+        forEachStoredRow(pages, def.page, owned, [&](std::span<const std::uint8_t> bytes) {
+            Row row = decoder.decode(bytes);
+            visitor.row(row);
+            ++found;
+        });
+        if (found != def.rowCount)
+            PageSource::damaged(Reason::RowCount,
+                                std::to_string(found) + " rows found of the " + std::to_string(def.rowCount) +
+                                    " its definition states",
+                                found, def.rowCount);
+        visitor.endTable();
+        return std::nullopt;
+    } catch (const Error& e) {
+        const Error named = e.inTable(entry.name);
+        if (!salvage)
+            throw named;
+        if (begun)
+            visitor.endTable();
+        return named;
+    }
+}
+
+void visitFile(std::span<const std::uint8_t> file, std::u16string_view password, DatabaseVisitor& visitor,
+               std::optional<Error>* damage)
+{
+    const Header header = decodeHeader(file);
+    checkPassword(header, password);
+    const PageSource pages(file, header);
+
+    Database db;
+    db.version = header.version;
+    db.password = header.password;
+    db.creationDate = header.creationDate;
+    db.codePage = header.codePage;
+    visitor.database(db);
+    std::vector<bool> claimedLongValueRows(std::size_t(pages.pageCount()) * 256);
+    std::unordered_set<std::uint32_t> definitions;
+    for (const CatalogEntry& entry : readCatalog(pages)) {
+        if (entry.system)
+            continue;
+        std::optional<Error> found;
+        if (!definitions.insert(entry.definitionPage).second) {
+            Error twice(ErrorCode::DamagedFile, "Damaged database: two tables share one definition",
+                        Reason::DuplicateTable);
+            found = twice.inTable(entry.name);
+            if (!damage)
+                throw *found;
+        } else {
+            found = visitTable(pages, entry, claimedLongValueRows, visitor, damage != nullptr);
+        }
+        if (found && damage && !*damage)
+            *damage = found;
+    }
 }
 
 // Keeps everything it is given: readDatabase.
@@ -61,50 +124,32 @@ public:
     Database db;
 };
 
-std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        throw Error(ErrorCode::FileNotFound, "Could not find file '" + path.string() + "'.");
-    return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {});
-}
-
 } // namespace
 
 void visitDatabase(std::span<const std::uint8_t> file, std::u16string_view password, DatabaseVisitor& visitor)
 {
-    const Header header = decodeHeader(file);
-    checkPassword(header, password);
-    const PageSource pages(file, header);
-
-    Database db;
-    db.version = header.version;
-    db.password = header.password;
-    db.creationDate = header.creationDate;
-    db.codePage = header.codePage;
-    visitor.database(db);
-    for (const CatalogEntry& entry : readCatalog(pages)) {
-        if (entry.system)
-            continue;
-        try {
-            visitTable(pages, entry, visitor);
-        } catch (const Error& e) {
-            throw Error(e.code(), std::string(e.what()) + " (table " + toUtf8(entry.name) + ")");
-        }
-    }
+    visitFile(file, password, visitor, nullptr);
 }
 
 Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view password)
 {
     Collector collector;
-    visitDatabase(file, password, collector);
+    visitFile(file, password, collector, nullptr);
+    return std::move(collector.db);
+}
+
+Database salvageDatabase(std::span<const std::uint8_t> file, std::u16string_view password,
+                         std::optional<Error>& damage)
+{
+    damage.reset();
+    Collector collector;
+    visitFile(file, password, collector, &damage);
     return std::move(collector.db);
 }
 
 Database readFile(const std::filesystem::path& path, std::u16string_view password)
 {
-    const std::vector<std::uint8_t> bytes = readWholeFile(path);
-    return readDatabase(bytes, password);
+    return readDatabase(readRegularFile(path).bytes, password);
 }
 
 std::vector<std::u16string> tableNames(std::span<const std::uint8_t> file, std::u16string_view password)

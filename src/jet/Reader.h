@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Database.h"
+#include "Error.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -15,7 +17,20 @@ namespace jet {
 // password opens only with exactly that password; a file without one opens
 // with any. Throws jet::Error (NotAValidPassword, DamagedFile) and never reads
 // outside the buffer.
+//
+// What the file states is checked against what is found: each table must hold
+// as many rows as its definition says, list only its own data pages, and each
+// long value must have exactly its stated length in rows that no other value
+// or earlier link of its chain uses. A mismatch is DamagedFile, naming the table.
 Database readDatabase(std::span<const std::uint8_t> file, std::u16string_view password);
+
+// Decodes what can be decoded of a damaged file: a table found damaged keeps
+// the rows read before the damage (a wrong row count keeps them all), a table
+// whose definition is unreadable is left out, and decoding goes on with the
+// next table. `damage` receives the first damage found, or nothing. A wrong
+// password and damage to the header or the list of tables still throw.
+Database salvageDatabase(std::span<const std::uint8_t> file, std::u16string_view password,
+                         std::optional<Error>& damage);
 
 // Receives a file's contents as visitDatabase decodes them.
 class DatabaseVisitor
@@ -38,7 +53,8 @@ public:
 void visitDatabase(std::span<const std::uint8_t> file, std::u16string_view password,
                    DatabaseVisitor& visitor);
 
-// Reads the file from disk and decodes it (FileNotFound when it is missing).
+// Reads the file from disk (ReadError when it cannot: missing, not a regular
+// file) and decodes it.
 Database readFile(const std::filesystem::path& path, std::u16string_view password);
 
 // The user-table names only, without decoding rows.

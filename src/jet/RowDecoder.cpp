@@ -26,13 +26,19 @@ namespace {
 
 void rowDamaged(const std::string& what)
 {
-    PageSource::damaged("a row " + what);
+    PageSource::damaged(Reason::Row, "a row " + what);
+}
+
+void longValueDamaged(const std::string& what)
+{
+    PageSource::damaged(Reason::LongValue, "a long value " + what);
 }
 
 } // namespace
 
-RowDecoder::RowDecoder(const PageSource& pages, const TableDefinition& definition)
-    : m_pages(pages), m_definition(definition)
+RowDecoder::RowDecoder(const PageSource& pages, const TableDefinition& definition,
+                       std::vector<bool>* claimedLongValueRows)
+    : m_pages(pages), m_definition(definition), m_claimed(claimedLongValueRows)
 {
     m_hasVariableArea =
         definition.varColumnCount > 0 || std::any_of(definition.columns.begin(), definition.columns.end(),
@@ -182,27 +188,45 @@ Bytes RowDecoder::longValue(std::span<const std::uint8_t> header) const
             rowDamaged("has an inline long value longer than the row");
         return Bytes(header.begin() + 12, header.begin() + 12 + length);
     }
+    if (length > std::size_t(m_pages.pageCount()) * m_pages.layout().pageSize)
+        longValueDamaged("is longer than the whole file");
     std::uint32_t pointer = le::u32(&header[4]);
     if (kind == 0x40) {
-        const auto data = m_pages.rowAt(pointer).bytes;
-        if (length > data.size())
-            rowDamaged("has a long value longer than its storage row");
-        return Bytes(data.begin(), data.begin() + length);
+        const auto data = claim(pointer);
+        if (length != data.size())
+            longValueDamaged("states " + std::to_string(length) + " bytes, its row holds " +
+                             std::to_string(data.size()));
+        return Bytes(data.begin(), data.end());
     }
     Bytes out;
-    out.reserve(std::min<std::size_t>(length, std::size_t(m_pages.pageCount()) * m_pages.layout().pageSize));
-    std::size_t hops = 0;
+    out.reserve(length);
     while (out.size() < length) {
-        if (pointer == 0 || ++hops > std::size_t(m_pages.pageCount()) * 256)
-            rowDamaged("has a long-value chain that ends early or loops");
-        const auto chunk = m_pages.rowAt(pointer).bytes;
+        if (pointer == 0)
+            longValueDamaged("chain ends before its " + std::to_string(length) + " bytes");
+        const auto chunk = claim(pointer);
         if (chunk.size() < 4)
-            rowDamaged("has a long-value chain row without a pointer");
+            longValueDamaged("chain has a row without a pointer");
         pointer = le::u32(chunk.data());
         const std::size_t take = std::min(chunk.size() - 4, length - out.size());
         out.insert(out.end(), chunk.begin() + 4, chunk.begin() + 4 + take);
+        if (out.size() == length && (pointer != 0 || take != chunk.size() - 4))
+            longValueDamaged("chain goes on after its " + std::to_string(length) + " bytes");
     }
     return out;
+}
+
+std::span<const std::uint8_t> RowDecoder::claim(std::uint32_t pointer) const
+{
+    const auto bytes = m_pages.rowAt(pointer).bytes;
+    if (m_claimed) {
+        if (m_claimed->size() < std::size_t(m_pages.pageCount()) * 256)
+            m_claimed->resize(std::size_t(m_pages.pageCount()) * 256);
+        if ((*m_claimed)[pointer])
+            PageSource::damaged(Reason::LongValueReused,
+                                "a long-value row is met twice: a chain loops or two values share it");
+        (*m_claimed)[pointer] = true;
+    }
+    return bytes;
 }
 
 } // namespace jet

@@ -11,6 +11,7 @@ namespace jet {
 namespace {
 
 constexpr std::size_t kContinuationHeader = 8;
+constexpr std::size_t kMaxColumns = 255;
 
 // The definition as one buffer: the first page whole, then the bytes after
 // the header of each continuation page.
@@ -20,10 +21,12 @@ std::vector<std::uint8_t> collectDefinition(const PageSource& pages, std::uint32
     std::unordered_set<std::uint32_t> seen;
     for (std::uint32_t number = first; number != 0;) {
         if (!seen.insert(number).second)
-            PageSource::damaged("the definition chain of table page " + std::to_string(first) + " loops");
+            PageSource::damaged(Reason::Definition,
+                                "the definition chain of table page " + std::to_string(first) + " loops");
         const auto page = pages.page(number);
         if (page[0] != 0x02)
-            PageSource::damaged("page " + std::to_string(number) + " is not a table definition page");
+            PageSource::damaged(Reason::Definition,
+                                "page " + std::to_string(number) + " is not a table definition page");
         const auto body = buffer.empty() ? page : page.subspan(kContinuationHeader);
         buffer.insert(buffer.end(), body.begin(), body.end());
         number = le::u32(&page[4]);
@@ -38,7 +41,7 @@ public:
     const std::uint8_t* take(std::size_t n)
     {
         if (m_at + n > m_buffer.size())
-            PageSource::damaged("a table definition ends too early");
+            PageSource::damaged(Reason::Definition, "a table definition ends too early");
         const std::uint8_t* p = m_buffer.data() + m_at;
         m_at += n;
         return p;
@@ -78,6 +81,17 @@ std::u16string readName(Cursor& cursor, const PageSource& pages)
     return decodeCodePage(std::string_view(p, bytes), pages.header().codePage);
 }
 
+// In col_num order; two columns with one number would share a null-mask bit.
+void sortByNumber(std::vector<StoredColumn>& columns)
+{
+    std::stable_sort(columns.begin(), columns.end(),
+                     [](const StoredColumn& a, const StoredColumn& b) { return a.number < b.number; });
+    for (std::size_t i = 1; i < columns.size(); ++i)
+        if (columns[i].number == columns[i - 1].number)
+            PageSource::damaged(Reason::Definition, "two columns of a table definition share number " +
+                                                        std::to_string(columns[i].number));
+}
+
 } // namespace
 
 TableDefinition readTableDefinition(const PageSource& pages, std::uint32_t page)
@@ -85,7 +99,7 @@ TableDefinition readTableDefinition(const PageSource& pages, std::uint32_t page)
     const Layout& l = pages.layout();
     const std::vector<std::uint8_t> def = collectDefinition(pages, page);
     if (def.size() < l.tdefFixedEnd)
-        PageSource::damaged("a table definition is too short");
+        PageSource::damaged(Reason::Definition, "a table definition is too short");
 
     TableDefinition t;
     t.page = page;
@@ -97,7 +111,12 @@ TableDefinition readTableDefinition(const PageSource& pages, std::uint32_t page)
     const std::size_t realIndexes = le::u32(&def[l.tdefRealIndexCount]);
     t.ownedMap = le::u32(&def[l.tdefOwnedMap]);
     if (realIndexes > 1000)
-        PageSource::damaged("a table definition claims " + std::to_string(realIndexes) + " indexes");
+        PageSource::damaged(Reason::Definition,
+                            "a table definition claims " + std::to_string(realIndexes) + " indexes");
+    // Jet tables have at most 255 columns; every value of a row costs memory.
+    if (columnCount > kMaxColumns)
+        PageSource::damaged(Reason::Definition,
+                            "a table definition claims " + std::to_string(columnCount) + " columns");
 
     Cursor cursor(def, l.tdefFixedEnd + realIndexes * l.realIndexEntry);
     t.columns.reserve(columnCount);
@@ -105,8 +124,7 @@ TableDefinition readTableDefinition(const PageSource& pages, std::uint32_t page)
         t.columns.push_back(readDescriptor(l, cursor.take(l.columnDescriptor)));
     for (StoredColumn& c : t.columns)
         c.column.name = readName(cursor, pages);
-    std::stable_sort(t.columns.begin(), t.columns.end(),
-                     [](const StoredColumn& a, const StoredColumn& b) { return a.number < b.number; });
+    sortByNumber(t.columns);
     int fixedOrdinal = 0;
     for (StoredColumn& c : t.columns)
         if (c.fixed())

@@ -17,9 +17,10 @@ void addSetBits(std::span<const std::uint8_t> bitmap, std::uint64_t firstPage, s
                 continue;
             const std::uint64_t page = firstPage + byte * 8 + bit;
             if (page >= pageCount)
-                PageSource::damaged("a table lists page " + std::to_string(page) +
-                                    ", beyond the end of the file (" + std::to_string(pageCount) +
-                                    " pages): the file is cut short");
+                PageSource::damaged(Reason::CutShort, "a table lists page " + std::to_string(page) +
+                                                          ", beyond the end of the file (" +
+                                                          std::to_string(pageCount) +
+                                                          " pages): the file is cut short");
             out.push_back(static_cast<std::uint32_t>(page));
         }
     }
@@ -32,7 +33,7 @@ std::vector<std::uint32_t> readUsageMap(const PageSource& pages, std::uint32_t r
     const RowSlot slot = pages.rowAt(rowPointer);
     const auto map = slot.bytes;
     if (map.size() < 5)
-        PageSource::damaged("a usage map row is too short");
+        PageSource::damaged(Reason::UsageMap, "a usage map row is too short");
     std::vector<std::uint32_t> result;
     if (map[0] == 0x00) {
         addSetBits(map.subspan(5), le::u32(&map[1]), pages.pageCount(), result);
@@ -45,12 +46,13 @@ std::vector<std::uint32_t> readUsageMap(const PageSource& pages, std::uint32_t r
                 continue;
             const auto page = pages.page(bitmapPage);
             if (page[0] != 0x05)
-                PageSource::damaged("a usage map points at page " + std::to_string(bitmapPage) +
-                                    ", which is not a bitmap page");
+                PageSource::damaged(Reason::UsageMap, "a usage map points at page " +
+                                                          std::to_string(bitmapPage) +
+                                                          ", which is not a bitmap page");
             addSetBits(page.subspan(4), slotIndex * pagesPerBitmap, pages.pageCount(), result);
         }
     } else {
-        PageSource::damaged("unknown usage map type " + std::to_string(map[0]));
+        PageSource::damaged(Reason::UsageMap, "unknown usage map type " + std::to_string(map[0]));
     }
     return result;
 }

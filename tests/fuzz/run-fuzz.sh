@@ -15,4 +15,7 @@ else
     echo "reference files not found at $fixtures: seeding with our own files only"
 fi
 cd "$work"
-"$fuzzer" -runs="$runs" -max_len=400000 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 corpus
+# No input may take a second or allocate more than a small multiple of its
+# size: the target checks what it decoded, libFuzzer the time and each allocation.
+"$fuzzer" -runs="$runs" -max_len=400000 -timeout=1 -rss_limit_mb=1024 -malloc_limit_mb=64 \
+    -print_final_stats=1 corpus

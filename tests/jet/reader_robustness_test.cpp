@@ -1,5 +1,6 @@
 // Damaged input never crashes or hangs the reader: it decodes or raises a
 // jet::Error that says what is wrong.
+#include "support/DamagedFile.h"
 #include "support/Fixtures.h"
 
 #include "jet/Error.h"
@@ -24,8 +25,15 @@ std::vector<std::uint8_t> ownFile()
         bank.rows.push_back({std::int32_t{i}, jet::DateTime{45000.0 + i}, jet::Currency{i * 12345},
                              std::u16string(u"Зарплата за месяц ") + char16_t(u'0' + i % 10)});
     bank.lastAutoNumber = 300;
+    jet::Table notes;
+    notes.name = u"Notes";
+    notes.columns = {jet::Column::ofType(u"Text", jet::ColumnType::Memo)};
+    notes.rows = {{std::u16string(5000, u'ж')}, {std::u16string(u"short")}};
+    db.tables.push_back(notes);
     return jet::encodeDatabase(db);
 }
+
+constexpr std::uint32_t kLongNote = 10000; // bytes of the 5000-letter note
 
 // Returns the error text, or "" when the input decoded.
 std::string outcome(std::span<const std::uint8_t> bytes)
@@ -71,6 +79,56 @@ TEST(ReaderRobustness, EmptyShortAndForeignFilesAreRefusedClearly)
             EXPECT_EQ(e.code(), jet::ErrorCode::DamagedFile);
             EXPECT_NE(std::string(e.what()).find(c.says), std::string::npos) << e.what();
         }
+    }
+}
+
+// What the file states is checked against what is found, and a mismatch names
+// the table; salvaging keeps every other table and what could be read of this one.
+TEST(ReaderRobustness, MismatchesBetweenWhatTheFileStatesAndHoldsAreDamage)
+{
+    using namespace testsupport;
+    using Patch = void (*)(std::vector<std::uint8_t>&);
+    struct Case
+    {
+        const char* name;
+        Patch patch;
+        jet::Reason reason;
+        const char16_t* table;
+        std::size_t rowsKept;
+    };
+    const Case cases[] = {
+        {"pages hidden", [](auto& f) { hidePagesOf(f, u"Bank"); }, jet::Reason::RowCount, u"Bank", 0},
+        {"pages of others listed", [](auto& f) { shiftPagesOf(f, u"Bank"); }, jet::Reason::ForeignPage,
+         u"Bank", 0},
+        {"chain loops", [](auto& f) { loopLongValue(f, kLongNote); }, jet::Reason::LongValueReused, u"Notes",
+         0},
+        {"longer than its chain", [](auto& f) { restateLongValue(f, kLongNote, kLongNote + 2); },
+         jet::Reason::LongValue, u"Notes", 0},
+        {"shorter than its chain", [](auto& f) { restateLongValue(f, kLongNote, kLongNote - 2); },
+         jet::Reason::LongValue, u"Notes", 0},
+        {"longer than the file", [](auto& f) { restateLongValue(f, kLongNote, 0x3FFFFFFF); },
+         jet::Reason::LongValue, u"Notes", 0},
+    };
+    const auto sound = ownFile();
+    const jet::Database expected = jet::readDatabase(sound, store::kFilePassword);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto file = sound;
+        c.patch(file);
+        try {
+            jet::readDatabase(file, store::kFilePassword);
+            ADD_FAILURE() << "decoded";
+        } catch (const jet::Error& e) {
+            EXPECT_EQ(e.reason(), c.reason) << e.what();
+            EXPECT_TRUE(e.table() == c.table);
+        }
+        std::optional<jet::Error> damage;
+        const jet::Database salvaged = jet::salvageDatabase(file, store::kFilePassword, damage);
+        ASSERT_TRUE(damage && damage->reason() == c.reason && damage->table() == c.table);
+        ASSERT_EQ(salvaged.tables.size(), expected.tables.size());
+        for (std::size_t t = 0; t < expected.tables.size(); ++t)
+            EXPECT_EQ(salvaged.tables[t].rows.size(),
+                      expected.tables[t].name == c.table ? c.rowsKept : expected.tables[t].rows.size());
     }
 }
 
