@@ -3,14 +3,15 @@
 #include "DataFileCheck.h"
 #include "ServiceTexts.h"
 #include "jet/AtomicFile.h"
+#include "jet/RegularFile.h"
 #include "jet/Writer.h"
 #include "store/Dates.h"
+#include "store/FailureCause.h"
 #include "store/Schema.h"
 #include "store/Transaction.h"
 #include "store/WholeFile.h"
 
 #include <cerrno>
-#include <system_error>
 
 namespace service {
 
@@ -22,13 +23,6 @@ namespace {
 Backup::Outcome failure(const QString& message)
 {
     return Backup::Outcome{false, message, {}};
-}
-
-QString describe(const std::exception& e)
-{
-    if (const auto* write = dynamic_cast<const jet::WriteError*>(&e))
-        return StoreError::describeErrno(write->errorNumber());
-    return QString::fromStdString(e.what());
 }
 
 const QString kBackupCriteria = QStringLiteral("F0 = 'BACKUP'");
@@ -81,7 +75,8 @@ Backup::Outcome Backup::copyToBackup()
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
-        return failure(QString::fromUtf8(texts::backupNotWritten).arg(backupPath(), describe(e)));
+        return failure(
+            QString::fromUtf8(texts::backupNotWritten).arg(backupPath(), store::describeFailure(e)));
     }
     return Outcome{true, {}, {}};
 }
@@ -97,12 +92,11 @@ Backup::Outcome Backup::restore()
 {
     std::vector<std::uint8_t> bytes;
     try {
-        bytes = store::WholeFile::readBytes(backupPath().toStdString());
-    } catch (const std::system_error& e) {
-        if (e.code().value() == ENOENT)
+        bytes = jet::readRegularFile(backupPath().toStdString()).bytes;
+    } catch (const jet::ReadError& e) {
+        if (e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT)
             return failure(QString::fromUtf8(texts::backupMissing).arg(backupPath()));
-        return failure(QString::fromUtf8(texts::backupDamaged)
-                           .arg(backupPath(), StoreError::describeErrno(e.code().value())));
+        return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), store::describeJetError(e)));
     }
     if (const auto problem = dataFileProblem(bytes))
         return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), *problem));

@@ -3,26 +3,24 @@
 #include "ServiceTexts.h"
 #include "jet/Error.h"
 #include "jet/Reader.h"
+#include "store/FailureCause.h"
 #include "store/Schema.h"
-#include "store/StoreTexts.h"
 
 namespace service {
 
 std::optional<QString> dataFileProblem(std::span<const std::uint8_t> bytes)
 {
-    if (bytes.empty())
-        return QString::fromUtf8(texts::causeEmptyFile);
     jet::Database db;
     try {
         db = jet::readDatabase(bytes, store::kFilePassword);
     } catch (const jet::Error& e) {
         if (e.code() == jet::ErrorCode::NotAValidPassword)
             return QString::fromUtf8(texts::causeOtherPassword);
-        return QString::fromUtf8(store::texts::causeNotDataFile);
+        return store::describeJetError(e);
     } catch (const std::bad_alloc&) {
         throw;
-    } catch (const std::exception&) {
-        return QString::fromUtf8(store::texts::causeNotDataFile);
+    } catch (const std::exception& e) {
+        return store::describeFailure(e);
     }
     // A file without a password opens with any; the data file has one.
     if (db.password != store::kFilePassword)

@@ -8,9 +8,9 @@
 
 namespace service {
 
-// Why `bytes` are not a Velmora data file, in words: empty, not a Jet file,
-// protected by another password than the data file's, or without one of the
-// eight tables. nullopt when they are one.
+// Why `bytes` are not a whole Velmora data file, in words: empty, not a Jet
+// file, damaged, protected by another password than the data file's, or
+// without one of the eight tables. nullopt when they are one.
 std::optional<QString> dataFileProblem(std::span<const std::uint8_t> bytes);
 
 } // namespace service

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/CommonTexts.h"
+#include "store/StoreTexts.h"
 
 // Every text of the service window and its operations. Lines inside one box
 // are separated by "\r\n".
@@ -51,7 +52,7 @@ inline constexpr char clearQuestion[] =
 inline constexpr char cleared[] = "База данных очищена";
 
 // Causes of a refused data file or backup, put in place of %2.
-inline constexpr char causeEmptyFile[] = "файл пуст";
+inline constexpr const char* causeEmptyFile = store::texts::causeEmptyFile;
 inline constexpr char causeOtherPassword[] = "файл защищён другим паролем";
 
 // Deleting operations.

@@ -1,13 +1,12 @@
 #include "DataFile.h"
 
+#include "FailureCause.h"
 #include "Schema.h"
-#include "StoreError.h"
 #include "jet/AtomicFile.h"
-#include "jet/Error.h"
 #include "jet/Reader.h"
+#include "jet/RegularFile.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,16 +17,15 @@ using Kind = StoreError::Kind;
 
 namespace {
 
-// Closes the descriptor on every way out of readBytes.
-struct Descriptor
+void removeTemporariesOf(const fs::path& file)
 {
-    int fd;
-    ~Descriptor()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-};
+    std::error_code error;
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+    const fs::path target = folder / file.filename();
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
+        if (jet::isTemporaryFileOf(target, entry.path()))
+            fs::remove(entry.path(), error);
+}
 
 } // namespace
 
@@ -40,30 +38,22 @@ QString DataFile::displayPath() const
     return QString::fromStdString(m_path.string());
 }
 
+StoreError DataFile::damaged(const QString& cause) const
+{
+    return StoreError::forFile(Kind::Damaged, displayPath(), cause);
+}
+
 std::vector<std::uint8_t> DataFile::readBytes(FileSignature& signature) const
 {
-    const Descriptor file{::open(m_path.c_str(), O_RDONLY | O_CLOEXEC)};
-    if (file.fd < 0)
-        throw StoreError::forFile(errno == ENOENT ? Kind::Missing : Kind::Unreadable, displayPath(),
-                                  StoreError::describeErrno(errno));
-    struct stat st
-    {
-    };
-    if (::fstat(file.fd, &st) != 0)
-        throw StoreError::forFile(Kind::Unreadable, displayPath(), StoreError::describeErrno(errno));
-    signature = FileSignature::fromStat(st);
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(st.st_size));
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::read(file.fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            throw StoreError::forFile(Kind::Unreadable, displayPath(),
-                                      StoreError::describeErrno(n == 0 ? EIO : errno));
-        done += static_cast<std::size_t>(n);
+    try {
+        jet::FileContents contents = jet::readRegularFile(m_path);
+        signature = FileSignature::fromStat(contents.status);
+        return std::move(contents.bytes);
+    } catch (const jet::ReadError& e) {
+        const bool missing = e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT;
+        throw StoreError::forFile(missing ? Kind::Missing : Kind::Unreadable, displayPath(),
+                                  describeJetError(e));
     }
-    return bytes;
 }
 
 LoadedFile DataFile::load() const
@@ -71,29 +61,50 @@ LoadedFile DataFile::load() const
     LoadedFile loaded;
     const std::vector<std::uint8_t> bytes = readBytes(loaded.signature);
     try {
-        loaded.database = jet::readDatabase(bytes, m_password);
+        std::optional<jet::Error> damage;
+        loaded.database = jet::salvageDatabase(bytes, m_password, damage);
+        if (damage)
+            loaded.damage = damaged(describeJetError(*damage));
     } catch (const jet::Error& e) {
         if (e.code() == jet::ErrorCode::NotAValidPassword)
             throw StoreError::forFile(Kind::WrongPassword, displayPath());
-        throw StoreError::forFile(Kind::Damaged, displayPath(), QString::fromStdString(e.what()));
+        loaded.damage = damaged(describeJetError(e));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::Damaged, displayPath(), QString::fromStdString(e.what()));
+        loaded.damage = damaged(describeFailure(e));
     }
-    if (const std::string mismatch = schemaMismatch(loaded.database); !mismatch.empty())
-        throw StoreError::forFile(Kind::Damaged, displayPath(), QString::fromStdString(mismatch));
+    if (!loaded.damage)
+        if (const std::string mismatch = schemaMismatch(loaded.database); !mismatch.empty())
+            loaded.damage = damaged(QString::fromStdString(mismatch));
+    if (loaded.damage) {
+        loaded.database = withSchemaTables(std::move(loaded.database));
+        if (loaded.database.password.empty())
+            loaded.database.password = m_password;
+    }
     return loaded;
 }
 
 void DataFile::removeStaleTemporaries() const
 {
-    std::error_code error;
-    const fs::path folder = m_path.has_parent_path() ? m_path.parent_path() : fs::path(".");
-    const fs::path target = folder / m_path.filename();
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
-        if (jet::isTemporaryFileOf(target, entry.path()))
-            fs::remove(entry.path(), error);
+    removeTemporariesOf(m_path);
+    try {
+        if (const fs::path target = jet::followLinks(m_path); target != m_path)
+            removeTemporariesOf(target);
+    } catch (const jet::Error&) {
+        // A looping link: nothing can have been saved through it.
+    }
+}
+
+bool isWriteProtected(const fs::path& file)
+{
+    struct stat st
+    {
+    };
+    if (::stat(file.c_str(), &st) != 0)
+        return false; // a missing file is reported as such where it matters
+    // The mode bits count for root too, whom access() lets write anything.
+    return (st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || ::access(file.c_str(), W_OK) != 0;
 }
 
 } // namespace store

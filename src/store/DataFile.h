@@ -1,21 +1,31 @@
 #pragma once
 
 #include "FileSignature.h"
+#include "StoreError.h"
 #include "jet/Database.h"
 
 #include <QString>
 
 #include <filesystem>
+#include <optional>
 
 namespace store {
 
 // The data file as read from disk: its decoded contents and the signature of
-// exactly the bytes that were decoded.
+// exactly the bytes that were decoded. A damaged file comes with what could
+// still be read of it (its missing or unreadable tables empty) and `damage`,
+// the message that says what is wrong; such a file must never be written over.
 struct LoadedFile
 {
     jet::Database database;
     FileSignature signature;
+    std::optional<StoreError> damage;
 };
+
+// True when a file (or the one a link points at) must not be changed: it
+// has no write permission for anyone, or none for this process. Velmora
+// could still replace it by a rename; it does not, the owner protected it.
+bool isWriteProtected(const std::filesystem::path& file);
 
 // Reading the data file, with every failure turned into a StoreError that
 // names the file and the cause.
@@ -27,14 +37,18 @@ public:
     const std::filesystem::path& path() const { return m_path; }
     QString displayPath() const;
 
-    // Reads, decodes and checks that the file holds the eight tables.
+    // Reads and decodes the file and checks that it holds the eight tables.
+    // Throws StoreError (Missing, Unreadable, WrongPassword); damage is no
+    // failure here but part of the result.
     LoadedFile load() const;
-    // Removes temporary files that a save interrupted by a crash left behind.
-    // Only while holding the lock: no other save can be running then.
+    // Removes temporary files that a save interrupted by a crash left behind,
+    // beside the file a link points at too. Only while holding the lock: no
+    // other save can be running then.
     void removeStaleTemporaries() const;
 
 private:
     std::vector<std::uint8_t> readBytes(FileSignature& signature) const;
+    StoreError damaged(const QString& cause) const;
 
     std::filesystem::path m_path;
     std::u16string m_password;

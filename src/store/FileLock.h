@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <filesystem>
 
 namespace store {
@@ -16,13 +18,17 @@ public:
     FileLock& operator=(const FileLock&) = delete;
 
     // Takes the lock without waiting: false when another holder has it.
-    // Throws std::system_error when the lock file cannot be opened.
+    // Throws StoreError (LockUnusable, naming the lock file) when the lock
+    // file cannot be opened or created, or is not a regular file.
     bool tryLock();
     void unlock();
     bool isLocked() const { return m_locked; }
     const std::filesystem::path& path() const { return m_path; }
 
 private:
+    void openLockFile();
+    [[noreturn]] void fail(const QString& cause) const;
+
     std::filesystem::path m_path;
     int m_fd = -1;
     bool m_locked = false;

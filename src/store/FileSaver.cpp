@@ -1,24 +1,17 @@
 #include "FileSaver.h"
 
 #include "DatabaseDiff.h"
+#include "FailureCause.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
 #include "jet/AtomicFile.h"
 #include "jet/Writer.h"
 
+#include <QDebug>
+
 namespace store {
 
 using Kind = StoreError::Kind;
-
-namespace {
-
-QString withDetail(const char* cause, const std::string& detail)
-{
-    return QString::fromUtf8(cause) + QStringLiteral(" (") + QString::fromStdString(detail) +
-           QLatin1Char(')');
-}
-
-} // namespace
 
 FileSignature FileSaver::save(const jet::Database& database, const FileSignature& expected) const
 {
@@ -39,8 +32,7 @@ std::vector<std::uint8_t> FileSaver::encode(const jet::Database& database) const
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(),
-                                  withDetail(texts::causeTooLong, e.what()));
+        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), describeFailure(e));
     }
 }
 
@@ -54,9 +46,13 @@ void FileSaver::checkDecodesBack(std::span<const std::uint8_t> bytes, const jet:
     } catch (const std::exception& e) {
         difference = e.what();
     }
-    if (!difference.empty())
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(),
-                                  withDetail(texts::causeVerifyFailed, difference));
+    if (difference.empty())
+        return;
+    // Which value differs helps a developer, not the user: it goes to the log.
+    qWarning().noquote() << "velmora: the encoded file does not decode back:"
+                         << QString::fromStdString(difference);
+    throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(),
+                              QString::fromUtf8(texts::causeVerifyFailed));
 }
 
 void FileSaver::checkUnchangedOnDisk(const FileSignature& expected) const
@@ -70,13 +66,10 @@ void FileSaver::write(std::span<const std::uint8_t> bytes) const
 {
     try {
         m_writer(m_file.path(), bytes);
-    } catch (const jet::WriteError& e) {
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(),
-                                  StoreError::describeErrno(e.errorNumber()));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), QString::fromStdString(e.what()));
+        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), describeFailure(e));
     }
 }
 

@@ -25,7 +25,70 @@ std::int32_t narrowInteger(std::int64_t value)
     return static_cast<std::int32_t>(value);
 }
 
-int bindValue(sqlite3_stmt* s, int i, const jet::Value& value, std::array<char, 24>& date)
+// UTF-16 to UTF-8 ourselves: SQLite's own UTF-16 binding takes a leading
+// U+FEFF or U+FFFE for a byte-order mark and drops or obeys it. A lone
+// surrogate is kept in the three-byte form UTF-8 would give it, so that every
+// text comes back exactly as it went in.
+void appendSqliteText(std::u16string_view text, std::string& out)
+{
+    out.clear();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = text[i];
+        if (c >= 0xD800 && c < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000)
+            c = 0x10000 + ((c - 0xD800) << 10) + (text[++i] - 0xDC00);
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+        } else if (c < 0x800) {
+            out += static_cast<char>(0xC0 | (c >> 6));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            out += static_cast<char>(0xE0 | (c >> 12));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            out += static_cast<char>(0xF0 | (c >> 18));
+            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        }
+    }
+}
+
+// The reverse, for any bytes: a sequence that is not UTF-8 becomes U+FFFD.
+std::u16string textFromSqlite(const unsigned char* p, std::size_t n)
+{
+    std::u16string out;
+    out.reserve(n);
+    for (std::size_t i = 0; i < n;) {
+        const unsigned char b = p[i];
+        const std::size_t extra = b < 0x80         ? 0
+                                  : (b >> 5) == 6  ? 1
+                                  : (b >> 4) == 14 ? 2
+                                  : (b >> 3) == 30 ? 3
+                                                   : 4;
+        char32_t c = extra == 0 ? b : extra == 1 ? (b & 0x1F) : extra == 2 ? (b & 0x0F) : (b & 0x07);
+        bool valid = extra < 4;
+        for (std::size_t k = 1; valid && k <= extra; ++k) {
+            valid = i + k < n && (p[i + k] & 0xC0) == 0x80;
+            c = (c << 6) | (p[i + k] & 0x3F);
+        }
+        if (!valid || c > 0x10FFFF) {
+            out += u'\uFFFD';
+            ++i;
+            continue;
+        }
+        if (c >= 0x10000) {
+            out += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
+            out += static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
+        } else {
+            out += static_cast<char16_t>(c);
+        }
+        i += extra + 1;
+    }
+    return out;
+}
+
+int bindValue(sqlite3_stmt* s, int i, const jet::Value& value, std::string& buffer)
 {
     return std::visit(
         Overloaded{
@@ -36,13 +99,15 @@ int bindValue(sqlite3_stmt* s, int i, const jet::Value& value, std::array<char, 
             [&](float v) { return sqlite3_bind_double(s, i, v); },
             [&](double v) { return sqlite3_bind_double(s, i, v); },
             [&](jet::DateTime v) {
-                const std::size_t n = jetDateToText(v, date.data());
+                buffer.resize(24);
+                const std::size_t n = jetDateToText(v, buffer.data());
                 if (n == 0)
                     throw std::range_error("a date outside the years 100 to 9999");
-                return sqlite3_bind_text(s, i, date.data(), static_cast<int>(n), SQLITE_STATIC);
+                return sqlite3_bind_text(s, i, buffer.data(), static_cast<int>(n), SQLITE_STATIC);
             },
             [&](const std::u16string& v) {
-                return sqlite3_bind_text16(s, i, v.data(), static_cast<int>(v.size() * 2), SQLITE_STATIC);
+                appendSqliteText(v, buffer);
+                return sqlite3_bind_text(s, i, buffer.data(), static_cast<int>(buffer.size()), SQLITE_STATIC);
             },
             [&](const jet::Bytes& v) {
                 return sqlite3_bind_blob(s, i, v.data(), static_cast<int>(v.size()), SQLITE_STATIC);
@@ -73,8 +138,8 @@ jet::Value readDate(sqlite3_stmt* s, int column)
 
 jet::Value readText(sqlite3_stmt* s, int column)
 {
-    const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(s, column));
-    return std::u16string(text, static_cast<std::size_t>(sqlite3_column_bytes16(s, column)) / 2);
+    const unsigned char* text = sqlite3_column_text(s, column);
+    return textFromSqlite(text, static_cast<std::size_t>(sqlite3_column_bytes(s, column)));
 }
 
 jet::Value readGuid(sqlite3_stmt* s, int column)
@@ -89,12 +154,11 @@ jet::Value readGuid(sqlite3_stmt* s, int column)
 
 } // namespace
 
-void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row,
-                std::vector<std::array<char, 24>>& dates)
+void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts)
 {
-    dates.resize(row.size());
+    texts.resize(row.size());
     for (std::size_t i = 0; i < row.size(); ++i)
-        if (const int rc = bindValue(statement, static_cast<int>(i + 1), row[i], dates[i]); rc != SQLITE_OK)
+        if (const int rc = bindValue(statement, static_cast<int>(i + 1), row[i], texts[i]); rc != SQLITE_OK)
             throw SQLite::Exception(sqlite3_db_handle(statement), rc);
 }
 

@@ -13,9 +13,18 @@ Column longColumn(std::u16string name, bool autoNumber = false)
 {
     return Column::ofType(std::move(name), ColumnType::Long, autoNumber);
 }
-Column money(std::u16string name) { return Column::ofType(std::move(name), ColumnType::Currency); }
-Column date(std::u16string name) { return Column::ofType(std::move(name), ColumnType::DateTime); }
-Column text(std::u16string name, int chars = 255) { return Column::text(std::move(name), chars); }
+Column money(std::u16string name)
+{
+    return Column::ofType(std::move(name), ColumnType::Currency);
+}
+Column date(std::u16string name)
+{
+    return Column::ofType(std::move(name), ColumnType::DateTime);
+}
+Column text(std::u16string name, int chars = 255)
+{
+    return Column::text(std::move(name), chars);
+}
 
 jet::Table table(std::u16string name, std::vector<Column> columns)
 {
@@ -25,8 +34,9 @@ jet::Table table(std::u16string name, std::vector<Column> columns)
     return t;
 }
 
-const char16_t* const kMonthNames[12] = {u"Январь", u"Февраль", u"Март",     u"Апрель",  u"Май",    u"Июнь",
-                                         u"Июль",   u"Август",  u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
+const char16_t* const kMonthNames[12] = {u"Январь",   u"Февраль", u"Март",   u"Апрель",
+                                         u"Май",      u"Июнь",    u"Июль",   u"Август",
+                                         u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
 
 } // namespace
 
@@ -63,22 +73,43 @@ jet::Database preparedDatabase(double creationDate)
     return db;
 }
 
+namespace {
+
+std::string tableMismatch(const jet::Table& expected, const jet::Table* actual)
+{
+    const std::string name = jet::toUtf8(expected.name);
+    if (!actual)
+        return "нет таблицы " + name;
+    if (actual->columns.size() < expected.columns.size())
+        return "в таблице " + name + " не хватает столбцов";
+    for (std::size_t i = 0; i < expected.columns.size(); ++i) {
+        const Column& e = expected.columns[i];
+        const Column& a = actual->columns[i];
+        if (a.name != e.name || a.type != e.type)
+            return "столбец " + jet::toUtf8(e.name) + " таблицы " + name + " не того вида";
+    }
+    return {};
+}
+
+} // namespace
+
+jet::Database withSchemaTables(jet::Database db)
+{
+    for (jet::Table& expected : schemaTables()) {
+        jet::Table* actual = db.table(expected.name);
+        if (!actual)
+            db.tables.push_back(std::move(expected));
+        else if (!tableMismatch(expected, actual).empty())
+            *actual = std::move(expected);
+    }
+    return db;
+}
+
 std::string schemaMismatch(const jet::Database& db)
 {
-    for (const jet::Table& expected : schemaTables()) {
-        const jet::Table* actual = db.table(expected.name);
-        const std::string name = jet::toUtf8(expected.name);
-        if (!actual)
-            return "нет таблицы " + name;
-        if (actual->columns.size() < expected.columns.size())
-            return "в таблице " + name + " не хватает столбцов";
-        for (std::size_t i = 0; i < expected.columns.size(); ++i) {
-            const Column& e = expected.columns[i];
-            const Column& a = actual->columns[i];
-            if (a.name != e.name || a.type != e.type)
-                return "столбец " + jet::toUtf8(e.name) + " таблицы " + name + " не того вида";
-        }
-    }
+    for (const jet::Table& expected : schemaTables())
+        if (std::string mismatch = tableMismatch(expected, db.table(expected.name)); !mismatch.empty())
+            return mismatch;
     return {};
 }
 

@@ -20,6 +20,10 @@ std::vector<jet::Table> schemaTables();
 // month names. `creationDate` is a Jet date.
 jet::Database preparedDatabase(double creationDate);
 
+// `db` with every table of the schema that it lacks, or holds with other
+// columns, put in as an empty table: what a damaged file can still show.
+jet::Database withSchemaTables(jet::Database db);
+
 // Empty string when `db` has every table of the schema with its columns in
 // order and of the right types; otherwise a description of the first mismatch.
 std::string schemaMismatch(const jet::Database& db);

@@ -7,7 +7,6 @@
 
 #include <SQLiteCpp/Exception.h>
 
-#include <array>
 #include <iterator>
 #include <sqlite3.h>
 #include <stdexcept>
@@ -90,12 +89,12 @@ void SqliteImage::loadTable(const jet::Table& table)
     for (std::size_t i = 0; i < table.columns.size(); ++i)
         sql += i ? ", ?" : "?";
     const RawStatement insert = prepare(m_db.getHandle(), sql + ")");
-    std::vector<std::array<char, 24>> dates;
+    std::vector<std::string> texts;
     for (const jet::Row& row : table.rows) {
         if (row.size() != table.columns.size())
             throw std::length_error("a row of table " + jet::toUtf8(table.name) +
                                     " has the wrong number of values");
-        sql::bindJetRow(insert.get(), row, dates);
+        sql::bindJetRow(insert.get(), row, texts);
         if (const int rc = sqlite3_step(insert.get()); rc != SQLITE_DONE)
             throw SQLite::Exception(m_db.getHandle(), rc);
         sqlite3_reset(insert.get());

@@ -2,6 +2,7 @@
 
 #include "Transaction.h"
 
+#include "FailureCause.h"
 #include "Schema.h"
 #include "SqlParameters.h"
 #include "SqliteImage.h"
@@ -14,7 +15,6 @@
 
 #include <cerrno>
 #include <stdexcept>
-#include <system_error>
 
 namespace store {
 
@@ -57,6 +57,8 @@ void Store::verify()
     m_image->rollback();
     m_open = false;
     m_lock.unlock();
+    if (m_damage)
+        throw *m_damage;
 }
 
 void Store::enter()
@@ -64,11 +66,13 @@ void Store::enter()
     if (m_depth++ > 0)
         return;
     try {
-        open();
+        // Damage is told once per reading of the file; the handler goes on, reading only.
+        if (open() && m_damage)
+            report(*m_damage);
     } catch (const StoreError& e) {
         fail(e);
     } catch (const std::exception& e) {
-        fail(StoreError::forFile(Kind::Unreadable, dataFilePath(), fromStd(e.what())));
+        fail(StoreError::forFile(Kind::Unreadable, dataFilePath(), describeFailure(e)));
     }
 }
 
@@ -89,17 +93,13 @@ long long Store::changeCount() const
     return m_open ? m_image->totalChanges() : 0;
 }
 
-void Store::open()
+bool Store::open()
 {
+    if (!m_lock.tryLock())
+        throw StoreError::forFile(Kind::Locked, dataFilePath());
+    bool readAnew = false;
     try {
-        if (!m_lock.tryLock())
-            throw StoreError::forFile(Kind::Locked, dataFilePath());
-    } catch (const std::system_error& e) {
-        throw StoreError::forFile(Kind::Unreadable, dataFilePath(),
-                                  StoreError::describeErrno(e.code().value()));
-    }
-    try {
-        refresh();
+        readAnew = refresh();
         m_image->begin();
     } catch (...) {
         m_lock.unlock();
@@ -107,28 +107,37 @@ void Store::open()
     }
     m_changesAtOpen = m_image->totalChanges();
     m_open = true;
+    return readAnew;
 }
 
-void Store::refresh()
+bool Store::refresh()
 {
     const std::optional<FileSignature> current = FileSignature::of(m_file.path());
     if (!current)
         throw StoreError::forFile(errno == ENOENT ? Kind::Missing : Kind::Unreadable, dataFilePath(),
                                   StoreError::describeErrno(errno));
     if (m_image && m_signature == current)
-        return;
+        return false;
     m_image.reset();
     m_signature.reset();
+    m_damage.reset();
     m_file.removeStaleTemporaries();
     LoadedFile loaded = m_file.load();
+    m_damage = std::move(loaded.damage);
     try {
         m_image = std::make_unique<SqliteImage>(std::move(loaded.database));
     } catch (const std::bad_alloc&) {
         throw;
-    } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(e.what()));
+    } catch (const std::exception&) {
+        if (!m_damage)
+            m_damage =
+                StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(texts::causeValueNotAccepted));
+        jet::Database empty = withSchemaTables({});
+        empty.password = kFilePassword;
+        m_image = std::make_unique<SqliteImage>(std::move(empty));
     }
     m_signature = loaded.signature;
+    return true;
 }
 
 StoreResult Store::finish(bool commit)
@@ -141,7 +150,7 @@ StoreResult Store::finish(bool commit)
             fail(e);
         } catch (const std::exception& e) {
             m_signature.reset();
-            fail(StoreError::forFile(Kind::CannotWrite, dataFilePath(), fromStd(e.what())));
+            fail(StoreError::forFile(Kind::CannotWrite, dataFilePath(), describeFailure(e)));
         }
         if (m_failure || !commit)
             m_image->rollback();
@@ -150,16 +159,26 @@ StoreResult Store::finish(bool commit)
     }
     StoreResult result = m_failure ? StoreResult(*m_failure) : StoreResult();
     m_failure.reset();
+    m_reported.clear();
     return result;
 }
 
-void Store::fail(const StoreError& error, bool report)
+void Store::fail(const StoreError& error, bool show)
 {
     if (m_failure)
         return;
     m_failure = error;
-    if (!report)
+    if (show)
+        report(error);
+}
+
+void Store::report(const StoreError& error)
+{
+    // A handler says one thing once: a damaged file found at its start is
+    // not told again when its save is refused.
+    if (m_reported.contains(error.message()))
         return;
+    m_reported.append(error.message());
     if (m_sink)
         m_sink->storeFailure(error);
     else
@@ -182,6 +201,11 @@ void Store::save()
         m_image->commit();
         return;
     }
+    // A damaged file is never written over: what was read of it is not all it holds.
+    if (m_damage)
+        throw *m_damage;
+    if (isWriteProtected(m_file.path()))
+        throw StoreError::forFile(Kind::ReadOnly, dataFilePath());
     try {
         const jet::Database* contents = nullptr;
         try {
@@ -189,7 +213,7 @@ void Store::save()
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& e) {
-            throw StoreError::forFile(Kind::CannotWrite, dataFilePath(), fromStd(e.what()));
+            throw StoreError::forFile(Kind::CannotWrite, dataFilePath(), describeFailure(e));
         }
         m_signature = FileSaver(m_file, m_writer).save(*contents, *m_signature);
     } catch (const StoreError&) {

@@ -9,6 +9,7 @@
 #include "StoreResult.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVariantList>
 
@@ -38,8 +39,7 @@ public:
     void setErrorSink(ErrorSink* sink) { m_sink = sink; }
 
     // Opens the data file and closes it again, throwing the StoreError that
-    // explains why it cannot be used. Reports nothing to the sink. Start-up
-    // calls it and ends the program on failure.
+    // explains why it cannot be used or changed (a damaged file).
     void verify();
 
     // Each call runs in the transaction the caller holds open, or else in a
@@ -59,11 +59,13 @@ private:
     bool isOpen() const { return m_open; }
     bool hasFailed() const { return m_failure.has_value(); }
     long long changeCount() const;
-    void open();
-    void refresh();
+    // Both return true when the file was read anew.
+    bool open();
+    bool refresh();
     StoreResult finish(bool commit);
     void save();
-    void fail(const StoreError& error, bool report = true);
+    void fail(const StoreError& error, bool show = true);
+    void report(const StoreError& error);
 
     bool runStatement(const QString& sql, const QVariantList& params);
     Rows runQuery(const QString& sql, const QVariantList& params);
@@ -79,6 +81,9 @@ private:
     bool m_open = false; // the lock is held and the image is inside a transaction
     long long m_changesAtOpen = 0;
     std::optional<StoreError> m_failure; // the first failure of the current transaction
+    QStringList m_reported;              // messages shown in the current transaction
+    // Set while the file in memory was found damaged: it is read, never written.
+    std::optional<StoreError> m_damage;
 };
 
 } // namespace store

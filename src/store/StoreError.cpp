@@ -3,7 +3,8 @@
 #include "StoreTexts.h"
 
 #include <cerrno>
-#include <cstring>
+#include <iterator>
+#include <stdexcept>
 
 namespace store {
 
@@ -13,33 +14,15 @@ StoreError::StoreError(Kind kind, const QString& message)
 
 StoreError StoreError::forFile(Kind kind, const QString& path, const QString& cause)
 {
-    const char* text = nullptr;
-    switch (kind) {
-    case Kind::Missing:
-        text = texts::fileMissing;
-        break;
-    case Kind::Unreadable:
-        text = texts::fileUnreadable;
-        break;
-    case Kind::Damaged:
-        text = texts::fileDamaged;
-        break;
-    case Kind::WrongPassword:
-        text = texts::wrongPassword;
-        break;
-    case Kind::Locked:
-        text = texts::fileLocked;
-        break;
-    case Kind::CannotWrite:
-        text = texts::cannotWrite;
-        break;
-    case Kind::ChangedOnDisk:
-        text = texts::changedOnDisk;
-        break;
-    case Kind::Statement:
+    // In the order of Kind; a statement's error names no file.
+    static constexpr const char* patterns[] = {
+        texts::fileMissing,   texts::fileUnreadable, texts::fileDamaged,
+        texts::wrongPassword, texts::fileLocked,     texts::lockUnusable,
+        texts::fileReadOnly,  texts::cannotWrite,    texts::changedOnDisk};
+    const auto index = static_cast<std::size_t>(kind);
+    if (index >= std::size(patterns))
         throw std::invalid_argument("StoreError::forFile: a statement error has no file");
-    }
-    const QString pattern = QString::fromUtf8(text);
+    const QString pattern = QString::fromUtf8(patterns[index]);
     QString reason = cause;
     while (reason.endsWith(QLatin1Char('.'))) // the message puts its own full stop
         reason.chop(1);
@@ -56,21 +39,33 @@ StoreError StoreError::statement(int number, const QString& description)
 
 QString StoreError::describeErrno(int errorNumber)
 {
-    switch (errorNumber) {
-    case ENOSPC:
-        return QString::fromUtf8(texts::causeNoSpace);
-    case EDQUOT:
-        return QString::fromUtf8(texts::causeQuota);
-    case EACCES:
-    case EPERM:
-        return QString::fromUtf8(texts::causeNoAccess);
-    case EROFS:
-        return QString::fromUtf8(texts::causeReadOnly);
-    case EIO:
-        return QString::fromUtf8(texts::causeIo);
-    default:
-        return QString::fromLocal8Bit(std::strerror(errorNumber));
-    }
+    struct Known
+    {
+        int number;
+        const char* text;
+    };
+    static constexpr Known known[] = {
+        {ENOSPC, texts::causeNoSpace},
+        {EDQUOT, texts::causeQuota},
+        {EACCES, texts::causeNoAccess},
+        {EPERM, texts::causeNoAccess},
+        {EROFS, texts::causeReadOnly},
+        {EIO, texts::causeIo},
+        {ENOENT, texts::causeNotFound},
+        {EISDIR, texts::causeIsFolder},
+        {ENOTDIR, texts::causeNotFolder},
+        {ELOOP, texts::causeLinkLoop},
+        {ENAMETOOLONG, texts::causeNameTooLong},
+        {EMFILE, texts::causeTooManyFiles},
+        {ENFILE, texts::causeTooManyFiles},
+        {ENOMEM, texts::causeNoMemory},
+        {EBUSY, texts::causeBusy},
+        {ETXTBSY, texts::causeBusy},
+    };
+    for (const Known& k : known)
+        if (k.number == errorNumber)
+            return QString::fromUtf8(k.text);
+    return QString::fromUtf8(texts::causeSystem).arg(errorNumber);
 }
 
 } // namespace store

@@ -11,13 +11,15 @@ namespace store {
 class StoreError : public std::runtime_error
 {
 public:
-    enum class Kind
+    enum class Kind // forFile's patterns follow this order
     {
         Missing,
         Unreadable,
         Damaged,
         WrongPassword,
         Locked,
+        LockUnusable, // the lock file beside the data file cannot be opened; the path is the lock file's
+        ReadOnly,     // the data file is protected against writing: no change is saved
         CannotWrite,
         ChangedOnDisk,
         Statement, // an engine error of one statement; message() is its box text
@@ -27,7 +29,7 @@ public:
 
     static StoreError forFile(Kind kind, const QString& path, const QString& cause = {});
     static StoreError statement(int number, const QString& description);
-    // The cause of a failed system call, in words.
+    // The cause of a failed system call, in words (never the C library's text).
     static QString describeErrno(int errorNumber);
 
     Kind kind() const { return m_kind; }

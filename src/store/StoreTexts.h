@@ -6,12 +6,17 @@ namespace store::texts {
 
 inline constexpr char fileMissing[] = "Файл данных %1 не найден.";
 inline constexpr char fileUnreadable[] = "Не удалось прочитать файл данных %1: %2.";
-inline constexpr char fileDamaged[] = "Файл данных %1 повреждён: %2.";
+inline constexpr char fileDamaged[] =
+    "Файл данных %1 повреждён: %2. Изменения невозможны; восстановите резервную копию.";
+inline constexpr char fileReadOnly[] = "Файл данных %1 защищён от записи. Изменения не сохранены.";
 inline constexpr char wrongPassword[] = "Файл данных %1 защищён другим паролем.";
 inline constexpr char fileLocked[] = "Файл данных %1 занят другой программой.";
 inline constexpr char cannotWrite[] = "Не удалось записать файл данных %1: %2. Изменения не сохранены.";
 inline constexpr char changedOnDisk[] =
     "Файл данных %1 изменён другой программой. Изменения не сохранены, данные прочитаны заново.";
+
+// %1 is the lock file's path here.
+inline constexpr char lockUnusable[] = "Не удалось открыть файл блокировки %1: %2.";
 
 // Why a transaction was rolled back when the code that changed rows left it
 // without committing (an exception, an early return). Not shown as a box.
@@ -29,5 +34,38 @@ inline constexpr char causeIo[] = "ошибка ввода-вывода";
 inline constexpr char causeTooLong[] = "значение не помещается в столбец";
 inline constexpr char causeVerifyFailed[] = "записанные данные не совпали с исходными";
 inline constexpr char causeNotDataFile[] = "это не файл базы данных";
+inline constexpr char causeNotFound[] = "файл или папка не найдены";
+inline constexpr char causeIsFolder[] = "это папка";
+inline constexpr char causeNotFolder[] = "часть пути не является папкой";
+inline constexpr char causeLinkLoop[] = "символические ссылки зациклены";
+inline constexpr char causeNameTooLong[] = "слишком длинное имя файла";
+inline constexpr char causeTooManyFiles[] = "открыто слишком много файлов";
+inline constexpr char causeNoMemory[] = "недостаточно памяти";
+inline constexpr char causeBusy[] = "файл занят системой";
+inline constexpr char causeSystem[] = "системная ошибка %1";
+inline constexpr char causeUnexpected[] = "непредвиденная ошибка программы";
+inline constexpr char causeNotRegular[] = "это не обычный файл (папка, устройство или канал)";
+inline constexpr char causeTooLarge[] = "файл больше 2 ГБ, такого файла данных не бывает";
+inline constexpr char causeValueNotAccepted[] = "в файле есть значение, которое программа не может принять";
+inline constexpr char causeFileFull[] = "данные не помещаются в файл размером 2 ГБ";
+// Where a value that does not fit lies: appended to causeTooLong.
+inline constexpr char whereTable[] = "таблица %1";
+inline constexpr char whereColumn[] = "столбец %1";
+inline constexpr char whereRow[] = "строка %1";
+
+// What the reader found damaged; %1 is the table, %2 and %3 numbers.
+inline constexpr char causeEmptyFile[] = "файл пуст";
+inline constexpr char causeFileCutShort[] = "файл обрезан";
+inline constexpr char causeDefinition[] = "повреждено описание таблицы %1";
+inline constexpr char causeUsageMap[] = "повреждён список страниц таблицы %1";
+inline constexpr char causeForeignPage[] = "в список страниц таблицы %1 попала чужая страница %2";
+inline constexpr char causePage[] = "в таблице %1 повреждена страница данных";
+inline constexpr char causeRow[] = "в таблице %1 повреждена строка";
+inline constexpr char causeRowCount[] = "в таблице %1 найдено %2 строк из %3";
+inline constexpr char causeLongValue[] = "в таблице %1 длина длинного значения не совпадает с его данными";
+inline constexpr char causeLongValueReused[] =
+    "в таблице %1 длинное значение зациклено или ссылается на чужие данные";
+inline constexpr char causeDuplicateTable[] = "таблица %1 описана в файле дважды";
+inline constexpr char causeUnreadable[] = "файл не удалось разобрать";
 
 } // namespace store::texts

@@ -24,14 +24,13 @@ public:
 
     const std::filesystem::path& path() const { return m_path; }
 
-    // Throws StoreError: Locked, Missing or Unreadable.
+    // Throws StoreError: Locked, LockUnusable, Missing or Unreadable.
     std::vector<std::uint8_t> read() const;
     // Writes atomically: a failure or a crash leaves the old file or the new
-    // one, never a mix. Throws StoreError: Locked or CannotWrite.
+    // one, never a mix; a link is followed. A write-protected data file is
+    // left as it is. Throws StoreError: Locked, LockUnusable, ReadOnly or
+    // CannotWrite.
     void replace(std::span<const std::uint8_t> bytes) const;
-
-    // Any file's bytes; throws std::system_error with the errno of the failure.
-    static std::vector<std::uint8_t> readBytes(const std::filesystem::path& path);
 
 private:
     std::filesystem::path m_path;

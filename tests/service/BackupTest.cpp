@@ -128,9 +128,9 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
         {"not a data file", [](const QString& p) { writeBytes(p, QByteArray(8192, 'x')); },
          service::texts::backupDamaged, QString::fromUtf8(store::texts::causeNotDataFile)},
         {"cut short", [&](const QString& p) { writeBytes(p, encoded(data.database()).left(6000)); },
-         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeNotDataFile)},
+         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeFileCutShort)},
         {"a folder", [](const QString& p) { QDir().mkdir(p); }, service::texts::backupDamaged,
-         store::StoreError::describeErrno(EISDIR)},
+         QString::fromUtf8(store::texts::causeNotRegular)},
     };
     for (const Case& c : cases) {
         ServiceData d(data);

@@ -39,6 +39,8 @@ void StoreFolder::writePreparedFile() const
 
 std::vector<std::uint8_t> StoreFolder::dataFileBytes() const
 {
+    if (!fs::is_regular_file(dataFile()))
+        return {};
     std::ifstream in(dataFile(), std::ios::binary);
     return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {});
 }
