@@ -1,14 +1,10 @@
 #include "FileAccess.h"
 
 #include "jet/Error.h"
+#include "jet/RegularFile.h"
 
-#include <cerrno>
-#include <cstring>
 #include <ctime>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-#include <system_error>
+#include <new>
 
 namespace velmora::tool {
 
@@ -35,22 +31,14 @@ const char* causeOf(jet::ErrorCode code)
 
 std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        const int error = errno;
-        throw jet::Error(jet::ErrorCode::FileNotFound, std::strerror(error));
-    }
-    std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (in.bad())
-        throw jet::Error(jet::ErrorCode::FileNotFound, "read failed");
-    return bytes;
+    return jet::readRegularFile(path).bytes;
 }
 
 void refuseExisting(const std::filesystem::path& path)
 {
     std::error_code error;
     if (std::filesystem::symlink_status(path, error).type() != std::filesystem::file_type::not_found)
-        throw std::runtime_error("the file already exists; it is left as it is");
+        throw ToolError("the file already exists; it is left as it is");
 }
 
 double jetNow()
@@ -65,14 +53,14 @@ double jetNow()
 
 std::string describeFailure(const std::exception& error)
 {
+    if (dynamic_cast<const std::bad_alloc*>(&error))
+        return "not enough memory";
     const auto* jetError = dynamic_cast<const jet::Error*>(&error);
     if (!jetError)
-        return error.what();
-    std::string text = causeOf(jetError->code());
-    const std::string detail = jetError->what();
-    if (!detail.empty())
-        text += " (" + detail + ")";
-    return text;
+        return dynamic_cast<const ToolError*>(&error) ? error.what() : "unexpected error";
+    const auto* readError = dynamic_cast<const jet::ReadError*>(&error);
+    const std::string detail = readError ? readError->detail() : jetError->what();
+    return std::string(causeOf(jetError->code())) + " (" + detail + ")";
 }
 
 } // namespace velmora::tool

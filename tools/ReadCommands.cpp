@@ -6,8 +6,6 @@
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
 
-#include <stdexcept>
-
 namespace velmora::tool {
 
 int runTables(const CommandLine& line, std::ostream& out)
@@ -24,7 +22,7 @@ int runExport(const CommandLine& line, std::ostream& out)
     const jet::Database db = jet::readDatabase(bytes, line.password);
     const jet::Table* table = db.table(jet::fromUtf8(line.arguments.at(1)));
     if (!table)
-        throw std::runtime_error("no table named '" + line.arguments.at(1) + "'");
+        throw ToolError("no table named '" + line.arguments.at(1) + "'");
     out << jet::exportCsv(*table);
     return kExitOk;
 }

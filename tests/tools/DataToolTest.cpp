@@ -12,6 +12,7 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <sys/stat.h>
 
 using velmora::test::ProgramResult;
 using velmora::test::runProgram;
@@ -200,6 +201,9 @@ TEST(DataTool, FailuresNameTheFileAndTheCause)
     const auto damaged = folder / "damaged.mdb";
     std::ofstream(damaged) << std::string(8192, 'x');
     const std::string missing = (folder / "missing.mdb").string();
+    const std::string fifo = (folder / "fifo.mdb").string();
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0644), 0);
+    const std::string notRegular = ": cannot read the file (not a regular file but a folder, device or pipe)";
     struct Case
     {
         std::vector<std::string> args;
@@ -212,6 +216,9 @@ TEST(DataTool, FailuresNameTheFileAndTheCause)
         {{"export", missing, "Bank"}, missing + ": cannot read the file"},
         {{"tables", damaged.string()}, damaged.string() + ": damaged or not a Jet database"},
         {{"export", file.string(), "Banks"}, file.string() + ": no table named 'Banks'"},
+        {{"tables", folder.path().string()}, folder.path().string() + notRegular},
+        {{"export", fifo, "Bank"}, fifo + notRegular},
+        {{"export", "/dev/zero", "Bank"}, "/dev/zero" + notRegular},
     };
     for (const Case& c : cases) {
         const ProgramResult result = tool(c.args);
