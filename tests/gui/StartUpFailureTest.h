@@ -2,13 +2,15 @@
 
 #include <QObject>
 
-// A data file that cannot be used: the reason is shown and logged, the
-// program ends with a failure code, and the file stays as it was.
+// A data file that cannot be used ends the program with its reason shown and
+// logged. A damaged or write-protected one is opened for reading: the reason
+// is shown (a damaged file's at once), every change is refused with it, and
+// the file keeps its bytes.
 class StartUpFailureTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void unusableDataFileEndsTheProgram_data();
-    void unusableDataFileEndsTheProgram();
+    void troubleWithTheDataFile_data();
+    void troubleWithTheDataFile();
 };
