@@ -4,6 +4,7 @@
 #include "GuiHarness.h"
 #include "MainWindow.h"
 #include "jet/Writer.h"
+#include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "support/DamagedFile.h"
@@ -109,6 +110,23 @@ void prepare(const ProgramFolder& folder, Trouble trouble)
         QFile::setPermissions(folder.dataFilePath(), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
 }
 
+// Puts a sound backup beside the data file and restores it through the
+// service window; returns the backup's bytes.
+QByteArray restoreBackup(GuiHarness& h, const ProgramFolder& folder)
+{
+    const std::vector<std::uint8_t> bytes = jet::encodeDatabase(DataBuilder().database());
+    const QByteArray backup(reinterpret_cast<const char*>(bytes.data()),
+                            static_cast<qsizetype>(bytes.size()));
+    QFile file(folder.path() + "/velmora_backup.mdb");
+    if (!file.open(QIODevice::WriteOnly) || file.write(backup) != backup.size())
+        qFatal("cannot write the backup");
+    file.close();
+    h.click(h.frame().mainWindow(), "B2");
+    h.dialogs.answer(ui::DialogAnswer::Yes);
+    h.click(h.frame().serviceWindow(), "C2");
+    return backup;
+}
+
 } // namespace
 
 void StartUpFailureTest::troubleWithTheDataFile_data()
@@ -171,6 +189,15 @@ void StartUpFailureTest::troubleWithTheDataFile()
     QCOMPARE(h.log.last(), expected);
     QCOMPARE(folder.hasDataFile(), trouble != Trouble::Missing);
     QCOMPARE(folder.bytes(), before);
+    if (!ends) {
+        // The way back stays open: the backup replaces a damaged file, never a protected one.
+        const QByteArray backup = restoreBackup(h, folder);
+        const bool writeProtected = trouble == Trouble::WriteProtected;
+        QCOMPARE(folder.bytes(), writeProtected ? before : backup);
+        QCOMPARE(h.quitCodes, writeProtected ? QList<int>{} : QList<int>{0});
+        if (writeProtected)
+            QCOMPARE(h.dialogs.shown().last().text, expected);
+    }
 }
 
 QTEST_MAIN(StartUpFailureTest)
