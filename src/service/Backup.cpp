@@ -4,8 +4,10 @@
 #include "ServiceTexts.h"
 #include "jet/AtomicFile.h"
 #include "jet/Writer.h"
+#include "ledger/MoneyFigures.h"
 #include "store/Dates.h"
 #include "store/Schema.h"
+#include "store/Snapshot.h"
 #include "store/Transaction.h"
 #include "store/WholeFile.h"
 
@@ -93,7 +95,25 @@ void Backup::restoreRecordedDate(const QVariant& previous)
     tx.commit();
 }
 
-Backup::Outcome Backup::restore()
+// A backup whose money the main window could not show in the Currency range
+// is not put in place.
+std::optional<Backup::Outcome> Backup::moneyProblem(std::span<const std::uint8_t> bytes, QDate today) const
+{
+    try {
+        store::Snapshot backup(bytes);
+        const auto figures = ledger::MoneyFigures::read(backup, ledger::MonthStatistics::shownMonths(today));
+        if (!figures.keepsInRange({}))
+            return failure(QString::fromUtf8(texts::amountOutOfRange));
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        return failure(
+            QString::fromUtf8(texts::backupDamaged).arg(backupPath(), QString::fromUtf8(e.what())));
+    }
+    return std::nullopt;
+}
+
+Backup::Outcome Backup::restore(QDate today)
 {
     std::vector<std::uint8_t> bytes;
     try {
@@ -106,6 +126,8 @@ Backup::Outcome Backup::restore()
     }
     if (const auto problem = dataFileProblem(bytes))
         return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), *problem));
+    if (auto refused = moneyProblem(bytes, today))
+        return *refused;
     try {
         store::WholeFile(m_store, m_writer).replace(bytes);
     } catch (const StoreError& e) {

@@ -9,6 +9,7 @@
 #include "jet/Reader.h"
 #include "store/Amount.h"
 #include "store/Schema.h"
+#include "store/WideAmount.h"
 
 #include <QFileInfo>
 #include <QProcess>
@@ -20,6 +21,7 @@
 
 using namespace velmora::test;
 using store::Amount;
+using store::WideAmount;
 
 namespace {
 
@@ -33,9 +35,9 @@ const QStringList kBadDates = {"31.02.2026", "2026-13-01", "среда", "", "1.
 // What the confirmed operations add up to.
 struct Account
 {
-    Amount bank;     // the stored rows of Bank
-    Amount expenses; // the stored rows of Bills
-    std::map<int, Amount> purses;
+    WideAmount bank;     // the stored rows of Bank
+    WideAmount expenses; // the stored rows of Bills
+    std::map<int, WideAmount> purses;
     std::optional<int> open; // the purse open for editing
 };
 
@@ -147,7 +149,7 @@ void Run::bank()
         return expectRefused(before, "Необходимо вводить число!");
     if (badDate)
         return expectRefused(before, "Необходимо задать правильную дату операции!");
-    const Amount amount = *Amount::parse(typed);
+    const WideAmount amount = *Amount::parse(typed);
     m_account.bank += (deposit ? amount : -amount).roundedToCents();
     expectBox("Ошибка: Сумма в размере " + typed + (deposit ? " добавлена" : " снята"));
 }
@@ -163,7 +165,7 @@ void Run::newPurse()
         QVERIFY(m_w.newBoxes().isEmpty());
         return;
     }
-    m_account.purses[code] = Amount();
+    m_account.purses[code] = WideAmount();
     expectBox("Информация: Кошелек успешно добавлен");
 }
 
@@ -198,7 +200,7 @@ void Run::purseMove()
         return expectRefused(before, "Необходимо вызвать Кошелек на редакцию!");
     if (badAmount)
         return expectRefused(before, "Необходимо вводить число!");
-    const Amount amount = *Amount::parse(typed);
+    const WideAmount amount = *Amount::parse(typed);
     m_account.purses[*m_account.open] += (putIn ? amount : -amount).roundedToCents();
     closed();
     expectBox("Информация: Сумма в размере " + typed +
@@ -224,7 +226,7 @@ void Run::expense()
         return expectRefused(before, "Необходимо указать номер счета, сумму расхода и выбрать кошелек!");
     if (badDate)
         return expectRefused(before, "Необходимо задать правильную дату операции!");
-    const Amount spent = Amount::parse(typed)->roundedToCents();
+    const WideAmount spent = Amount::parse(typed)->roundedToCents();
     m_account.expenses += spent;
     m_account.purses[*m_account.open] -= spent;
     expectBox("Информация: Расход на сумму - " + typed + "\r\nЗа - " + name + "\r\nУспешно добавлен!");
@@ -265,10 +267,10 @@ void Run::remove()
                                           "Информация: Кошелек успешно удален"}));
 }
 
-Amount sumOf(store::Store& reader, const char* sql)
+WideAmount sumOf(store::Store& reader, const char* sql)
 {
     const store::Rows rows = reader.query(sql);
-    return rows.empty() ? Amount() : rows.front().amount(0);
+    return rows.empty() ? WideAmount() : rows.front().wide(0);
 }
 
 void Run::compareWithFile()
@@ -277,7 +279,7 @@ void Run::compareWithFile()
     QCOMPARE(sumOf(reader, "SELECT SUM(F2) FROM Bank"), m_account.bank);
     QCOMPARE(sumOf(reader, "SELECT SUM(F3) FROM Bills"), m_account.expenses);
     QCOMPARE(sumOf(reader, "SELECT F2 FROM Tech WHERE F0 = 'OSTATOK'"), m_account.bank - m_account.expenses);
-    std::map<int, Amount> purses;
+    std::map<int, WideAmount> purses;
     for (const store::Row& row : reader.query("SELECT F0, F1 FROM Purse"))
         QVERIFY2(purses.emplace(static_cast<int>(row.integer(0)), row.amount(1)).second,
                  "two rows of one purse");
@@ -340,7 +342,7 @@ void MoneyReliabilityTest::longRandomRun()
     }
     QVERIFY(!run.failed());
     w.harness().frame().mainWindow()->refreshListsAndBalances();
-    Amount inPurses;
+    WideAmount inPurses;
     for (const auto& [code, amount] : run.account().purses)
         inPurses += amount;
     QCOMPARE(w.text("T10"), inPurses.toBalanceString());
