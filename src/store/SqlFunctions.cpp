@@ -97,11 +97,19 @@ void isStoredDateFunction(sqlite3_context* context, int, sqlite3_value** args)
     sqlite3_result_int(context, valid ? 1 : 0);
 }
 
-// The running total of WideSum; SQLite hands it over zeroed.
+// The running total of WideSum; SQLite hands it over zeroed and aligned for
+// 8 bytes only, so the 128-bit units are copied in and out.
 struct WideTotal
 {
-    __int128 units;
+    unsigned char units[sizeof(__int128)];
     bool seen;
+
+    __int128 value() const
+    {
+        __int128 v;
+        std::memcpy(&v, units, sizeof v);
+        return v;
+    }
 };
 
 void wideSumStep(sqlite3_context* context, int, sqlite3_value** args)
@@ -114,7 +122,8 @@ void wideSumStep(sqlite3_context* context, int, sqlite3_value** args)
     auto* total = static_cast<WideTotal*>(sqlite3_aggregate_context(context, sizeof(WideTotal)));
     if (!total)
         return sqlite3_result_error_nomem(context);
-    total->units += sqlite3_value_int64(args[0]);
+    const __int128 sum = total->value() + sqlite3_value_int64(args[0]);
+    std::memcpy(total->units, &sum, sizeof sum);
     total->seen = true;
 }
 
@@ -123,7 +132,7 @@ void wideSumFinal(sqlite3_context* context)
     const auto* total = static_cast<WideTotal*>(sqlite3_aggregate_context(context, 0));
     if (!total || !total->seen)
         return sqlite3_result_null(context);
-    const __int128 units = total->units;
+    const __int128 units = total->value();
     if (units >= std::numeric_limits<std::int64_t>::min() &&
         units <= std::numeric_limits<std::int64_t>::max())
         return sqlite3_result_int64(context, static_cast<sqlite3_int64>(units));
