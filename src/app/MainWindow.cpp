@@ -7,6 +7,7 @@
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
 #include "ui/Dialogs.h"
+#include "ui/FittedFigures.h"
 #include "ui/UiTexts.h"
 #include "ui_MainWindow.h"
 
@@ -29,6 +30,9 @@ MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock 
       m_today(std::move(today)), m_bank(store), m_expenses(store), m_purseOperations(store), m_purses(store)
 {
     m_ui->setupUi(this);
+    auto* figures = new ui::FittedFigures(this);
+    for (QLineEdit* field : {m_ui->S1, m_ui->S2, m_ui->S3, m_ui->S4, m_ui->T10, m_ui->T11, m_ui->T4})
+        figures->add(field);
     m_ui->R1->setFocus();
     connect(m_ui->B1, &QPushButton::clicked, this, &MainWindow::analyticsRequested);
     connect(m_ui->B2, &QPushButton::clicked, this, &MainWindow::serviceRequested);
