@@ -97,10 +97,10 @@ void Backup::restoreRecordedDate(const QVariant& previous)
 
 // A backup whose money the main window could not show in the Currency range
 // is not put in place.
-std::optional<Backup::Outcome> Backup::moneyProblem(std::span<const std::uint8_t> bytes, QDate today) const
+std::optional<Backup::Outcome> Backup::moneyProblem(jet::Database contents, QDate today) const
 {
     try {
-        store::Snapshot backup(bytes);
+        store::Snapshot backup(std::move(contents));
         const auto figures = ledger::MoneyFigures::read(backup, ledger::MonthStatistics::shownMonths(today));
         if (!figures.keepsInRange({}))
             return failure(QString::fromUtf8(texts::amountOutOfRange));
@@ -124,9 +124,10 @@ Backup::Outcome Backup::restore(QDate today)
         return failure(QString::fromUtf8(texts::backupDamaged)
                            .arg(backupPath(), StoreError::describeErrno(e.code().value())));
     }
-    if (const auto problem = dataFileProblem(bytes))
+    jet::Database contents;
+    if (const auto problem = dataFileProblem(bytes, &contents))
         return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), *problem));
-    if (auto refused = moneyProblem(bytes, today))
+    if (auto refused = moneyProblem(std::move(contents), today))
         return *refused;
     try {
         store::WholeFile(m_store, m_writer).replace(bytes);

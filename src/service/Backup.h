@@ -1,14 +1,13 @@
 #pragma once
 
+#include "jet/Database.h"
 #include "store/FileSaver.h"
 #include "store/Store.h"
 
 #include <QDate>
 #include <QString>
 
-#include <cstdint>
 #include <optional>
-#include <span>
 
 namespace service {
 
@@ -51,7 +50,7 @@ public:
 
 private:
     Outcome copyToBackup();
-    std::optional<Outcome> moneyProblem(std::span<const std::uint8_t> bytes, QDate today) const;
+    std::optional<Outcome> moneyProblem(jet::Database contents, QDate today) const;
     void restoreRecordedDate(const QVariant& previous);
 
     store::Store& m_store;

@@ -13,9 +13,18 @@ Column longColumn(std::u16string name, bool autoNumber = false)
 {
     return Column::ofType(std::move(name), ColumnType::Long, autoNumber);
 }
-Column money(std::u16string name) { return Column::ofType(std::move(name), ColumnType::Currency); }
-Column date(std::u16string name) { return Column::ofType(std::move(name), ColumnType::DateTime); }
-Column text(std::u16string name, int chars = 255) { return Column::text(std::move(name), chars); }
+Column money(std::u16string name)
+{
+    return Column::ofType(std::move(name), ColumnType::Currency);
+}
+Column date(std::u16string name)
+{
+    return Column::ofType(std::move(name), ColumnType::DateTime);
+}
+Column text(std::u16string name, int chars = 255)
+{
+    return Column::text(std::move(name), chars);
+}
 
 jet::Table table(std::u16string name, std::vector<Column> columns)
 {
@@ -25,8 +34,9 @@ jet::Table table(std::u16string name, std::vector<Column> columns)
     return t;
 }
 
-const char16_t* const kMonthNames[12] = {u"Январь", u"Февраль", u"Март",     u"Апрель",  u"Май",    u"Июнь",
-                                         u"Июль",   u"Август",  u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
+const char16_t* const kMonthNames[12] = {u"Январь",   u"Февраль", u"Март",   u"Апрель",
+                                         u"Май",      u"Июнь",    u"Июль",   u"Август",
+                                         u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
 
 } // namespace
 
@@ -61,6 +71,12 @@ jet::Database preparedDatabase(double creationDate)
     for (int m = 1; m <= 12; ++m)
         months.push_back({std::int32_t{m}, std::u16string(kMonthNames[m - 1])});
     return db;
+}
+
+std::vector<std::string> imageIndexes()
+{
+    return {"CREATE INDEX \"Bank by date\" ON Bank (F1, F2)",
+            "CREATE INDEX \"Bills by date\" ON Bills (F1, F3)"};
 }
 
 std::string schemaMismatch(const jet::Database& db)

@@ -3,18 +3,16 @@
 #include "RowReader.h"
 #include "Schema.h"
 #include "SqliteImage.h"
-#include "jet/Reader.h"
 
 #include <stdexcept>
 
 namespace store {
 
-Snapshot::Snapshot(std::span<const std::uint8_t> bytes)
+Snapshot::Snapshot(jet::Database contents)
 {
-    jet::Database database = jet::readDatabase(bytes, kFilePassword);
-    if (const std::string mismatch = schemaMismatch(database); !mismatch.empty())
+    if (const std::string mismatch = schemaMismatch(contents); !mismatch.empty())
         throw std::runtime_error(mismatch);
-    m_image = std::make_unique<SqliteImage>(std::move(database));
+    m_image = std::make_unique<SqliteImage>(std::move(contents));
 }
 
 Snapshot::~Snapshot() = default;

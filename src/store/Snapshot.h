@@ -2,23 +2,22 @@
 
 #include "QuerySource.h"
 
-#include <cstdint>
+#include "jet/Database.h"
+
 #include <memory>
-#include <span>
 
 namespace store {
 
 class SqliteImage;
 
-// The contents of a data file's bytes, to look at without putting them in
-// place: decoded with the data file's password, checked to hold the eight
-// tables and loaded into an SQLite image as the store loads the data file.
-// Read-only.
+// The contents of a data file, to look at without putting them in place:
+// checked to hold the eight tables and loaded into an SQLite image as the
+// store loads the data file. Read-only.
 class Snapshot : public QuerySource
 {
 public:
-    // Throws std::exception when the store would refuse to open these bytes.
-    explicit Snapshot(std::span<const std::uint8_t> bytes);
+    // Throws std::exception when the store would refuse these contents.
+    explicit Snapshot(jet::Database contents);
     ~Snapshot() override;
     Snapshot(const Snapshot&) = delete;
     Snapshot& operator=(const Snapshot&) = delete;
