@@ -30,8 +30,8 @@ MonthFigures MonthStatistics::forMonth(store::QuerySource& source, QDate day)
 
 std::vector<QDate> MonthStatistics::shownMonths(QDate today)
 {
-    const QDate first(today.year(), today.month(), 1);
-    return {first, first.addMonths(-1)};
+    // A month earlier the day may be shorter: addMonths() keeps it in that month.
+    return {today, today.addMonths(-1)};
 }
 
 std::optional<MonthStatistics> MonthStatistics::read(store::Store& store, QDate today)

@@ -32,7 +32,7 @@ struct MonthStatistics
     static std::optional<MonthStatistics> read(store::Store& store, QDate today);
     // The figures of the month `day` lies in.
     static MonthFigures forMonth(store::QuerySource& source, QDate day);
-    // The first days of the two months shown on `today`.
+    // A day in each of the two months shown on `today`.
     static std::vector<QDate> shownMonths(QDate today);
 };
 
