@@ -46,7 +46,7 @@ void BM_Restore(benchmark::State& state)
     if (!backup.make(QDate(2025, 6, 30)).done)
         state.SkipWithError("the backup failed");
     for (auto _ : state)
-        if (!backup.restore().done)
+        if (!backup.restore(QDate(2026, 3, 15)).done)
             state.SkipWithError("the restore failed");
 }
 BENCHMARK(BM_Restore)->Unit(benchmark::kMillisecond);
@@ -69,7 +69,7 @@ void BM_DeleteExpense(benchmark::State& state)
     service::OperationDeletion deletion(store);
     for (auto _ : state) {
         const store::Rows newest = store.query("SELECT MAX(F0) FROM Bills");
-        if (newest.empty() || !deletion.deleteExpense(newest.front().integer(0)))
+        if (newest.empty() || deletion.deleteExpense(newest.front().integer(0)) != ledger::Outcome::Done)
             state.SkipWithError("the deletion failed");
     }
 }

@@ -1,7 +1,7 @@
 #include "ChoiceLists.h"
 
 #include "AnalyticsTexts.h"
-#include "ledger/Balances.h"
+#include "store/CatalogueEntry.h"
 #include "store/Transaction.h"
 
 namespace analytics {
@@ -12,7 +12,7 @@ QStringList catalogueEntries(store::Transaction& tx, const QString& table)
 {
     QStringList entries;
     for (const store::Row& row : tx.query(QStringLiteral("SELECT F0, F1 FROM %1 ORDER BY F0").arg(table)))
-        entries.append(ledger::listEntry(row.value(0), row.value(1)));
+        entries.append(store::CatalogueEntry::format(row.value(0), row.value(1)));
     return entries;
 }
 

@@ -1,12 +1,10 @@
 #include "DetailTable.h"
 
 #include "AnalyticsTexts.h"
-#include "store/TextPiece.h"
+#include "store/CatalogueEntry.h"
 #include "store/Transaction.h"
 
 #include <QDateTime>
-
-#include <stdexcept>
 
 namespace analytics {
 
@@ -69,9 +67,9 @@ QStringList DetailTable::cells(const DetailRow& row) const
     return {row.date, shown(row.amount), row.comment, row.purse, number, row.note};
 }
 
-store::Amount DetailTable::total() const
+store::WideAmount DetailTable::total() const
 {
-    store::Amount sum;
+    store::WideAmount sum;
     for (const DetailRow& row : rows)
         if (row.amount)
             sum += *row.amount;
@@ -92,26 +90,13 @@ DetailTable DetailTable::expenses(store::Transaction& tx, const Period& period, 
 {
     DetailTable table;
     table.kind = DetailKind::Expenses;
-    const auto code = accountCode(accountEntry);
+    const auto code = store::CatalogueEntry::codeOf(accountEntry);
     if (!code)
         return table;
     for (const store::Row& r : tx.query(QString::fromUtf8(kMonthExpenses), period.monthRange() << *code))
         table.rows.push_back({displayedDate(r.value(0)), amountOf(r.value(1)), kept(r.value(2)),
                               kept(r.value(3)), r.integer(4), kept(r.value(5))});
     return table;
-}
-
-std::optional<qlonglong> accountCode(const QString& accountEntry)
-{
-    QString piece;
-    try {
-        piece = store::textPiece(accountEntry, QStringLiteral(" -"), 1);
-    } catch (const std::out_of_range&) {
-        return std::nullopt;
-    }
-    bool ok = false;
-    const qlonglong code = piece.trimmed().toLongLong(&ok);
-    return ok ? std::optional(code) : std::nullopt;
 }
 
 } // namespace analytics

@@ -2,6 +2,7 @@
 
 #include "Period.h"
 #include "store/Amount.h"
+#include "store/WideAmount.h"
 
 #include <QString>
 #include <QStringList>
@@ -52,14 +53,11 @@ struct DetailTable
     QStringList headers() const;
     // The cells of one row in the order of headers().
     QStringList cells(const DetailRow& row) const;
-    store::Amount total() const;
+    store::WideAmount total() const;
 
     static DetailTable income(store::Transaction& tx, const Period& period);
     // `accountEntry` is the account list's entry, "code - name".
     static DetailTable expenses(store::Transaction& tx, const Period& period, const QString& accountEntry);
 };
-
-// The account code of an account list entry; nullopt when there is none.
-std::optional<qlonglong> accountCode(const QString& accountEntry);
 
 } // namespace analytics

@@ -8,21 +8,20 @@ namespace {
 
 struct Sums
 {
-    store::Amount month;
-    store::Amount year;
+    store::WideAmount month;
+    store::WideAmount year;
 };
 
 // The month's and the year's sum of one money column in one pass over the table.
 Sums sumsOf(store::Transaction& tx, const QString& table, const QString& column, const Period& period)
 {
-    const QString sql =
-        QStringLiteral(
-            "SELECT SUM(CASE WHEN F1 >= ? AND F1 < ? THEN %1 END), SUM(%1) FROM %2 WHERE F1 >= ? AND F1 < ?")
-            .arg(column, table);
+    const QString sql = QStringLiteral("SELECT WideSum(CASE WHEN F1 >= ? AND F1 < ? THEN %1 END), "
+                                       "WideSum(%1) FROM %2 WHERE F1 >= ? AND F1 < ?")
+                            .arg(column, table);
     const store::Rows rows = tx.query(sql, period.monthRange() + period.yearRange());
     if (rows.empty())
         return {};
-    return {rows.front().amount(0), rows.front().amount(1)};
+    return {rows.front().wide(0), rows.front().wide(1)};
 }
 
 } // namespace

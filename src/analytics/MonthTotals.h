@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Period.h"
-#include "store/Amount.h"
+#include "store/WideAmount.h"
 
 namespace store {
 class Transaction;
@@ -14,10 +14,10 @@ namespace analytics {
 // where the period has no operation.
 struct MonthTotals
 {
-    store::Amount monthIncome;
-    store::Amount yearIncome;
-    store::Amount monthExpenses;
-    store::Amount yearExpenses;
+    store::WideAmount monthIncome;
+    store::WideAmount yearIncome;
+    store::WideAmount monthExpenses;
+    store::WideAmount yearExpenses;
 
     bool operator==(const MonthTotals&) const = default;
 

@@ -1,8 +1,6 @@
 #include "Period.h"
 
-#include "store/TextPiece.h"
-
-#include <stdexcept>
+#include "store/CatalogueEntry.h"
 
 namespace analytics {
 
@@ -29,11 +27,7 @@ QVariantList rangeOf(const QString& prefix)
 Period Period::choose(const QString& monthEntry, const QString& yearText, QDate today)
 {
     Period period;
-    try {
-        period.m_month = store::textPiece(monthEntry, QStringLiteral(" -"), 1);
-    } catch (const std::out_of_range&) {
-        period.m_month = monthEntry; // too many pieces to be a month entry: no month at all
-    }
+    period.m_month = store::CatalogueEntry::codePart(monthEntry).toString();
     if (period.m_month.isEmpty())
         period.m_month = QString::number(today.month());
     period.m_year = yearText.isEmpty() ? QString::number(today.year()) : yearText;

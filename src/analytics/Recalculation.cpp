@@ -1,6 +1,6 @@
 #include "Recalculation.h"
 
-#include "ledger/Balances.h"
+#include "store/CatalogueEntry.h"
 #include "store/Transaction.h"
 
 namespace analytics {
@@ -30,7 +30,7 @@ std::optional<QString> monthEntry(store::Store& store, const Period& period)
     const store::Rows rows = tx.query(QStringLiteral("SELECT F0, F1 FROM Mon WHERE F0 = ?"), {*month});
     if (!tx.commit() || rows.empty())
         return std::nullopt;
-    return ledger::listEntry(rows.back().value(0), rows.back().value(1));
+    return store::CatalogueEntry::format(rows.back().value(0), rows.back().value(1));
 }
 
 } // namespace analytics

@@ -1,7 +1,7 @@
 #include "YearTable.h"
 
 #include "AnalyticsTexts.h"
-#include "ledger/Balances.h"
+#include "store/CatalogueEntry.h"
 #include "store/Transaction.h"
 
 namespace analytics {
@@ -13,7 +13,7 @@ namespace {
 // function; grouping by the catalogue row, a number, spares comparing names
 // for every expense.
 constexpr char kSumsByAccountAndMonth[] =
-    "SELECT Bills_Dict.F0, Bills_Dict.F1, CAST(substr(Bills.F1, 6, 2) AS INTEGER) AS Mes, SUM(Bills.F3), "
+    "SELECT Bills_Dict.F0, Bills_Dict.F1, CAST(substr(Bills.F1, 6, 2) AS INTEGER) AS Mes, WideSum(Bills.F3), "
     "Bills_Dict.rowid FROM Bills INNER JOIN Bills_Dict ON Bills.F2 = Bills_Dict.F0 "
     "WHERE Bills.F1 >= ? AND Bills.F1 < ? "
     "GROUP BY Bills_Dict.rowid, Mes ORDER BY Bills_Dict.F0, Bills_Dict.F1, Bills_Dict.rowid, Mes";
@@ -27,7 +27,7 @@ YearTableRow totalsRow(const std::vector<YearTableRow>& accounts)
 {
     YearTableRow totals;
     totals.account = QString::fromUtf8(texts::totalsRow);
-    totals.months.fill(store::Amount());
+    totals.months.fill(store::WideAmount());
     for (const YearTableRow& row : accounts)
         for (std::size_t m = 0; m < row.months.size(); ++m)
             if (row.months[m])
@@ -47,7 +47,7 @@ YearTable YearTable::read(store::Transaction& tx, const Period& period)
     for (const store::Row& sum : sums) {
         if (!previous || !sameAccount(*previous, sum)) {
             YearTableRow row;
-            row.account = ledger::listEntry(sum.value(0), sum.value(1)).left(kLabelLength);
+            row.account = store::CatalogueEntry::format(sum.value(0), sum.value(1)).left(kLabelLength);
             table.rows.push_back(row);
         }
         previous = &sum;
@@ -55,8 +55,8 @@ YearTable YearTable::read(store::Transaction& tx, const Period& period)
         if (month < 1 || month > 12 || !sum.value(3).isValid())
             continue;
         YearTableRow& row = table.rows.back();
-        row.months[static_cast<std::size_t>(month - 1)] = sum.amount(3);
-        row.total += sum.amount(3);
+        row.months[static_cast<std::size_t>(month - 1)] = sum.wide(3);
+        row.total += sum.wide(3);
     }
     table.rows.push_back(totalsRow(table.rows));
     return table;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Period.h"
-#include "store/Amount.h"
+#include "store/WideAmount.h"
 
 #include <QString>
 
@@ -21,8 +21,8 @@ struct YearTableRow
 {
     // "code - name", cut to the 20 characters the table keeps of a label.
     QString account;
-    std::array<std::optional<store::Amount>, 12> months;
-    store::Amount total;
+    std::array<std::optional<store::WideAmount>, 12> months;
+    store::WideAmount total;
 
     bool operator==(const YearTableRow&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "Frame.h"
 
 #include "AppTexts.h"
+#include "Application.h"
 #include "HelpWindow.h"
 #include "MainWindow.h"
 #include "SignInWindow.h"
@@ -50,10 +51,15 @@ Frame::Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions optio
     auto* help = new QShortcut(QKeySequence(Qt::Key_F1), this);
     help->setContext(Qt::ApplicationShortcut);
     connect(help, &QShortcut::activated, this, &Frame::showHelp);
+    if (auto* application = Application::instance())
+        application->setReporter(&m_dialogs, m_options.log);
 }
 
 Frame::~Frame()
 {
+    if (auto* application = Application::instance();
+        application && application->reporterDialogs() == &m_dialogs)
+        application->setReporter(nullptr, {});
     // The windows use the store; they go first.
     delete m_mdi;
 }

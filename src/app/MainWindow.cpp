@@ -4,9 +4,10 @@
 #include "ledger/LedgerTables.h"
 #include "ledger/LedgerTexts.h"
 #include "ledger/MonthStatistics.h"
+#include "store/CatalogueEntry.h"
 #include "store/Dates.h"
-#include "store/TextPiece.h"
 #include "ui/Dialogs.h"
+#include "ui/FittedFigures.h"
 #include "ui/UiTexts.h"
 #include "ui_MainWindow.h"
 
@@ -29,6 +30,9 @@ MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock 
       m_today(std::move(today)), m_bank(store), m_expenses(store), m_purseOperations(store), m_purses(store)
 {
     m_ui->setupUi(this);
+    auto* figures = new ui::FittedFigures(this);
+    for (QLineEdit* field : {m_ui->S1, m_ui->S2, m_ui->S3, m_ui->S4, m_ui->T10, m_ui->T11, m_ui->T4})
+        figures->add(field);
     m_ui->R1->setFocus();
     connect(m_ui->B1, &QPushButton::clicked, this, &MainWindow::analyticsRequested);
     connect(m_ui->B2, &QPushButton::clicked, this, &MainWindow::serviceRequested);
@@ -226,9 +230,12 @@ void MainWindow::onDeletePurse()
         m_dialogs.error(text(ledger::texts::choosePurseToDelete));
     } else if (m_dialogs.confirm(text(ledger::texts::deletePurseTitle),
                                  text(ledger::texts::confirmPurseDeletion))) {
-        if (!m_purses.remove(*purse))
+        const ledger::Outcome outcome = m_purses.remove(*purse);
+        if (outcome == ledger::Outcome::NotSaved)
             return;
-        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseDeleted));
+        if (outcome == ledger::Outcome::Done)
+            m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseDeleted));
+        reportOutOfRange(outcome);
     }
     refreshListsAndBalances();
 }
@@ -247,7 +254,7 @@ void MainWindow::onNewPurse()
     refreshListsAndBalances();
 }
 
-void MainWindow::showMoneyInPurses(store::Amount purseBalance, store::Amount purseTotal)
+void MainWindow::showMoneyInPurses(store::Amount purseBalance, store::WideAmount purseTotal)
 {
     m_ui->T4->setText(purseBalance.toDisplayString());
     m_ui->T10->setText(purseTotal.toBalanceString());
@@ -261,9 +268,7 @@ void MainWindow::reportOutOfRange(ledger::Outcome outcome)
 
 std::optional<int> MainWindow::chosenCode(const QComboBox* list)
 {
-    bool ok = false;
-    const int code = store::textPiece(list->currentText(), QStringLiteral(" -"), 1).toInt(&ok);
-    return ok ? std::optional(code) : std::nullopt;
+    return store::CatalogueEntry::codeOf(list->currentText());
 }
 
 std::optional<int> MainWindow::openPurseCode() const

@@ -68,7 +68,7 @@ private:
     void onSavePurse();      // VC2 "Сохранить"
     void onDeletePurse();    // VC3 "Удалить"
     void onNewPurse();       // VC4 "Новый"
-    void showMoneyInPurses(store::Amount purseBalance, store::Amount purseTotal);
+    void showMoneyInPurses(store::Amount purseBalance, store::WideAmount purseTotal);
     void reportOutOfRange(ledger::Outcome outcome);
     // The code of the entry a list shows ("3 - Питание" gives 3).
     static std::optional<int> chosenCode(const QComboBox* list);

@@ -1,3 +1,4 @@
+#include "Application.h"
 #include "Frame.h"
 #include "QtTranslation.h"
 #include "ui/QtDialogs.h"
@@ -7,7 +8,7 @@
 
 int main(int argc, char* argv[])
 {
-    QApplication application(argc, argv);
+    app::Application application(argc, argv);
     QApplication::setApplicationName("Velmora");
     QApplication::setApplicationVersion(VELMORA_VERSION);
     QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
@@ -20,7 +21,12 @@ int main(int argc, char* argv[])
         &frame, &app::Frame::quitRequested, &application, [](int exitCode) { QApplication::exit(exitCode); },
         Qt::QueuedConnection);
     frame.show();
-    if (!frame.start())
-        return frame.exitCode();
+    try {
+        if (!frame.start())
+            return frame.exitCode();
+    } catch (...) {
+        // The frame stays with what it could show; the user can go on or leave.
+        application.reportCurrentException();
+    }
     return QApplication::exec();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/Amount.h"
+#include "store/WideAmount.h"
 
 #include <QString>
 
@@ -14,12 +14,12 @@ struct ChartBar
 {
     qlonglong code = 0;
     QString name;
-    store::Amount sum;
+    store::WideAmount sum;
     bool excluded = false;
     // The account's colour, the same in both charts of one drawing.
     int colourSlot = 0;
 
-    store::Amount value() const { return excluded ? store::Amount() : sum; }
+    store::WideAmount value() const { return excluded ? store::WideAmount() : sum; }
     bool operator==(const ChartBar&) const = default;
 };
 

@@ -12,7 +12,7 @@ namespace {
 // One sum per account; accounts are told apart by code and name, as their
 // list entries ("3 - Питание") tell them apart.
 constexpr char kSumsByAccount[] =
-    "SELECT Bills_Dict.F0, Bills_Dict.F1, SUM(Bills.F3) "
+    "SELECT Bills_Dict.F0, Bills_Dict.F1, WideSum(Bills.F3) "
     "FROM Bills INNER JOIN Bills_Dict ON Bills.F2 = Bills_Dict.F0 "
     "WHERE Bills.F1 >= ? AND Bills.F1 < ? "
     "GROUP BY Bills_Dict.F0, Bills_Dict.F1 ORDER BY Bills_Dict.F0, Bills_Dict.F1";
@@ -47,7 +47,7 @@ std::vector<ChartBar> ExpenseCharts::readBars(store::Transaction& tx, const QVar
         bar.code = row.integer(0);
         // The legend shows the name as it stands in the catalogue.
         bar.name = row.text(1);
-        bar.sum = row.amount(2);
+        bar.sum = row.wide(2);
         bar.excluded = threshold.excludes(bar.sum);
         bars.push_back(std::move(bar));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/Amount.h"
+#include "store/WideAmount.h"
 
 #include <QString>
 
@@ -22,7 +23,7 @@ public:
     // The field held something that is not a number.
     bool wasRejected() const { return m_rejected; }
     // Strictly above: a sum equal to the limit is still drawn.
-    bool excludes(store::Amount sum) const { return sum > m_value; }
+    bool excludes(store::WideAmount sum) const { return sum > m_value; }
 
 private:
     store::Amount m_value = kNoLimit;

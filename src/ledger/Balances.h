@@ -1,7 +1,8 @@
 #pragma once
 
-#include "store/Amount.h"
+#include "store/QuerySource.h"
 #include "store/Store.h"
+#include "store/WideAmount.h"
 
 #include <QStringList>
 
@@ -17,15 +18,13 @@ struct Balances
 {
     QStringList accountEntries;
     QStringList purseEntries;
-    store::Amount purseTotal;
-    store::Amount bankAmount;
+    store::WideAmount purseTotal;
+    store::WideAmount bankAmount;
 
     // Everything in one read of the data file; nullopt when the file could not
     // be read (the store has shown why).
     static std::optional<Balances> read(store::Store& store);
+    static Balances of(store::QuerySource& source);
 };
-
-// "3 - Питание": how a catalogue row is listed.
-QString listEntry(const QVariant& code, const QVariant& name);
 
 } // namespace ledger

@@ -2,30 +2,25 @@
 
 #include "LedgerTables.h"
 
-#include <stdexcept>
-
 namespace ledger {
 
 Outcome Bank::record(const BankOperation& operation)
 {
     store::Transaction tx(m_store);
     const store::Amount stored = tables::storedBalance(tx);
+    const MoneyFigures before = MoneyFigures::read(tx, {operation.date});
     if (!tx.ok())
         return tables::finish(tx);
-    store::Amount row;
-    store::Amount balance;
-    try {
-        const store::Amount moved =
-            operation.direction == BankDirection::Deposit ? operation.amount : -operation.amount;
-        row = moved.roundedToCents();
-        balance = (stored + moved).roundedToCents();
-    } catch (const std::overflow_error&) {
+    const store::WideAmount typed = operation.amount;
+    const store::WideAmount moved = operation.direction == BankDirection::Deposit ? typed : -typed;
+    const auto row = moved.roundedToCents().toAmount();
+    const auto balance = (stored + moved).roundedToCents().toAmount();
+    if (!row || !balance)
         return Outcome::OutOfRange;
-    }
     tx.execute(QStringLiteral("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)"),
-               {operation.date, row, operation.comment});
-    tables::writeStoredBalance(tx, balance);
-    return tables::finish(tx);
+               {operation.date, *row, operation.comment});
+    tables::writeStoredBalance(tx, *balance);
+    return tables::finishInRange(tx, before);
 }
 
 } // namespace ledger

@@ -2,8 +2,6 @@
 
 #include "LedgerTables.h"
 
-#include <stdexcept>
-
 namespace ledger {
 
 BookedExpense Expenses::book(const Expense& expense)
@@ -11,25 +9,20 @@ BookedExpense Expenses::book(const Expense& expense)
     store::Transaction tx(m_store);
     const store::Amount stored = tables::storedBalance(tx);
     const store::Amount purse = tables::purseBalance(tx, expense.purse);
+    const MoneyFigures before = MoneyFigures::read(tx, {expense.date});
     if (!tx.ok())
         return {tables::finish(tx), {}, {}};
-    BookedExpense booked;
-    store::Amount spent;
-    store::Amount balance;
-    try {
-        spent = expense.amount.roundedToCents();
-        balance = (stored - spent).roundedToCents();
-        booked.purseBalance = (purse - spent).roundedToCents();
-    } catch (const std::overflow_error&) {
-        booked.outcome = Outcome::OutOfRange;
-        return booked;
-    }
+    const store::Amount spent = expense.amount.roundedToCents();
+    const auto balance = (store::WideAmount(stored) - spent).roundedToCents().toAmount();
+    const auto purseBalance = (store::WideAmount(purse) - spent).roundedToCents().toAmount();
+    if (!balance || !purseBalance)
+        return {Outcome::OutOfRange, {}, {}};
     tx.execute(QStringLiteral("INSERT INTO Bills (F1, F2, F3, F4, F5, F6) VALUES (?, ?, ?, ?, ?, ?)"),
                {expense.date, expense.account, spent, expense.name, expense.note, expense.purse});
-    tables::writeStoredBalance(tx, balance);
-    tables::writePurseBalance(tx, expense.purse, booked.purseBalance);
-    booked.purseTotal = tables::purseTotal(tx);
-    booked.outcome = tables::finish(tx);
+    tables::writeStoredBalance(tx, *balance);
+    tables::writePurseBalance(tx, expense.purse, *purseBalance);
+    BookedExpense booked{Outcome::NotSaved, *purseBalance, tables::purseTotal(tx)};
+    booked.outcome = tables::finishInRange(tx, before);
     return booked;
 }
 

@@ -4,6 +4,7 @@
 
 #include "store/Amount.h"
 #include "store/Store.h"
+#include "store/WideAmount.h"
 
 #include <QDate>
 #include <QString>
@@ -26,7 +27,7 @@ struct BookedExpense
     Outcome outcome = Outcome::NotSaved;
     // After the booking: the purse's money and the money of all purses.
     store::Amount purseBalance;
-    store::Amount purseTotal;
+    store::WideAmount purseTotal;
 };
 
 // Expenses: a Bills row with the amount rounded to kopecks, and the stored

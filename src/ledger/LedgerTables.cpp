@@ -8,10 +8,11 @@ const QString kBalanceKey = QStringLiteral("OSTATOK");
 
 } // namespace
 
-store::Amount storedBalance(store::Transaction& tx)
+store::Amount storedBalance(store::QuerySource& source)
 {
-    return tx.lookupAmount(QStringLiteral("Tech"), QStringLiteral("F2"), QStringLiteral("F0 = ?"),
-                           {kBalanceKey});
+    // As a lookup: the last matching row counts.
+    const store::Rows rows = source.query(QStringLiteral("SELECT F2 FROM Tech WHERE F0 = ?"), {kBalanceKey});
+    return rows.empty() ? store::Amount() : rows.back().amount(0);
 }
 
 void writeStoredBalance(store::Transaction& tx, store::Amount balance)
@@ -24,10 +25,10 @@ store::Amount purseBalance(store::Transaction& tx, int code)
     return tx.lookupAmount(QStringLiteral("Purse"), QStringLiteral("F1"), QStringLiteral("F0 = ?"), {code});
 }
 
-store::Amount purseTotal(store::Transaction& tx)
+store::WideAmount purseTotal(store::QuerySource& source)
 {
-    const store::Rows rows = tx.query(QStringLiteral("SELECT SUM(F1) FROM Purse"));
-    return rows.empty() ? store::Amount() : rows.front().amount(0);
+    const store::Rows rows = source.query(QStringLiteral("SELECT WideSum(F1) FROM Purse"));
+    return rows.empty() ? store::WideAmount() : rows.front().wide(0);
 }
 
 void writePurseBalance(store::Transaction& tx, int code, store::Amount balance)
@@ -47,6 +48,21 @@ QString fitText(const QString& text)
 Outcome finish(store::Transaction& tx)
 {
     return tx.commit() ? Outcome::Done : Outcome::NotSaved;
+}
+
+Outcome finishInRange(store::Transaction& tx, const MoneyFigures& before,
+                      const std::function<void()>& beforeSave)
+{
+    if (!tx.ok())
+        return finish(tx);
+    const MoneyFigures after = MoneyFigures::read(tx, before.monthDays);
+    if (!tx.ok())
+        return finish(tx);
+    if (!after.keepsInRange(before))
+        return Outcome::OutOfRange;
+    if (beforeSave)
+        beforeSave();
+    return finish(tx);
 }
 
 } // namespace ledger::tables

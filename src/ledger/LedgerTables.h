@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MoneyFigures.h"
 #include "Outcome.h"
 
 #include "store/Amount.h"
@@ -7,17 +8,19 @@
 
 #include <QString>
 
+#include <functional>
+
 // Reads and writes of the money rows that several operations share; each runs
 // in the caller's transaction.
 namespace ledger::tables {
 
 // The household's whole money: Tech row OSTATOK, column F2 (0 without a row).
-store::Amount storedBalance(store::Transaction& tx);
+store::Amount storedBalance(store::QuerySource& source);
 void writeStoredBalance(store::Transaction& tx, store::Amount balance);
 
 // A purse's money (0 when it has no Purse row) and the sum of all purses.
 store::Amount purseBalance(store::Transaction& tx, int code);
-store::Amount purseTotal(store::Transaction& tx);
+store::WideAmount purseTotal(store::QuerySource& source);
 // A purse's row is replaced, not updated: delete, then insert, so a purse that
 // had no row gets one.
 void writePurseBalance(store::Transaction& tx, int code, store::Amount balance);
@@ -30,5 +33,11 @@ QString fitText(const QString& text);
 
 // Commits and tells how it went.
 Outcome finish(store::Transaction& tx);
+// Commits unless the writes so far took a figure of `before` out of the
+// Currency range (or further out): then the transaction is left to roll
+// back and the outcome is OutOfRange. `beforeSave` runs after that check
+// and before the file is written.
+Outcome finishInRange(store::Transaction& tx, const MoneyFigures& before,
+                      const std::function<void()>& beforeSave = {});
 
 } // namespace ledger::tables

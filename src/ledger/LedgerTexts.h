@@ -16,9 +16,7 @@ inline constexpr char expenseFieldsMissing[] =
 inline constexpr char choosePurseToEdit[] = "Необходимо выбрать кошелек для редакции";
 inline constexpr char purseCodeNeeded[] = "Необходимо задать код кошелька, например - 2";
 inline constexpr char choosePurseToDelete[] = "Необходимо выбрать кошелек для удаления";
-// A sum whose result would not fit the data file's money columns.
-inline constexpr char amountOutOfRange[] =
-    "Сумма слишком велика: остаток вышел бы за допустимые пределы. Операция не выполнена.";
+using store::texts::amountOutOfRange;
 
 // Bank: "Сумма в размере " + amount as typed + " добавлена" / " снята". The
 // confirmation carries the title of the error boxes.

@@ -1,15 +1,12 @@
 #pragma once
 
-#include "store/Amount.h"
+#include "store/QuerySource.h"
 #include "store/Store.h"
+#include "store/WideAmount.h"
 
 #include <QDate>
 
 #include <optional>
-
-namespace store {
-class Transaction;
-}
 
 namespace ledger {
 
@@ -18,8 +15,8 @@ namespace ledger {
 // negative income; expenses are the sum of the booked expenses.
 struct MonthFigures
 {
-    store::Amount income;
-    store::Amount expenses;
+    store::WideAmount income;
+    store::WideAmount expenses;
 
     bool operator==(const MonthFigures&) const = default;
 };
@@ -33,7 +30,10 @@ struct MonthStatistics
 
     // nullopt when the data file could not be read (the store has shown why).
     static std::optional<MonthStatistics> read(store::Store& store, QDate today);
-    static MonthFigures forMonth(store::Transaction& tx, int year, int month);
+    // The figures of the month `day` lies in.
+    static MonthFigures forMonth(store::QuerySource& source, QDate day);
+    // A day in each of the two months shown on `today`.
+    static std::vector<QDate> shownMonths(QDate today);
 };
 
 } // namespace ledger

@@ -1,5 +1,7 @@
 #include "PurseCatalogue.h"
 
+#include "LedgerTables.h"
+
 #include "store/Transaction.h"
 
 namespace ledger {
@@ -27,12 +29,13 @@ bool PurseCatalogue::rename(int code, const QString& name, const QString& note)
     return tx.commit().ok();
 }
 
-bool PurseCatalogue::remove(int code)
+Outcome PurseCatalogue::remove(int code)
 {
     store::Transaction tx(m_store);
+    const MoneyFigures before = MoneyFigures::read(tx);
     tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
     tx.execute(QStringLiteral("DELETE FROM Purse WHERE F0 = ?"), {code});
-    return tx.commit().ok();
+    return tables::finishInRange(tx, before);
 }
 
 std::optional<int> PurseCatalogue::create(const QString& name)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Outcome.h"
+
 #include "store/Amount.h"
 #include "store/Store.h"
 
@@ -33,8 +35,9 @@ public:
     // pointing at the purse. False when nothing was saved.
     bool rename(int code, const QString& name, const QString& note);
     // Removes the purse and its money row. Its expenses stay, and so does the
-    // stored balance: the purse's money counts as the bank's again.
-    bool remove(int code);
+    // stored balance: the purse's money counts as the bank's again, which is
+    // refused when that puts the bank's figure out of range.
+    Outcome remove(int code);
     // A new purse holding 0; its code, or nullopt when nothing was saved.
     std::optional<int> create(const QString& name);
 

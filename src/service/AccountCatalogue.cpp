@@ -1,9 +1,7 @@
 #include "AccountCatalogue.h"
 
-#include "store/TextPiece.h"
+#include "store/CatalogueEntry.h"
 #include "store/Transaction.h"
-
-#include <limits>
 
 namespace service {
 
@@ -12,7 +10,7 @@ std::optional<QStringList> AccountCatalogue::entries()
     store::Transaction tx(m_store);
     QStringList list;
     for (const store::Row& row : tx.query(QStringLiteral("SELECT F0, F1 FROM Bills_Dict ORDER BY F0")))
-        list.append(entry(row.value(0), row.value(1)));
+        list.append(store::CatalogueEntry::format(row.value(0), row.value(1)));
     if (!tx.commit())
         return std::nullopt;
     return list;
@@ -54,21 +52,6 @@ std::optional<int> AccountCatalogue::add(const QString& name)
     if (!tx.commit())
         return std::nullopt;
     return static_cast<int>(code);
-}
-
-std::optional<int> AccountCatalogue::codeOf(const QString& entry)
-{
-    const QString piece = store::textPiece(entry, QStringLiteral(" -"), 1).trimmed();
-    bool ok = false;
-    const qlonglong code = piece.toLongLong(&ok);
-    if (!ok || code < std::numeric_limits<int>::min() || code > std::numeric_limits<int>::max())
-        return std::nullopt;
-    return static_cast<int>(code);
-}
-
-QString AccountCatalogue::entry(const QVariant& code, const QVariant& name)
-{
-    return code.toString() + QStringLiteral(" - ") + name.toString();
 }
 
 } // namespace service

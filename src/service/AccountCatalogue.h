@@ -33,11 +33,6 @@ public:
     // and returns that code.
     std::optional<int> add(const QString& name);
 
-    // The code of a list entry: the text before the first " -", or the whole
-    // text when there is none; nullopt when that is not a whole number.
-    static std::optional<int> codeOf(const QString& entry);
-    static QString entry(const QVariant& code, const QVariant& name);
-
 private:
     store::Store& m_store;
 };

@@ -5,9 +5,11 @@
 #include "jet/AtomicFile.h"
 #include "jet/RegularFile.h"
 #include "jet/Writer.h"
+#include "ledger/MoneyFigures.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
 #include "store/Schema.h"
+#include "store/Snapshot.h"
 #include "store/Transaction.h"
 #include "store/WholeFile.h"
 
@@ -88,7 +90,25 @@ void Backup::restoreRecordedDate(const QVariant& previous)
     tx.commit();
 }
 
-Backup::Outcome Backup::restore()
+// A backup whose money the main window could not show in the Currency range
+// is not put in place.
+std::optional<Backup::Outcome> Backup::moneyProblem(jet::Database contents, QDate today) const
+{
+    try {
+        store::Snapshot backup(std::move(contents));
+        const auto figures = ledger::MoneyFigures::read(backup, ledger::MonthStatistics::shownMonths(today));
+        if (!figures.keepsInRange({}))
+            return failure(QString::fromUtf8(texts::amountOutOfRange));
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        return failure(
+            QString::fromUtf8(texts::backupDamaged).arg(backupPath(), QString::fromUtf8(e.what())));
+    }
+    return std::nullopt;
+}
+
+Backup::Outcome Backup::restore(QDate today)
 {
     std::vector<std::uint8_t> bytes;
     try {
@@ -98,8 +118,11 @@ Backup::Outcome Backup::restore()
             return failure(QString::fromUtf8(texts::backupMissing).arg(backupPath()));
         return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), store::describeJetError(e)));
     }
-    if (const auto problem = dataFileProblem(bytes))
+    jet::Database contents;
+    if (const auto problem = dataFileProblem(bytes, &contents))
         return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), *problem));
+    if (auto refused = moneyProblem(std::move(contents), today))
+        return *refused;
     try {
         store::WholeFile(m_store, m_writer).replace(bytes);
     } catch (const StoreError& e) {

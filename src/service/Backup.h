@@ -1,10 +1,13 @@
 #pragma once
 
+#include "jet/Database.h"
 #include "store/FileSaver.h"
 #include "store/Store.h"
 
 #include <QDate>
 #include <QString>
+
+#include <optional>
 
 namespace service {
 
@@ -36,15 +39,18 @@ public:
     // file that does not decode is never copied over a backup.
     Outcome make(QDate today);
     // Puts the backup in place of the data file, if it is a Velmora data
-    // file with the data file's password and all its tables; otherwise
-    // changes nothing. The outcome's date is the one the backup carries.
-    Outcome restore();
+    // file with the data file's password and all its tables, and the money
+    // figures the main window would show of it on `today` fit the Currency
+    // range; otherwise changes nothing. The outcome's date is the one the
+    // backup carries.
+    Outcome restore(QDate today);
     // The date of the last backup recorded in the data file; invalid when
     // there is none (after a clearing) or the file could not be read.
     QDate lastBackupDate();
 
 private:
     Outcome copyToBackup();
+    std::optional<Outcome> moneyProblem(jet::Database contents, QDate today) const;
     void restoreRecordedDate(const QVariant& previous);
 
     store::Store& m_store;

@@ -8,7 +8,7 @@
 
 namespace service {
 
-std::optional<QString> dataFileProblem(std::span<const std::uint8_t> bytes)
+std::optional<QString> dataFileProblem(std::span<const std::uint8_t> bytes, jet::Database* decoded)
 {
     jet::Database db;
     try {
@@ -27,6 +27,8 @@ std::optional<QString> dataFileProblem(std::span<const std::uint8_t> bytes)
         return QString::fromUtf8(texts::causeOtherPassword);
     if (const std::string mismatch = store::schemaMismatch(db); !mismatch.empty())
         return QString::fromStdString(mismatch);
+    if (decoded)
+        *decoded = std::move(db);
     return std::nullopt;
 }
 

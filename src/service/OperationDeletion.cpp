@@ -1,5 +1,6 @@
 #include "OperationDeletion.h"
 
+#include "ledger/LedgerTables.h"
 #include "store/Transaction.h"
 
 #include <limits>
@@ -16,12 +17,11 @@ QStringList numbersOf(const store::Rows& rows)
     return numbers;
 }
 
-void addToBalance(store::Transaction& tx, store::Amount change)
+// The month of an operation's date, for the figures to check; none for an undated one.
+std::vector<QDate> monthOf(const store::Row& row, int dateColumn)
 {
-    const store::Amount balance =
-        tx.lookupAmount(QStringLiteral("Tech"), QStringLiteral("F2"), QStringLiteral("F0 = 'OSTATOK'"));
-    tx.execute(QStringLiteral("UPDATE Tech SET F2 = ? WHERE F0 = 'OSTATOK'"),
-               {(balance + change).roundedToCents()});
+    const QDate day = row.date(dateColumn);
+    return day.isValid() ? std::vector{day} : std::vector<QDate>{};
 }
 
 } // namespace
@@ -60,32 +60,44 @@ OperationDeletion::Found OperationDeletion::findExpense(qlonglong number)
     return find(QStringLiteral("SELECT F3, F4 FROM Bills WHERE F0 = ?"), number);
 }
 
-store::StoreResult OperationDeletion::deleteBankOperation(qlonglong number)
+ledger::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
 {
+    namespace tables = ledger::tables;
     store::Transaction tx(m_store);
-    const store::Rows rows = tx.query(QStringLiteral("SELECT F2 FROM Bank WHERE F0 = ?"), {number});
-    if (!rows.empty()) {
-        addToBalance(tx, -rows.front().amount(0));
-        tx.execute(QStringLiteral("DELETE FROM Bank WHERE F0 = ?"), {number});
-    }
-    return tx.commit();
+    const store::Rows rows = tx.query(QStringLiteral("SELECT F2, F1 FROM Bank WHERE F0 = ?"), {number});
+    if (rows.empty())
+        return tables::finish(tx);
+    const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 1));
+    const auto balance =
+        (store::WideAmount(tables::storedBalance(tx)) - rows.front().amount(0)).roundedToCents().toAmount();
+    if (!balance)
+        return ledger::Outcome::OutOfRange;
+    tables::writeStoredBalance(tx, *balance);
+    tx.execute(QStringLiteral("DELETE FROM Bank WHERE F0 = ?"), {number});
+    return tables::finishInRange(tx, before);
 }
 
-store::StoreResult OperationDeletion::deleteExpense(qlonglong number)
+ledger::Outcome OperationDeletion::deleteExpense(qlonglong number)
 {
+    namespace tables = ledger::tables;
     store::Transaction tx(m_store);
-    const store::Rows rows = tx.query(QStringLiteral("SELECT F3, F6 FROM Bills WHERE F0 = ?"), {number});
-    if (!rows.empty()) {
-        const store::Amount amount = rows.front().amount(0);
-        const QVariant purse = rows.front().value(1);
-        addToBalance(tx, amount);
-        tx.execute(QStringLiteral("DELETE FROM Bills WHERE F0 = ?"), {number});
-        const store::Amount inPurse =
-            tx.lookupAmount(QStringLiteral("Purse"), QStringLiteral("F1"), QStringLiteral("F0 = ?"), {purse});
-        tx.execute(QStringLiteral("UPDATE Purse SET F1 = ? WHERE F0 = ?"),
-                   {(inPurse + amount).roundedToCents(), purse});
-    }
-    return tx.commit();
+    const store::Rows rows = tx.query(QStringLiteral("SELECT F3, F6, F1 FROM Bills WHERE F0 = ?"), {number});
+    if (rows.empty())
+        return tables::finish(tx);
+    const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 2));
+    const store::Amount amount = rows.front().amount(0);
+    const QVariant purse = rows.front().value(1);
+    const store::Amount inPurse =
+        tx.lookupAmount(QStringLiteral("Purse"), QStringLiteral("F1"), QStringLiteral("F0 = ?"), {purse});
+    const auto balance = (store::WideAmount(tables::storedBalance(tx)) + amount).roundedToCents().toAmount();
+    const auto purseBalance = (store::WideAmount(inPurse) + amount).roundedToCents().toAmount();
+    if (!balance || !purseBalance)
+        return ledger::Outcome::OutOfRange;
+    tables::writeStoredBalance(tx, *balance);
+    tx.execute(QStringLiteral("DELETE FROM Bills WHERE F0 = ?"), {number});
+    // A purse deleted since keeps no row: nothing to give back to.
+    tx.execute(QStringLiteral("UPDATE Purse SET F1 = ? WHERE F0 = ?"), {*purseBalance, purse});
+    return tables::finishInRange(tx, before);
 }
 
 std::optional<qlonglong> OperationDeletion::numberOf(const QString& text)

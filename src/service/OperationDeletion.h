@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ledger/Outcome.h"
 #include "store/Amount.h"
 #include "store/Store.h"
 #include "store/StoreResult.h"
@@ -51,10 +52,12 @@ public:
 
     // Deleting a deposit lowers the balance by its amount, deleting a
     // withdrawal (stored negative) raises it. The new balance is rounded to
-    // cents. A number no longer in the table changes nothing.
-    store::StoreResult deleteBankOperation(qlonglong number);
+    // cents. A number no longer in the table changes nothing. A deletion
+    // that would put the balance or a figure of the main window out of the
+    // money columns' range is refused (OutOfRange) with nothing written.
+    ledger::Outcome deleteBankOperation(qlonglong number);
     // Gives the expense's amount back to the balance and to its purse.
-    store::StoreResult deleteExpense(qlonglong number);
+    ledger::Outcome deleteExpense(qlonglong number);
 
     // An operation number typed or chosen: a positive whole number.
     static std::optional<qlonglong> numberOf(const QString& text);

@@ -55,7 +55,8 @@ inline constexpr char cleared[] = "База данных очищена";
 inline constexpr const char* causeEmptyFile = store::texts::causeEmptyFile;
 inline constexpr char causeOtherPassword[] = "файл защищён другим паролем";
 
-// Deleting operations.
+// Deleting operations, and restoring a backup, whose money figures must fit.
+using store::texts::amountOutOfRange;
 inline constexpr const char* invalidOperationDate = store::texts::mustBeValidDate;
 inline constexpr char selectOperation[] = "Необходимо выбрать номер операции для удаления!";
 inline constexpr char confirmBankDeletion[] = "Вы действительно хотите удалить операцию по Банку?";

@@ -1,5 +1,7 @@
 #include "Amount.h"
 
+#include "WideAmount.h"
+
 #include <limits>
 #include <stdexcept>
 
@@ -60,12 +62,6 @@ std::optional<Magnitude> parseMagnitude(QStringView text)
     return m;
 }
 
-void throwIf(bool overflow)
-{
-    if (overflow)
-        throw std::overflow_error("Amount outside the Currency range");
-}
-
 } // namespace
 
 std::optional<Amount> Amount::parse(QStringView text)
@@ -121,57 +117,19 @@ Amount Amount::roundedToCents() const
     return fromUnits(cents * unitsPerCent);
 }
 
-QString Amount::format(QChar decimalPoint, int minDecimals, bool grouped) const
-{
-    const std::uint64_t magnitude = m_units < 0 ? 0 - static_cast<std::uint64_t>(m_units) : m_units;
-    QString whole = QString::number(magnitude / kUnitsPerRouble);
-    if (grouped)
-        for (qsizetype i = whole.size() - 3; i > 0; i -= 3)
-            whole.insert(i, QLatin1Char(' '));
-    QString fraction =
-        QString::number(magnitude % kUnitsPerRouble).rightJustified(kDecimals, QLatin1Char('0'));
-    while (fraction.size() > minDecimals && fraction.endsWith(QLatin1Char('0')))
-        fraction.chop(1);
-    QString result = m_units < 0 ? QStringLiteral("-") + whole : whole;
-    if (!fraction.isEmpty())
-        result += decimalPoint + fraction;
-    return result;
-}
-
 QString Amount::toDisplayString() const
 {
-    return format(QLatin1Char(','), 0, false);
+    return WideAmount(*this).toDisplayString();
 }
 
 QString Amount::toBalanceString() const
 {
-    return roundedToCents().format(QLatin1Char(','), 2, true) + QStringLiteral(" р.");
+    return WideAmount(*this).toBalanceString();
 }
 
 QString Amount::toPlainString() const
 {
-    return format(QLatin1Char('.'), 0, false);
-}
-
-Amount Amount::operator-() const
-{
-    std::int64_t result = 0;
-    throwIf(__builtin_sub_overflow(std::int64_t{0}, m_units, &result));
-    return fromUnits(result);
-}
-
-Amount Amount::operator+(Amount other) const
-{
-    std::int64_t result = 0;
-    throwIf(__builtin_add_overflow(m_units, other.m_units, &result));
-    return fromUnits(result);
-}
-
-Amount Amount::operator-(Amount other) const
-{
-    std::int64_t result = 0;
-    throwIf(__builtin_sub_overflow(m_units, other.m_units, &result));
-    return fromUnits(result);
+    return WideAmount(*this).toPlainString();
 }
 
 } // namespace store

@@ -11,8 +11,10 @@
 
 namespace store {
 
-// A sum of money, exact: a whole number of 1/10000 roubles, the unit of the
-// data file's Currency columns. Never passes through binary floating point.
+// A sum of money as the data file keeps it, exact: a whole number of 1/10000
+// roubles, the unit of the Currency columns. Never passes through binary
+// floating point. Arithmetic on amounts is done in WideAmount, which cannot
+// overflow; its toAmount() says whether a result can be stored.
 class Amount
 {
 public:
@@ -50,17 +52,9 @@ public:
     // Binds as the Currency units of a statement parameter.
     operator QVariant() const { return QVariant::fromValue(*this); }
 
-    // Arithmetic throws std::overflow_error outside the Currency range.
-    Amount operator-() const;
-    Amount operator+(Amount other) const;
-    Amount operator-(Amount other) const;
-    Amount& operator+=(Amount other) { return *this = *this + other; }
-    Amount& operator-=(Amount other) { return *this = *this - other; }
     constexpr auto operator<=>(const Amount&) const = default;
 
 private:
-    QString format(QChar decimalPoint, int minDecimals, bool grouped) const;
-
     std::int64_t m_units = 0;
 };
 

@@ -17,6 +17,7 @@ template <class... F> struct Overloaded : F...
 {
     using F::operator()...;
 };
+template <class... F> Overloaded(F...) -> Overloaded<F...>;
 
 std::int32_t narrowInteger(std::int64_t value)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Amount.h"
+#include "WideAmount.h"
 
 #include <QDate>
 #include <QString>
@@ -14,7 +15,8 @@ namespace store {
 
 // One row of a query: the values in select order, reachable by position or
 // by column name (or alias). Integers come as qlonglong, reals as double,
-// texts (and dates, as yyyy-MM-dd) as QString, Null as an invalid QVariant.
+// texts (and dates, as yyyy-MM-dd) as QString, blobs (a WideSum beyond 64
+// bits) as QByteArray, Null as an invalid QVariant.
 class Row
 {
 public:
@@ -31,6 +33,8 @@ public:
     qlonglong integer(int column) const { return value(column).toLongLong(); }
     QString text(int column) const { return value(column).toString(); }
     Amount amount(int column) const { return Amount::fromStored(value(column)); }
+    // A WideSum, or any money value.
+    WideAmount wide(int column) const { return WideAmount::fromStored(value(column)); }
     QDate date(int column) const;
 
 private:

@@ -73,6 +73,12 @@ jet::Database preparedDatabase(double creationDate)
     return db;
 }
 
+std::vector<std::string> imageIndexes()
+{
+    return {"CREATE INDEX \"Bank by date\" ON Bank (F1, F2)",
+            "CREATE INDEX \"Bills by date\" ON Bills (F1, F3)"};
+}
+
 namespace {
 
 std::string tableMismatch(const jet::Table& expected, const jet::Table* actual)

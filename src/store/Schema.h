@@ -28,4 +28,8 @@ jet::Database withSchemaTables(jet::Database db);
 // order and of the right types; otherwise a description of the first mismatch.
 std::string schemaMismatch(const jet::Database& db);
 
+// Indexes the in-memory image of a data file gets: the sums of a month or a
+// year read just the operations of that period, by date, with their amounts.
+std::vector<std::string> imageIndexes();
+
 } // namespace store

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <cstring>
+#include <limits>
 #include <sqlite3.h>
 #include <stdexcept>
 #include <string_view>
@@ -96,6 +97,48 @@ void isStoredDateFunction(sqlite3_context* context, int, sqlite3_value** args)
     sqlite3_result_int(context, valid ? 1 : 0);
 }
 
+// The running total of WideSum; SQLite hands it over zeroed and aligned for
+// 8 bytes only, so the 128-bit units are copied in and out.
+struct WideTotal
+{
+    unsigned char units[sizeof(__int128)];
+    bool seen;
+
+    __int128 value() const
+    {
+        __int128 v;
+        std::memcpy(&v, units, sizeof v);
+        return v;
+    }
+};
+
+void wideSumStep(sqlite3_context* context, int, sqlite3_value** args)
+{
+    const int type = sqlite3_value_type(args[0]);
+    if (type == SQLITE_NULL)
+        return;
+    if (type != SQLITE_INTEGER)
+        return sqlite3_result_error(context, "WideSum: not a money value", -1);
+    auto* total = static_cast<WideTotal*>(sqlite3_aggregate_context(context, sizeof(WideTotal)));
+    if (!total)
+        return sqlite3_result_error_nomem(context);
+    const __int128 sum = total->value() + sqlite3_value_int64(args[0]);
+    std::memcpy(total->units, &sum, sizeof sum);
+    total->seen = true;
+}
+
+void wideSumFinal(sqlite3_context* context)
+{
+    const auto* total = static_cast<WideTotal*>(sqlite3_aggregate_context(context, 0));
+    if (!total || !total->seen)
+        return sqlite3_result_null(context);
+    const __int128 units = total->value();
+    if (units >= std::numeric_limits<std::int64_t>::min() &&
+        units <= std::numeric_limits<std::int64_t>::max())
+        return sqlite3_result_int64(context, static_cast<sqlite3_int64>(units));
+    sqlite3_result_blob(context, &units, sizeof units, SQLITE_TRANSIENT);
+}
+
 } // namespace
 
 void registerFunctions(sqlite3* db)
@@ -106,6 +149,7 @@ void registerFunctions(sqlite3* db)
                                nullptr);
     sqlite3_create_function_v2(db, kIsStoredDate, 1, flags, nullptr, isStoredDateFunction, nullptr, nullptr,
                                nullptr);
+    sqlite3_create_function_v2(db, "WideSum", 1, flags, nullptr, nullptr, wideSumStep, wideSumFinal, nullptr);
 }
 
 } // namespace store::sql

@@ -1,6 +1,7 @@
 #include "SqliteImage.h"
 
 #include "JetSqlValues.h"
+#include "Schema.h"
 #include "SqlFunctions.h"
 #include "SqlSchema.h"
 #include "jet/Unicode.h"
@@ -71,6 +72,10 @@ SqliteImage::SqliteImage(jet::Database database)
         startCounter(table);
         names.push_back(jet::toUtf8(table.name));
     }
+    // Built once the rows are in: sorting them all at once is quicker.
+    if (schemaMismatch(m_contents).empty())
+        for (const std::string& index : imageIndexes())
+            m_db.exec(index);
     m_db.exec("COMMIT");
     for (std::size_t i = 0; i < m_contents.tables.size(); ++i)
         m_synced[i] = largestRowid(m_contents.tables[i]);

@@ -3,6 +3,7 @@
 #include "Transaction.h"
 
 #include "FailureCause.h"
+#include "RowReader.h"
 #include "Schema.h"
 #include "SqlParameters.h"
 #include "SqliteImage.h"
@@ -251,22 +252,7 @@ Rows Store::runQuery(const QString& sql, const QVariantList& params)
     if (!m_open)
         return {};
     try {
-        SQLite::Statement& statement = m_image->statement(sql.toStdString());
-        const StatementScope scope(statement);
-        sql::bindParameters(statement, params);
-        auto names = std::make_shared<QStringList>();
-        const int width = statement.getColumnCount();
-        for (int i = 0; i < width; ++i)
-            names->append(fromStd(statement.getColumnName(i)));
-        Rows rows;
-        while (statement.executeStep()) {
-            std::vector<QVariant> values;
-            values.reserve(static_cast<std::size_t>(width));
-            for (int i = 0; i < width; ++i)
-                values.push_back(sql::readCell(statement.getColumn(i)));
-            rows.emplace_back(names, std::move(values));
-        }
-        return rows;
+        return readRows(m_image->statement(sql.toStdString()), params);
     } catch (const SQLite::Exception& e) {
         reportEngineError(e.getExtendedErrorCode() >= 0 ? e.getExtendedErrorCode() : e.getErrorCode(),
                           fromStd(e.what()));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Amount.h"
+#include "QuerySource.h"
 #include "Row.h"
 #include "StoreResult.h"
 
@@ -24,13 +25,13 @@ class Store;
 // execute() calls do nothing and return false); a data file that cannot be
 // opened or saved is reported once. commit() then returns the failure and
 // neither memory nor file change.
-class Transaction
+class Transaction : public QuerySource
 {
 public:
     explicit Transaction(Store& store);
     // Without commit(): the outermost rolls back; an inner one that changed
     // rows makes the whole transaction roll back.
-    ~Transaction();
+    ~Transaction() override;
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
@@ -44,7 +45,7 @@ public:
         return execute(sql, params);
     }
 
-    Rows query(const QString& sql, const QVariantList& params = {});
+    Rows query(const QString& sql, const QVariantList& params = {}) override;
     // Every row of a table, in file order.
     Rows rows(const QString& table);
 

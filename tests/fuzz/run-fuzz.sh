@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs the reader's fuzz target for a bounded number of inputs over a seed
-# corpus made from files our own tool writes (plus the reference files when
-# they are present).
+# Runs a fuzz target (the reader's or the store's) for a bounded number of
+# inputs over a seed corpus made from files our own tool writes (plus the
+# reference files when they are present).
 set -euo pipefail
 fuzzer=$1 tool=$2 fixtures=$3 runs=${4:-20000}
 work=$(mktemp -d)

@@ -41,6 +41,8 @@ private slots:
     void textsAreStoredAsTyped();
     void keypadDecimalKeyAndEnter();
     void failingStatementStopsTheHandler();
+    void figuresBeyondTheRangeAreRefused_data();
+    void figuresBeyondTheRangeAreRefused();
 };
 
 void MoneyInputTest::badAmountsAndDates_data()
@@ -306,6 +308,53 @@ void MoneyInputTest::failingStatementStopsTheHandler()
     QCOMPARE(w.text("T9"), QString("10"));
     QVERIFY(!w.folder().hasDataFile());
     QVERIFY(w.harness().quitCodes.isEmpty());
+}
+
+void MoneyInputTest::figuresBeyondTheRangeAreRefused_data()
+{
+    QTest::addColumn<bool>("deposit");
+    QTest::addColumn<QString>("bankAmount");
+    QTest::addColumn<bool>("putIn");
+    QTest::addColumn<QString>("purseAmount");
+    QTest::addColumn<QString>("bank"); // T11 after the bank operation, and after a restart
+    QTest::newRow("withdraw 9e14, put 1e14 in a purse")
+        << false << "900000000000000" << true << "100000000000000"
+        << "-900 000 000 000 000,00 р.";
+    QTest::newRow("deposit 1e14, take 9e14 from a purse")
+        << true << "100000000000000" << false << "900000000000000"
+        << "100 000 000 000 000,00 р.";
+}
+
+// The purse operation would put "В банке" outside what the data file's money
+// columns hold: refused, nothing written, and the program starts again on the file.
+void MoneyInputTest::figuresBeyondTheRangeAreRefused()
+{
+    QFETCH(bool, deposit);
+    QFETCH(QString, bankAmount);
+    QFETCH(bool, putIn);
+    QFETCH(QString, purseAmount);
+    QFETCH(QString, bank);
+    MoneyWindowDriver w(DataBuilder{});
+    QVERIFY(w.start());
+    w.dialogs().answerText("A");
+    w.click("VC4");
+    w.enter("T9", bankAmount);
+    w.click(deposit ? "O1" : "O2");
+    w.dialogs().answerText("");
+    w.click("Command1");
+    const QByteArray written = w.bytes();
+    w.openPurse("1 - A");
+    w.click(putIn ? "O3" : "O4");
+    w.enter("T14", purseAmount);
+    w.click("Command2");
+    QCOMPARE(w.newBoxes().last(), "Ошибка: " + utf8(ledger::texts::amountOutOfRange));
+    QCOMPARE(w.bytes(), written);
+    CHECK_FIELDS(w, {{"T10", "0,00 р."}, {"T11", bank}, {"T4", "0"}});
+
+    GuiHarness again(w.folder());
+    QVERIFY(again.start());
+    QCOMPARE(again.text("T11"), bank);
+    QVERIFY(again.dialogs.shown().isEmpty());
 }
 
 QTEST_MAIN(MoneyInputTest)

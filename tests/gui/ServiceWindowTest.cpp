@@ -256,6 +256,21 @@ void ServiceWindowTest::accountButtonsWithNothingChosen()
     QCOMPARE(f.lastBox(), error(texts::accountNameRequired));
     f.click("VC3A");
     QCOMPARE(f.lastBox(), error(texts::selectAccountToDelete));
+    // A pasted text of endless " -" is no entry: the same messages, and the program goes on.
+    const QString pasted = QStringLiteral(" -").repeated(12000);
+    f.list("Combo1A")->setEditText(pasted);
+    f.field("T1A")->setText("Питание");
+    for (const auto& [button, message] : {std::pair{"VC1A", texts::selectAccountToEdit},
+                                          {"VC2A", texts::selectAccountToEdit},
+                                          {"VC3A", texts::selectAccountToDelete}}) {
+        f.list("Combo1A")->setEditText(pasted);
+        f.click(button);
+        QCOMPARE(f.lastBox(), error(message));
+    }
+    f.list("Combo1B")->setEditText(pasted);
+    f.list("Combo1C")->setEditText("1 - Питание");
+    f.click("C3");
+    QCOMPARE(f.lastBox(), error(texts::selectAccountsToMove));
     // Новый while an account is open leaves the list locked and the name empty;
     // saving then fails and unlocks the list.
     f.list("Combo1A")->setCurrentIndex(0);

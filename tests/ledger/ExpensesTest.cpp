@@ -39,7 +39,7 @@ TEST(Expenses, BalanceAndPurseFallByTheRoundedAmount)
         const ledger::BookedExpense booked = ledger::Expenses(file.store()).book(expense(c.amount));
         ASSERT_EQ(booked.outcome, Outcome::Done) << c.amount;
         EXPECT_EQ(booked.purseBalance.toPlainString().toStdString(), c.purse) << c.amount;
-        EXPECT_EQ(booked.purseTotal, booked.purseBalance + typed("7")) << c.amount;
+        EXPECT_EQ(booked.purseTotal, store::WideAmount(booked.purseBalance) + typed("7")) << c.amount;
         const store::Rows bills = store::Store(file.folder().path()).rows("Bills");
         ASSERT_EQ(bills.size(), 1u);
         EXPECT_EQ(bills[0].date(1), QDate(2026, 3, 14));

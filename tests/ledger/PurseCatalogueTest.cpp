@@ -89,7 +89,7 @@ TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
         .bill(QDate(2026, 3, 1), 1, "5", 2);
     LedgerFile file(data);
     ledger::PurseCatalogue purses(file.store());
-    ASSERT_TRUE(purses.remove(2));
+    ASSERT_EQ(purses.remove(2), ledger::Outcome::Done);
     EXPECT_EQ(file.purse(2), "null");
     EXPECT_EQ(file.money("SELECT COUNT(*) * 10000 FROM Purse_Dict WHERE F0 = 2"), "0");
     EXPECT_EQ(file.count("Bills"), 1);

@@ -1,6 +1,7 @@
 #include "LedgerFile.h"
 
 #include "ledger/Balances.h"
+#include "ledger/PurseCatalogue.h"
 #include "ledger/PurseOperations.h"
 
 #include <gtest/gtest.h>
@@ -84,5 +85,22 @@ TEST(PurseOperations, TheConfirmationComesBeforeTheFileIsWritten)
     EXPECT_EQ(purses.move(2, typed("922337203685477"), PurseDirection::PutIn, confirm), Outcome::OutOfRange);
     EXPECT_EQ(confirmations, 1);
     EXPECT_EQ(file.folder().bytes(), after);
+    EXPECT_TRUE(file.sink.messages.isEmpty());
+}
+
+// A file made elsewhere whose bank figure already lies outside the range:
+// an operation may bring it closer, not take it further out.
+TEST(PurseOperations, AFigureOutsideTheRangeMayOnlyComeCloser)
+{
+    DataBuilder data;
+    data.balance("0").purse(1, "Наличные", "922337203685477").purse(2, "Карта", "922337203685477");
+    LedgerFile file(data);
+    ledger::PurseOperations purses(file.store());
+    const QByteArray before = file.folder().bytes();
+    EXPECT_EQ(purses.move(2, typed("0,01"), PurseDirection::PutIn), Outcome::OutOfRange);
+    EXPECT_EQ(file.folder().bytes(), before);
+    EXPECT_EQ(purses.move(2, typed("0,01"), PurseDirection::TakeOut), Outcome::Done);
+    EXPECT_EQ(file.purse(2), "922337203685476.99");
+    EXPECT_EQ(ledger::PurseCatalogue(file.store()).remove(1), Outcome::Done);
     EXPECT_TRUE(file.sink.messages.isEmpty());
 }

@@ -62,19 +62,6 @@ TEST(AccountCatalogue, NamesAreStoredAsTypedUpToTheColumnSize)
     EXPECT_EQ(d.sink.messages.size(), 2);
 }
 
-TEST(AccountCatalogue, CodeOfAListEntry)
-{
-    struct Case
-    {
-        const char* entry;
-        std::optional<int> code;
-    };
-    for (const Case& c : {Case{"3 - Питание", 3}, Case{"12 - Еда - дома", 12}, Case{"7", 7}, Case{" 7 ", 7},
-                          Case{"-3 - Долги", -3}, Case{"", std::nullopt}, Case{"Питание", std::nullopt},
-                          Case{"3x - Еда", std::nullopt}, Case{"99999999999 - Много", std::nullopt}})
-        EXPECT_EQ(AccountCatalogue::codeOf(c.entry), c.code) << c.entry;
-}
-
 TEST(ExpenseTransfer, MovesOnlyTheSourceAccountsExpenses)
 {
     DataBuilder data;

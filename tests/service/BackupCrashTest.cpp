@@ -106,7 +106,7 @@ TEST(BackupCrash, AKilledRestoreLeavesTheOldOrTheRestoredDataFile)
     writeBytes(backupPath, restored);
     const auto restore = [&] {
         store::Store store(folder.path());
-        service::Backup(store).restore();
+        service::Backup(store).restore(QDate(2026, 3, 15));
     };
     folder.writeBytes(old);
     const auto duration = childDuration(restore);

@@ -75,7 +75,7 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
         tx.execute("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'", {QDate(2026, 3, 21)});
         ASSERT_TRUE(tx.commit());
     }
-    const Backup::Outcome restored = backup.restore();
+    const Backup::Outcome restored = backup.restore(QDate(2026, 3, 15));
     ASSERT_TRUE(restored.done) << restored.message.toStdString();
     EXPECT_EQ(restored.date, QDate(2026, 3, 15));
     EXPECT_EQ(d.folder().bytes(), contents(d.backupPath()));
@@ -136,7 +136,7 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
         ServiceData d(data);
         c.prepare(d.backupPath());
         const QByteArray before = d.folder().bytes();
-        const Backup::Outcome outcome = Backup(d.store()).restore();
+        const Backup::Outcome outcome = Backup(d.store()).restore(QDate(2026, 3, 15));
         EXPECT_FALSE(outcome.done) << c.what;
         EXPECT_EQ(outcome.message, message(c.pattern, d.backupPath(), c.cause)) << c.what;
         EXPECT_EQ(d.folder().bytes(), before) << c.what;
@@ -160,7 +160,7 @@ TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
     EXPECT_EQ(failing.lastBackupDate(), QDate(2026, 3, 1));
 
     const QByteArray data = d.folder().bytes();
-    const Backup::Outcome restored = failing.restore();
+    const Backup::Outcome restored = failing.restore(QDate(2026, 3, 15));
     EXPECT_FALSE(restored.done);
     EXPECT_TRUE(restored.message.contains(QString::fromUtf8(store::texts::causeNoSpace)));
     EXPECT_EQ(d.folder().bytes(), data);
@@ -176,7 +176,7 @@ TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
     store::FileLock other(d.folder().dataFilePath().toStdString() + ".lock");
     ASSERT_TRUE(other.tryLock());
 
-    const Backup::Outcome restored = Backup(d.store()).restore();
+    const Backup::Outcome restored = Backup(d.store()).restore(QDate(2026, 3, 15));
     EXPECT_FALSE(restored.done);
     EXPECT_EQ(restored.message, message(store::texts::fileLocked, d.store().dataFilePath()));
     EXPECT_EQ(d.folder().bytes(), data);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 using namespace velmora::test;
+using ledger::Outcome;
 using service::OperationDeletion;
 
 TEST(OperationDeletion, ListsADaysOperationsNewestFirst)
@@ -30,23 +31,33 @@ TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
     {
         const char* amount;
         const char* balance;
-        const char* after;
+        const char* after; // null: refused, the balance or the month's income would leave the range
+        const char* sameMonth = "0";
     };
     for (const Case& c :
          {Case{"-300", "700", "1000"}, Case{"300", "700", "400"}, Case{"1234,5", "0", "-1234.5"},
           Case{"-12,344", "0", "12.34"}, Case{"-12,346", "0", "12.35"}, Case{"12,345", "0", "-12.34"},
-          Case{"0", "5", "5"}}) {
+          Case{"0", "5", "5"}, Case{"-1", "922337203685477", nullptr},
+          Case{"-1", "0", nullptr, "922337203685477"}, Case{"-1", "0", "1", "922337203685476"}}) {
         DataBuilder data;
         data.balance(c.balance).bank(QDate(2026, 3, 1), "1").bank(QDate(2026, 3, 1), c.amount, "Зарплата");
+        data.bank(QDate(2026, 3, 31), c.sameMonth);
         ServiceData d(data);
         OperationDeletion deletion(d.store());
         const auto found = deletion.findBankOperation(2);
         ASSERT_TRUE(found.readable && found.operation);
         EXPECT_EQ(found.operation->name, "Зарплата");
         EXPECT_EQ(found.operation->amount, store::Amount::parse(QString::fromUtf8(c.amount)));
-        ASSERT_TRUE(deletion.deleteBankOperation(2));
+        const QByteArray before = d.folder().bytes();
+        const Outcome outcome = deletion.deleteBankOperation(2);
+        if (!c.after) {
+            EXPECT_EQ(outcome, Outcome::OutOfRange) << c.sameMonth;
+            EXPECT_EQ(d.folder().bytes(), before) << c.sameMonth;
+            continue;
+        }
+        ASSERT_EQ(outcome, Outcome::Done);
         EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), c.after) << c.amount;
-        EXPECT_EQ(d.rows("Bank").size(), 1) << c.amount;
+        EXPECT_EQ(d.rows("Bank").size(), 2) << c.amount;
     }
 }
 
@@ -62,11 +73,19 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
     EXPECT_EQ(found.operation->amount.toDisplayString(), "150,25");
     EXPECT_EQ(found.operation->name, "покупка");
 
-    ASSERT_TRUE(deletion.deleteExpense(1));
+    ASSERT_EQ(deletion.deleteExpense(1), Outcome::Done);
     EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "1150.25");
     EXPECT_EQ(d.amount("Purse", "F1", "F0 = 2"), "200");
     EXPECT_EQ(d.amount("Purse", "F1", "F0 = 1"), "10");
     EXPECT_EQ(d.rows("Bills").size(), 1);
+
+    // Giving the money back would take the purse past what the file can hold.
+    DataBuilder full;
+    full.balance("0").purse(1, "Наличные", "922337203685477").bill(QDate(2026, 3, 1), 3, "7", 1);
+    ServiceData f(full);
+    const QByteArray before = f.folder().bytes();
+    EXPECT_EQ(OperationDeletion(f.store()).deleteExpense(1), Outcome::OutOfRange);
+    EXPECT_EQ(f.folder().bytes(), before);
 }
 
 TEST(OperationDeletion, ANumberNotInTheTableChangesNothing)
@@ -82,8 +101,8 @@ TEST(OperationDeletion, ANumberNotInTheTableChangesNothing)
     // Bank number 2 does not exist; expense 1 is not a bank operation either way round.
     EXPECT_FALSE(deletion.findBankOperation(2).operation);
     EXPECT_FALSE(deletion.findExpense(2).operation);
-    ASSERT_TRUE(deletion.deleteBankOperation(2));
-    ASSERT_TRUE(deletion.deleteExpense(2));
+    ASSERT_EQ(deletion.deleteBankOperation(2), Outcome::Done);
+    ASSERT_EQ(deletion.deleteExpense(2), Outcome::Done);
     EXPECT_EQ(d.folder().bytes(), before);
 }
 
@@ -92,7 +111,7 @@ TEST(OperationDeletion, AnExpenseWhosePurseIsGoneStillGivesTheBalanceBack)
     DataBuilder data;
     data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
     ServiceData d(data);
-    ASSERT_TRUE(OperationDeletion(d.store()).deleteExpense(1));
+    ASSERT_EQ(OperationDeletion(d.store()).deleteExpense(1), Outcome::Done);
     EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
     EXPECT_EQ(d.rows("Purse"), QStringList({"1|100000"}));
 }

@@ -1,4 +1,5 @@
 #include "Amount.h"
+#include "WideAmount.h"
 
 #include <gtest/gtest.h>
 
@@ -126,16 +127,45 @@ TEST(Amount, RussianDisplayForms)
     }
 }
 
-TEST(Amount, ArithmeticStaysInsideTheCurrencyRange)
+TEST(WideAmount, SumsBeyondTheCurrencyRangeAreExactAndShown)
 {
-    const Amount a = Amount::fromUnits(123'456);
-    const Amount b = Amount::fromUnits(-7);
-    EXPECT_EQ((a + b).units(), 123'449);
-    EXPECT_EQ((a - b).units(), 123'463);
-    EXPECT_EQ((-a).units(), -123'456);
-    EXPECT_THROW(Amount::fromUnits(kMax) + Amount::fromUnits(1), std::overflow_error);
-    EXPECT_THROW(Amount::fromUnits(kMin) - Amount::fromUnits(1), std::overflow_error);
-    EXPECT_THROW(-Amount::fromUnits(kMin), std::overflow_error);
+    using store::WideAmount;
+    const WideAmount max = Amount::fromUnits(kMax);
+    const WideAmount min = Amount::fromUnits(kMin);
+    struct Case
+    {
+        WideAmount value;
+        const char* display;
+        const char* balance;
+        std::optional<std::int64_t> stored;
+        const char* excess;
+    };
+    const Case cases[] = {
+        {max, "922337203685477,5807", "922 337 203 685 477,58 р.", kMax, "0"},
+        {min, "-922337203685477,5808", "-922 337 203 685 477,58 р.", kMin, "0"},
+        {max + Amount::fromUnits(1), "922337203685477,5808", "922 337 203 685 477,58 р.", std::nullopt,
+         "0.0001"},
+        {min - Amount::fromUnits(1), "-922337203685477,5809", "-922 337 203 685 477,58 р.", std::nullopt,
+         "0.0001"},
+        {-min, "922337203685477,5808", "922 337 203 685 477,58 р.", std::nullopt, "0.0001"},
+        {max + max + max, "2767011611056432,7421", "2 767 011 611 056 432,74 р.", std::nullopt,
+         "1844674407370955.1614"},
+        {min + min - max, "-2767011611056432,7423", "-2 767 011 611 056 432,74 р.", std::nullopt,
+         "1844674407370955.1615"},
+        {max - max, "0", "0,00 р.", 0, "0"},
+        {WideAmount::fromUnits(WideAmount::Units(kMax) * 10000 + 5000), "9223372036854775807,5",
+         "9 223 372 036 854 775 807,50 р.", std::nullopt, "9222449699651090329.9193"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.value.toDisplayString().toStdString(), c.display);
+        EXPECT_EQ(c.value.toBalanceString().toStdString(), c.balance) << c.display;
+        EXPECT_EQ(c.value.toAmount() ? std::optional(c.value.toAmount()->units()) : std::nullopt, c.stored)
+            << c.display;
+        EXPECT_EQ(c.value.excess().toPlainString().toStdString(), c.excess) << c.display;
+    }
+    EXPECT_LT(min - max, min);
+    EXPECT_GT(max + Amount::fromUnits(1), max);
+    EXPECT_EQ((max + max).roundedToCents().toPlainString(), QStringLiteral("1844674407370955.16"));
 }
 
 TEST(Amount, FromStoredValues)
@@ -145,4 +175,10 @@ TEST(Amount, FromStoredValues)
     EXPECT_EQ(Amount::fromStored(QVariant(7)).units(), 7);
     EXPECT_EQ(Amount::fromStored(QVariant::fromValue(Amount::fromUnits(99))).units(), 99);
     EXPECT_THROW(Amount::fromStored(QVariant(QStringLiteral("12,5"))), std::invalid_argument);
+    // A sum beyond 64 bits comes as its 16 bytes.
+    const store::WideAmount::Units beyond = store::WideAmount::Units(kMax) * 3;
+    const QByteArray bytes(reinterpret_cast<const char*>(&beyond), sizeof beyond);
+    EXPECT_EQ(store::WideAmount::fromStored(bytes).units(), beyond);
+    EXPECT_EQ(store::WideAmount::fromStored(QVariant(qlonglong{-5})).units(), -5);
+    EXPECT_THROW(store::WideAmount::fromStored(QByteArray("short")), std::invalid_argument);
 }

@@ -1,4 +1,5 @@
 #include "TextPiece.h"
+#include "CatalogueEntry.h"
 
 #include <gtest/gtest.h>
 
@@ -76,4 +77,27 @@ TEST(TextPiece, LimitsOfThePieceTable)
     EXPECT_THROW(textPiece(QStringLiteral("a"), QStringLiteral(","), -1), std::out_of_range);
     EXPECT_THROW(textPiece(QStringLiteral("a"), QStringLiteral(","), QStringLiteral("x")),
                  std::invalid_argument);
+}
+
+TEST(CatalogueEntry, CodeOfAnEntryChosenTypedOrPasted)
+{
+    const QString pairs = QStringLiteral(" -").repeated(12000);
+    struct Case
+    {
+        QString entry;
+        std::optional<int> code;
+    };
+    for (const Case& c :
+         {Case{"3 - Питание", 3}, Case{"12 - Еда - дома", 12}, Case{"7", 7}, Case{" 7 ", 7},
+          Case{"-3 - Долги", -3}, Case{"+4 - Связь", 4}, Case{"2147483647 - x", 2147483647},
+          Case{"", std::nullopt}, Case{"Питание", std::nullopt}, Case{"3x - Еда", std::nullopt},
+          Case{"2147483648 - Много", std::nullopt}, Case{"１２３ - Еда", std::nullopt},
+          Case{"1e3 - Еда", std::nullopt}, Case{"3-Еда", std::nullopt}, Case{pairs, std::nullopt},
+          Case{"5" + pairs, 5}, Case{QString(10000, u'9'), std::nullopt}})
+        EXPECT_EQ(store::CatalogueEntry::codeOf(c.entry), c.code) << c.entry.left(40).toStdString();
+    for (const int code : {1, -7, 2147483647, -2147483647 - 1}) {
+        const QString entry = store::CatalogueEntry::format(code, QStringLiteral("Еда - дома"));
+        EXPECT_EQ(store::CatalogueEntry::codeOf(entry), code) << entry.toStdString();
+    }
+    EXPECT_EQ(store::CatalogueEntry::format(3, QVariant()), QStringLiteral("3 - "));
 }

@@ -6,6 +6,7 @@
 #include "analytics/DetailTableModel.h"
 #include "analytics/YearTableModel.h"
 #include "ui/Dialogs.h"
+#include "ui/FittedFigures.h"
 #include "ui_AnalyticsWindow.h"
 
 #include <QHeaderView>
@@ -45,6 +46,9 @@ AnalyticsWindow::AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ledg
       m_detailModel(new DetailTableModel(this))
 {
     m_ui->setupUi(this);
+    auto* figures = new ui::FittedFigures(this);
+    for (QLineEdit* field : {m_ui->T3, m_ui->T4, m_ui->T5, m_ui->T6})
+        figures->add(field);
     setUpGrid(m_ui->DataGrid1, m_yearModel);
     setUpGrid(m_ui->DataGrid2, m_detailModel);
     m_viewer = [this](const ReportDocument& report) { ReportPreview::show(report, this, m_dialogs); };
@@ -144,7 +148,7 @@ void AnalyticsWindow::sizeDetailColumns()
     const QFontMetrics metrics = grid->fontMetrics();
     const int padding = 2 * metrics.horizontalAdvance(QLatin1Char('M'));
     grid->setColumnWidth(0, metrics.horizontalAdvance(QStringLiteral("00.00.0000")) + padding);
-    grid->setColumnWidth(1, metrics.horizontalAdvance(QStringLiteral("-000000,00")) + padding);
+    grid->setColumnWidth(1, widestAmount() + padding);
     const bool income = m_detailModel->table().kind == DetailKind::Income;
     const std::vector<int> twips = income ? std::vector{kCommentTwips, kNumberTwips}
                                           : std::vector{kCommentTwips, kPurseTwips, kNumberTwips, kNoteTwips};
@@ -152,6 +156,17 @@ void AnalyticsWindow::sizeDetailColumns()
         grid->setColumnWidth(static_cast<int>(i) + 2, twips[i] / kTwipsPerPixel);
     if (!income)
         grid->setColumnWidth(kPurseColumn, std::min(widestPurse() + padding, kWidestPursePixels));
+}
+
+// Amounts keep room for a six-figure sum, and widen for any larger one.
+int AnalyticsWindow::widestAmount() const
+{
+    const QFontMetrics metrics = m_ui->DataGrid2->fontMetrics();
+    int widest = metrics.horizontalAdvance(QStringLiteral("-000000,00"));
+    for (const DetailRow& row : m_detailModel->table().rows)
+        if (row.amount)
+            widest = std::max(widest, metrics.horizontalAdvance(row.amount->toDisplayString()));
+    return widest;
 }
 
 // Purse names are short as a rule; their column widens to show them whole.

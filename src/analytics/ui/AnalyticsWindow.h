@@ -79,6 +79,7 @@ private:
     void showDetails(DetailTable details);
     void sizeYearColumns();
     void sizeDetailColumns();
+    int widestAmount() const;
     int widestPurse() const;
     void showReport();
     void closeWindow();

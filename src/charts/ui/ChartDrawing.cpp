@@ -34,9 +34,9 @@ constexpr std::array<QRgb, 16> kPalette = {
 // Up to this many bars their labels lie level; more bars get upright labels.
 constexpr std::size_t kUprightLabelsUpTo = 6;
 
-double roubles(store::Amount amount)
+double roubles(store::WideAmount amount)
 {
-    return static_cast<double>(amount.units()) / store::Amount::kUnitsPerRouble;
+    return amount.toRoubles();
 }
 
 QString tooltipOf(const ChartBar& bar)

@@ -1,6 +1,7 @@
 #include "ServiceWindow.h"
 
 #include "service/ServiceTexts.h"
+#include "store/CatalogueEntry.h"
 #include "store/Dates.h"
 #include "ui/Dialogs.h"
 #include "ui/UiTexts.h"
@@ -99,7 +100,7 @@ void ServiceWindow::billsRef()
 
 void ServiceWindow::onEditAccountClicked() // VC1A "На редакцию"
 {
-    const auto code = AccountCatalogue::codeOf(m_ui->Combo1A->currentText());
+    const auto code = store::CatalogueEntry::codeOf(m_ui->Combo1A->currentText());
     if (m_ui->Combo1A->currentText().isEmpty() || !code)
         return showError(text(texts::selectAccountToEdit));
     const auto name = m_accounts.name(*code);
@@ -112,7 +113,7 @@ void ServiceWindow::onEditAccountClicked() // VC1A "На редакцию"
 void ServiceWindow::onSaveAccountClicked() // VC2A "Сохранить"
 {
     const QString name = m_ui->T1A->text();
-    const auto code = AccountCatalogue::codeOf(m_ui->Combo1A->currentText());
+    const auto code = store::CatalogueEntry::codeOf(m_ui->Combo1A->currentText());
     bool changed = false;
     if (name.isEmpty())
         showError(text(texts::accountNameRequired));
@@ -130,7 +131,7 @@ void ServiceWindow::onSaveAccountClicked() // VC2A "Сохранить"
 
 void ServiceWindow::onDeleteAccountClicked() // VC3A "Удалить"
 {
-    const auto code = AccountCatalogue::codeOf(m_ui->Combo1A->currentText());
+    const auto code = store::CatalogueEntry::codeOf(m_ui->Combo1A->currentText());
     bool changed = false;
     // No question: the account's expenses stay in place under its code.
     if (m_ui->T1A->text().isEmpty() || !code)
@@ -165,8 +166,8 @@ void ServiceWindow::onMoveExpensesClicked() // C3 "Операция"
 {
     const QString from = m_ui->Combo1B->currentText();
     const QString to = m_ui->Combo1C->currentText();
-    const auto fromCode = AccountCatalogue::codeOf(from);
-    const auto toCode = AccountCatalogue::codeOf(to);
+    const auto fromCode = store::CatalogueEntry::codeOf(from);
+    const auto toCode = store::CatalogueEntry::codeOf(to);
     if (from.isEmpty() || to.isEmpty() || !fromCode || !toCode)
         return showError(text(texts::selectAccountsToMove));
     if (!confirm(text(texts::confirmMove) + QStringLiteral("\r\n") + text(texts::moveFrom) + from +
@@ -225,7 +226,7 @@ void ServiceWindow::onRestoreClicked() // C2 "Восстановить"
 {
     if (!confirm(text(texts::restoreQuestion)))
         return;
-    const Backup::Outcome outcome = m_backup.restore();
+    const Backup::Outcome outcome = m_backup.restore(m_today());
     if (!outcome.done) {
         if (!outcome.message.isEmpty())
             showError(outcome.message);
@@ -277,11 +278,7 @@ void ServiceWindow::onDeleteBankOperationClicked() // C14 "Удалить"
         return showError(text(texts::selectOperation));
     if (!confirm(text(texts::confirmBankDeletion) + describe(*found.operation)))
         return;
-    if (!m_deletion.deleteBankOperation(*number))
-        return;
-    emit moneyChanged();
-    showInformation(text(texts::operationDeleted).arg(*number));
-    forDel();
+    finishDeletion(*number, m_deletion.deleteBankOperation(*number));
 }
 
 void ServiceWindow::onDeleteExpenseClicked() // C15 "Удалить"
@@ -294,10 +291,17 @@ void ServiceWindow::onDeleteExpenseClicked() // C15 "Удалить"
         return showError(text(texts::selectOperation));
     if (!confirm(text(texts::confirmBillDeletion) + describe(*found.operation)))
         return;
-    if (!m_deletion.deleteExpense(*number))
+    finishDeletion(*number, m_deletion.deleteExpense(*number));
+}
+
+void ServiceWindow::finishDeletion(qlonglong number, ledger::Outcome outcome)
+{
+    if (outcome == ledger::Outcome::OutOfRange)
+        return showError(text(texts::amountOutOfRange));
+    if (outcome != ledger::Outcome::Done)
         return;
     emit moneyChanged();
-    showInformation(text(texts::operationDeleted).arg(*number));
+    showInformation(text(texts::operationDeleted).arg(number));
     forDel();
 }
 

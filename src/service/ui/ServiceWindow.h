@@ -64,6 +64,7 @@ private:
     void onListOperationsClicked();
     void onDeleteBankOperationClicked();
     void onDeleteExpenseClicked();
+    void finishDeletion(qlonglong number, ledger::Outcome outcome);
     void onCloseClicked();
 
     void showError(const QString& text);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Row.h"
+
+#include <QVariantList>
+
+namespace SQLite {
+class Statement;
+}
+
+namespace store {
+
+// Binds `params` to a prepared SELECT and reads all its rows; resets the
+// statement afterwards. Throws SQLite::Exception for an engine error.
+Rows readRows(SQLite::Statement& statement, const QVariantList& params);
+
+} // namespace store
