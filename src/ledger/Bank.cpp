@@ -12,10 +12,10 @@ Outcome Bank::record(const BankOperation& operation)
     if (!tx.ok())
         return tables::finish(tx);
     const store::WideAmount typed = operation.amount;
-    const store::WideAmount moved = operation.direction == BankDirection::Deposit ? typed : -typed;
-    const auto row = moved.roundedToCents().toAmount();
-    const auto balance = (stored + moved).roundedToCents().toAmount();
-    if (!row || !balance)
+    const auto row =
+        (operation.direction == BankDirection::Deposit ? typed : -typed).roundedToCents().toAmount();
+    const auto balance = row ? (store::WideAmount(stored) + *row).toAmount() : std::nullopt;
+    if (!balance)
         return Outcome::OutOfRange;
     tx.execute(QStringLiteral("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)"),
                {operation.date, *row, operation.comment});

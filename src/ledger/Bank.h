@@ -26,9 +26,9 @@ struct BankOperation
 };
 
 // Deposits and withdrawals: one Bank row with the signed amount rounded to
-// kopecks, and the stored balance moved by the typed amount and then rounded.
-// Both roundings go half up towards plus infinity, so a withdrawal of 12,345
-// is kept as −12,34 while the same deposit is kept as 12,35.
+// kopecks, half up towards plus infinity (a deposit of 12,345 is kept as
+// 12,35, a withdrawal of 12,345 as −12,34), and the stored balance moved by
+// exactly that row's amount, so it always equals the sum of the operations.
 class Bank
 {
 public:

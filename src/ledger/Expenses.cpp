@@ -13,8 +13,8 @@ BookedExpense Expenses::book(const Expense& expense)
     if (!tx.ok())
         return {tables::finish(tx), {}, {}};
     const store::Amount spent = expense.amount.roundedToCents();
-    const auto balance = (store::WideAmount(stored) - spent).roundedToCents().toAmount();
-    const auto purseBalance = (store::WideAmount(purse) - spent).roundedToCents().toAmount();
+    const auto balance = (store::WideAmount(stored) - spent).toAmount();
+    const auto purseBalance = (store::WideAmount(purse) - spent).toAmount();
     if (!balance || !purseBalance)
         return {Outcome::OutOfRange, {}, {}};
     tx.execute(QStringLiteral("INSERT INTO Bills (F1, F2, F3, F4, F5, F6) VALUES (?, ?, ?, ?, ?, ?)"),

@@ -12,9 +12,9 @@ Outcome PurseOperations::move(int purseCode, store::Amount amount, PurseDirectio
     const MoneyFigures before = MoneyFigures::read(tx);
     if (!tx.ok())
         return tables::finish(tx);
-    const auto balance = (direction == PurseDirection::PutIn ? current + amount : current - amount)
-                             .roundedToCents()
-                             .toAmount();
+    const store::WideAmount typed = amount;
+    const store::WideAmount moved = (direction == PurseDirection::PutIn ? typed : -typed).roundedToCents();
+    const auto balance = (current + moved).toAmount();
     if (!balance)
         return Outcome::OutOfRange;
     tables::writePurseBalance(tx, purseCode, *balance);

@@ -68,8 +68,7 @@ ledger::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
     if (rows.empty())
         return tables::finish(tx);
     const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 1));
-    const auto balance =
-        (store::WideAmount(tables::storedBalance(tx)) - rows.front().amount(0)).roundedToCents().toAmount();
+    const auto balance = (store::WideAmount(tables::storedBalance(tx)) - rows.front().amount(0)).toAmount();
     if (!balance)
         return ledger::Outcome::OutOfRange;
     tables::writeStoredBalance(tx, *balance);
@@ -89,8 +88,8 @@ ledger::Outcome OperationDeletion::deleteExpense(qlonglong number)
     const QVariant purse = rows.front().value(1);
     const store::Amount inPurse =
         tx.lookupAmount(QStringLiteral("Purse"), QStringLiteral("F1"), QStringLiteral("F0 = ?"), {purse});
-    const auto balance = (store::WideAmount(tables::storedBalance(tx)) + amount).roundedToCents().toAmount();
-    const auto purseBalance = (store::WideAmount(inPurse) + amount).roundedToCents().toAmount();
+    const auto balance = (store::WideAmount(tables::storedBalance(tx)) + amount).toAmount();
+    const auto purseBalance = (store::WideAmount(inPurse) + amount).toAmount();
     if (!balance || !purseBalance)
         return ledger::Outcome::OutOfRange;
     tables::writeStoredBalance(tx, *balance);

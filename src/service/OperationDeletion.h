@@ -50,9 +50,9 @@ public:
     Found findBankOperation(qlonglong number);
     Found findExpense(qlonglong number);
 
-    // Deleting a deposit lowers the balance by its amount, deleting a
-    // withdrawal (stored negative) raises it. The new balance is rounded to
-    // cents. A number no longer in the table changes nothing. A deletion
+    // Deleting a deposit lowers the balance by exactly its amount, deleting a
+    // withdrawal (stored negative) raises it. A number no longer in the table
+    // changes nothing. A deletion
     // that would put the balance or a figure of the main window out of the
     // money columns' range is refused (OutOfRange) with nothing written.
     ledger::Outcome deleteBankOperation(qlonglong number);

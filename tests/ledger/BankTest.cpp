@@ -18,7 +18,7 @@ store::Amount typed(const char* text)
 
 } // namespace
 
-TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByTheTypedOne)
+TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
 {
     struct Case
     {
@@ -30,14 +30,16 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByTheTypedOne)
     };
     const Case cases[] = {
         {"100", "12,345", BankDirection::Deposit, "12.35", "112.35"},
-        // Half a kopeck goes towards plus infinity, so the withdrawal is a kopeck smaller.
+        // Half a kopeck goes towards plus infinity, so the withdrawal is a
+        // kopeck smaller, and the balance falls by the same 12,34.
         {"100", "12,345", BankDirection::Withdrawal, "-12.34", "87.66"},
         {"0", "12.345", BankDirection::Withdrawal, "-12.34", "-12.34"},
         {"100", "-50", BankDirection::Deposit, "-50", "50"},
         {"100", "-50", BankDirection::Withdrawal, "50", "150"},
         {"100", "0,004", BankDirection::Deposit, "0", "100"},
-        // A stored balance with more than kopecks is rounded with the typed amount.
-        {"100,0049", "1", BankDirection::Deposit, "1", "101"},
+        // A stored balance with more than kopecks keeps them: only the row is rounded.
+        {"100,0049", "1", BankDirection::Deposit, "1", "101.0049"},
+        {"100,0049", "0,005", BankDirection::Withdrawal, "0", "100.0049"},
         {"5", "0,005", BankDirection::Withdrawal, "0", "5"},
     };
     for (const Case& c : cases) {

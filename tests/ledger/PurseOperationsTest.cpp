@@ -36,6 +36,7 @@ TEST(PurseOperations, OnlyThePurseRowChanges)
         {"below zero", true, "10", "30", PurseDirection::TakeOut, "-20", "1020"},
         {"without a row", false, "", "7", PurseDirection::PutIn, "7", "993"},
         {"take out, half a kopeck", true, "0", "12,345", PurseDirection::TakeOut, "-12.34", "1012.34"},
+        {"a fraction of a kopeck stays", true, "10,0049", "1", PurseDirection::PutIn, "11.0049", "988.9951"},
         {"negative put-in", true, "5", "-5", PurseDirection::PutIn, "0", "1000"},
     };
     for (const Case& c : cases) {

@@ -36,9 +36,10 @@ TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
     };
     for (const Case& c :
          {Case{"-300", "700", "1000"}, Case{"300", "700", "400"}, Case{"1234,5", "0", "-1234.5"},
-          Case{"-12,344", "0", "12.34"}, Case{"-12,346", "0", "12.35"}, Case{"12,345", "0", "-12.34"},
-          Case{"0", "5", "5"}, Case{"-1", "922337203685477", nullptr},
-          Case{"-1", "0", nullptr, "922337203685477"}, Case{"-1", "0", "1", "922337203685476"}}) {
+          // A row with more than kopecks, from a file made elsewhere, is undone exactly.
+          Case{"-12,3449", "0", "12.3449"}, Case{"12,345", "0,005", "-12.34"}, Case{"0", "5", "5"},
+          Case{"-1", "922337203685477", nullptr}, Case{"-1", "0", nullptr, "922337203685477"},
+          Case{"-1", "0", "1", "922337203685476"}}) {
         DataBuilder data;
         data.balance(c.balance).bank(QDate(2026, 3, 1), "1").bank(QDate(2026, 3, 1), c.amount, "Зарплата");
         data.bank(QDate(2026, 3, 31), c.sameMonth);
