@@ -26,6 +26,8 @@ inline constexpr char numberColumn[] = "N_операции";
 inline constexpr char noteColumn[] = "Примечание";
 inline constexpr char incomeCaption[] = "Приход";
 inline constexpr char expenseCaption[] = "Расход";
+// The purse of an expense paid from a purse deleted since.
+inline constexpr char deletedPurse[] = "(кошелек удален)";
 
 // A year chosen from bank operations that have no date.
 inline constexpr char undatedYear[] = "2005";

@@ -12,9 +12,13 @@ namespace {
 
 constexpr char kMonthIncome[] = "SELECT F1, F2, F3, F0 FROM Bank WHERE F1 >= ? AND F1 < ? "
                                 "ORDER BY F1 DESC, F0 DESC";
+// The purse's name is Null only for a purse no longer in the catalogue; a
+// purse listed twice still gives one line, named as its last entry.
 constexpr char kMonthExpenses[] =
-    "SELECT Bills.F1, Bills.F3, Bills.F4, Purse_Dict.F1, Bills.F0, Bills.F5 "
-    "FROM Bills INNER JOIN Purse_Dict ON Bills.F6 = Purse_Dict.F0 "
+    "SELECT Bills.F1, Bills.F3, Bills.F4, "
+    "(SELECT coalesce(Purse_Dict.F1, '') FROM Purse_Dict WHERE Purse_Dict.F0 = Bills.F6 "
+    "ORDER BY Purse_Dict.rowid DESC LIMIT 1), "
+    "Bills.F0, Bills.F5 FROM Bills "
     "WHERE Bills.F1 >= ? AND Bills.F1 < ? AND Bills.F2 = ? ORDER BY Bills.F1 DESC, Bills.F0 DESC";
 
 QString displayedDate(const QVariant& stored)
@@ -94,8 +98,10 @@ DetailTable DetailTable::expenses(store::Transaction& tx, const Period& period, 
     if (!code)
         return table;
     for (const store::Row& r : tx.query(QString::fromUtf8(kMonthExpenses), period.monthRange() << *code))
-        table.rows.push_back({displayedDate(r.value(0)), amountOf(r.value(1)), kept(r.value(2)),
-                              kept(r.value(3)), r.integer(4), kept(r.value(5))});
+        table.rows.push_back(
+            {displayedDate(r.value(0)), amountOf(r.value(1)), kept(r.value(2)),
+             r.value(3).isValid() ? kept(r.value(3)) : QString::fromUtf8(texts::deletedPurse), r.integer(4),
+             kept(r.value(5))});
     return table;
 }
 

@@ -37,8 +37,9 @@ struct DetailRow
 };
 
 // The operations of the chosen month, newest first: all bank operations
-// ("Приход"), or the expenses of one account ("Расход"). Expenses whose purse
-// is no longer in the catalogue are not listed.
+// ("Приход"), or the expenses of one account ("Расход"). An expense paid from
+// a purse deleted since is listed too, so the list adds up to the month's
+// expenses of the account.
 struct DetailTable
 {
     static constexpr int kTextLength = 100;

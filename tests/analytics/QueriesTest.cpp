@@ -127,13 +127,15 @@ TEST_F(AnalyticsQueries, DetailListsNewestFirst)
     EXPECT_EQ(income->caption(), QStringLiteral("Приход"));
     EXPECT_EQ(rendered(*income), (std::vector<std::string>{"15.03.2005 | -6000,5 | Снятие на ремонт | 2",
                                                            "01.03.2005 | 5000 | Зарплата | 1"}));
-    // The expense paid from the deleted purse is not listed; other accounts are not either.
+    // The expense paid from the deleted purse is listed with the purse shown
+    // as deleted; other accounts are not.
     const auto food =
         read(period("3", "2005"), DetailRequest{DetailKind::Expenses, QStringLiteral("3 - Питание")}).details;
     ASSERT_TRUE(food.has_value());
     EXPECT_EQ(food->caption(), QStringLiteral("Расход"));
     EXPECT_EQ(rendered(*food),
-              (std::vector<std::string>{"10.03.2005 | 120,5 | Продукты | Основной | 2 | рынок"}));
+              (std::vector<std::string>{"12.03.2005 | 40 | Из удалённого кошелька | (кошелек удален) | 3 | ",
+                                        "10.03.2005 | 120,5 | Продукты | Основной | 2 | рынок"}));
     const auto gifts =
         read(period("11", "2005"), DetailRequest{DetailKind::Expenses, QStringLiteral("1500 - Подарки")})
             .details;
