@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace velmora::test {
@@ -13,13 +14,15 @@ namespace velmora::test {
 namespace {
 
 // mdbtools prints each half of a character outside the Basic Multilingual
-// Plane as "?"; our CSV is compared as mdbtools would print it.
+// Plane as "?", and a text only up to a NUL character in it; our CSV is
+// compared as mdbtools would print it.
 QString asMdbtoolsPrints(QString csv)
 {
     for (QChar& c : csv)
         if (c.isSurrogate())
             c = QLatin1Char('?');
-    return csv;
+    static const QRegularExpression fromNul(QStringLiteral("\\x{0}(?:[^\"]|\"\")*"));
+    return csv.remove(fromNul);
 }
 
 } // namespace
