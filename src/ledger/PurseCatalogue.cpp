@@ -2,6 +2,7 @@
 
 #include "LedgerTables.h"
 
+#include "store/NextCode.h"
 #include "store/Transaction.h"
 
 namespace ledger {
@@ -41,8 +42,9 @@ Outcome PurseCatalogue::remove(int code)
 std::optional<int> PurseCatalogue::create(const QString& name)
 {
     store::Transaction tx(m_store);
-    const store::Rows rows = tx.query(QStringLiteral("SELECT MAX(F0) FROM Purse_Dict"));
-    const qlonglong code = (rows.empty() ? 0 : rows.front().integer(0)) + 1;
+    const qlonglong code = store::nextCode(tx, {{QStringLiteral("Purse_Dict"), QStringLiteral("F0")},
+                                                {QStringLiteral("Purse"), QStringLiteral("F0")},
+                                                {QStringLiteral("Bills"), QStringLiteral("F6")}});
     tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1) VALUES (?, ?)"), {code, name});
     tx.execute(QStringLiteral("INSERT INTO Purse (F0, F1) VALUES (?, ?)"), {code, store::Amount()});
     if (!tx.commit())

@@ -21,8 +21,9 @@ struct PurseCard
 };
 
 // The catalogue of purses (Purse_Dict) and their rows of money (Purse).
-// Codes are whole numbers; a new purse gets the largest code plus one, so
-// codes of deleted purses are never given again while a larger one exists.
+// Codes are whole numbers; a new purse gets 1 + the largest code of the
+// catalogue, of the money rows and of the expenses paid from a purse, so it
+// never takes over the expenses of a deleted one.
 class PurseCatalogue
 {
 public:

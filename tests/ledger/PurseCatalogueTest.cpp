@@ -9,7 +9,7 @@
 
 using namespace velmora::test;
 
-TEST(PurseCatalogue, NewCodeIsTheLargestPlusOne)
+TEST(PurseCatalogue, NewCodeFollowsTheLargestCodeInUse)
 {
     struct Case
     {
@@ -22,6 +22,15 @@ TEST(PurseCatalogue, NewCodeIsTheLargestPlusOne)
         {"gaps are not filled",
          [](DataBuilder& d) { d.purse(1, "А", "0").purse(7, "Б", "0").purse(2, "В", "0"); }, 8},
         {"purse without money", [](DataBuilder& d) { d.purseWithoutMoney(12, "Копилка"); }, 13},
+        // A deleted purse's code stays taken while its expenses or money name it.
+        {"expenses of a deleted purse",
+         [](DataBuilder& d) { d.purse(2, "А", "0").bill(QDate(2026, 3, 1), 1, "5", 9); }, 10},
+        {"money of a purse not listed",
+         [](DataBuilder& d) {
+             d.purse(1, "А", "0").purse(15, "Б", "5");
+             d.database().table(u"Purse_Dict")->rows.pop_back();
+         },
+         16},
     };
     for (const Case& c : cases) {
         DataBuilder data;
@@ -97,6 +106,6 @@ TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
     const auto balances = ledger::Balances::read(file.store());
     EXPECT_EQ(balances->bankAmount.toPlainString().toStdString(), "400");
     EXPECT_EQ(balances->purseEntries, QStringList({"1 - Наличные"}));
-    // The next new purse takes the code after the largest left.
-    EXPECT_EQ(purses.create("Новая карта"), 2);
+    // The expense keeps the deleted purse's code taken.
+    EXPECT_EQ(purses.create("Новая карта"), 3);
 }
