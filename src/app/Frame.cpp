@@ -249,10 +249,12 @@ void Frame::showChartsWindow(const QString& monthEntry, const QString& year)
     m_mdi->setActiveSubWindow(addWindow(m_charts, fromTwips(75, 75)));
 }
 
-void Frame::onServiceAccountsChanged()
+void Frame::onServiceAccountsChanged(const QStringList& entries)
 {
     if (m_main)
-        m_main->refreshListsAndBalances();
+        m_main->showAccounts(entries);
+    if (m_analytics)
+        m_analytics->showAccounts(entries);
 }
 
 void Frame::onServiceMoneyChanged()

@@ -94,7 +94,7 @@ private:
     void connectServiceButton();
     void connectAnalyticsButton();
     void onServiceMoneyChanged();
-    void onServiceAccountsChanged();
+    void onServiceAccountsChanged(const QStringList& entries);
     void showSplash();
     void onSignInRequested(const QString& typed);
     void onSignInClosed();

@@ -6,6 +6,7 @@
 #include "ledger/MonthStatistics.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
+#include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/FittedFigures.h"
 #include "ui/UiTexts.h"
@@ -85,6 +86,11 @@ void MainWindow::refreshListsAndBalances()
     m_ui->R2->setCurrentIndex(-1);
     m_ui->Combo1->setCurrentIndex(-1);
     m_ui->Combo1->setEnabled(true);
+}
+
+void MainWindow::showAccounts(const QStringList& entries)
+{
+    ui::CatalogueList::refill(m_ui->R2, entries);
 }
 
 void MainWindow::refreshMonthStatistics()

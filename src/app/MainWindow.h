@@ -41,6 +41,10 @@ public:
     // Refills the account and purse lists and the two balances; closes the
     // purse being edited.
     void refreshListsAndBalances();
+    // Puts the catalogue's `entries` into the account list R2 alone: the
+    // chosen account stays chosen while it exists, the open purse and the
+    // typed fields stay as they are.
+    void showAccounts(const QStringList& entries);
     // Income and expenses of the current and the previous month, by the
     // computer's calendar.
     void refreshMonthStatistics();

@@ -1,6 +1,7 @@
 #include "AccountCatalogue.h"
 
 #include "store/CatalogueEntry.h"
+#include "store/NextCode.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -34,20 +35,24 @@ store::StoreResult AccountCatalogue::rename(int code, const QString& name)
     return tx.commit();
 }
 
-store::StoreResult AccountCatalogue::remove(int code)
+AccountCatalogue::Removal AccountCatalogue::remove(int code)
 {
     store::Transaction tx(m_store);
+    const store::Rows used = tx.query(QStringLiteral("SELECT COUNT(*) FROM Bills WHERE F2 = ?"), {code});
+    Removal removal;
+    removal.expenses = used.empty() ? 0 : used.front().integer(0);
+    if (!tx.ok() || removal.expenses > 0)
+        return removal;
     tx.execute(QStringLiteral("DELETE FROM Bills_Dict WHERE F0 = ?"), {code});
-    return tx.commit();
+    removal.removed = tx.commit().ok();
+    return removal;
 }
 
 std::optional<int> AccountCatalogue::add(const QString& name)
 {
-    // The code is taken in the same transaction as the insert, so two
-    // programs adding at once cannot get the same one.
     store::Transaction tx(m_store);
-    const store::Rows rows = tx.query(QStringLiteral("SELECT MAX(F0) FROM Bills_Dict"));
-    const qlonglong code = (rows.empty() ? 0 : rows.front().integer(0)) + 1;
+    const qlonglong code = store::nextCode(tx, {{QStringLiteral("Bills_Dict"), QStringLiteral("F0")},
+                                                {QStringLiteral("Bills"), QStringLiteral("F2")}});
     tx.execute(QStringLiteral("INSERT INTO Bills_Dict (F0, F1) VALUES (?, ?)"), {code, name});
     if (!tx.commit())
         return std::nullopt;

@@ -10,13 +10,22 @@
 
 namespace service {
 
-// The catalogue of expense accounts (Bills_Dict): code and name. Codes are
-// never reused; the expenses of an account (Bills.F2) keep its code whatever
-// happens to the catalogue row.
+// The catalogue of expense accounts (Bills_Dict): code and name. The expenses
+// of an account (Bills.F2) keep its code: renaming keeps it, an account that
+// still has expenses cannot be removed, and a code that expenses still name is
+// never handed out again.
 class AccountCatalogue
 {
 public:
     static constexpr int kMaxNameLength = 255;
+
+    // What remove() did: an account with expenses is kept.
+    struct Removal
+    {
+        bool removed = false;
+        // The expenses booked on the account; nothing is removed while there are any.
+        qlonglong expenses = 0;
+    };
 
     explicit AccountCatalogue(store::Store& store) : m_store(store) {}
 
@@ -27,10 +36,11 @@ public:
     std::optional<QString> name(int code);
     // Keeps the code, so the account's expenses stay with it.
     store::StoreResult rename(int code, const QString& name);
-    // Removes the catalogue row only: the account's expenses stay in Bills.
-    store::StoreResult remove(int code);
-    // Adds an account under the largest code + 1 (1 in an empty catalogue)
-    // and returns that code.
+    // Removes the catalogue row of an account without expenses. Not removed
+    // when the data file could not be read or written (the store has said why).
+    Removal remove(int code);
+    // Adds an account under 1 + the largest code of the catalogue and of the
+    // expenses, and returns that code.
     std::optional<int> add(const QString& name);
 
 private:

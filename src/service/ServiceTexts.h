@@ -15,6 +15,9 @@ inline constexpr char accountNameRequired[] = "Необходимо задать
 using store::texts::changesSaved;
 inline constexpr char selectAccountToDelete[] = "Необходимо выбрать счет для удаления";
 inline constexpr char accountDeleted[] = "Счет успешно удален";
+// %1 is the number of expenses booked on the account.
+inline constexpr char accountInUse[] =
+    "Счет используется в расходах (%1). Перенесите их на другой счет и повторите удаление.";
 inline constexpr char newAccountPrompt[] = "Введите имя нового счета";
 inline constexpr char newAccountTitle[] = "Добавление счета";
 inline constexpr char accountAdded[] = "Счет успешно добавлен";

@@ -4,6 +4,7 @@
 #include "GuiHarness.h"
 #include "MainWindow.h"
 #include "SignInWindow.h"
+#include "analytics/ui/AnalyticsWindow.h"
 #include "service/ServiceTexts.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Dates.h"
@@ -166,13 +167,20 @@ void ServiceWindowTest::lastBackupDateIsShownOnlyWhenThereIsOne()
     }
 }
 
-void ServiceWindowTest::addingAccountsTakesTheNextCodeEverywhere()
+// Codes that expenses or money still name are never handed out again, to
+// accounts or to purses.
+void ServiceWindowTest::newCodesFollowEveryCodeInUse()
 {
     ProgramFolder folder;
-    writeData(folder,
-              [](DataBuilder& d) { d.account(1, "Питание").account(2, "Транспорт").account(5, "Отпуск"); });
+    writeData(folder, [](DataBuilder& d) {
+        d.account(1, "Питание").account(2, "Транспорт").account(5, "Отпуск").purse(1, "Наличные", "0");
+        d.bill(QDate(2026, 3, 1), 9, "10", 4); // an account and a purse deleted since
+    });
     GuiHarness h(folder);
     QVERIFY(h.start());
+    h.dialogs.answerText("Карта");
+    h.click(h.frame().mainWindow(), "VC4");
+    QCOMPARE(h.items("Combo1"), QStringList({"1 - Наличные", "5 - Карта"}));
     Form2 f = openService(h);
     h.dialogs.answerText("Связь");
     f.click("VC4A");
@@ -180,7 +188,7 @@ void ServiceWindowTest::addingAccountsTakesTheNextCodeEverywhere()
     QCOMPARE(h.dialogs.asked().last().title, utf8(texts::newAccountTitle));
     QCOMPARE(h.dialogs.asked().last().initial, QString());
     QCOMPARE(f.lastBox(), information(texts::accountAdded));
-    const QStringList expected{"1 - Питание", "2 - Транспорт", "5 - Отпуск", "6 - Связь"};
+    const QStringList expected{"1 - Питание", "2 - Транспорт", "5 - Отпуск", "10 - Связь"};
     for (const char* name : {"Combo1A", "Combo1B", "Combo1C"})
         QCOMPARE(f.items(name), expected);
     QCOMPARE(h.items("R2"), expected);
@@ -198,23 +206,73 @@ void ServiceWindowTest::addingAccountsTakesTheNextCodeEverywhere()
     QCOMPARE(folder.bytes(), before);
 }
 
-void ServiceWindowTest::renamingAndDeletingKeepTheExpenses()
+void ServiceWindowTest::anAccountWithExpensesIsDeletedOnlyOnceTheyAreMoved()
 {
     ProgramFolder folder;
     writeData(folder, [](DataBuilder& d) {
-        d.account(3, "Питание")
-            .account(4, "Связь")
-            .bill(QDate(2026, 3, 1), 3, "100")
-            .bill(QDate(2026, 3, 2), 4, "20");
+        d.account(3, "Питание").account(4, "Связь").account(5, "Отпуск");
+        d.bill(QDate(2026, 3, 1), 3, "100").bill(QDate(2026, 3, 2), 4, "20").bill(QDate(2026, 3, 3), 4, "5");
     });
     GuiHarness h(folder);
     QVERIFY(h.start());
     Form2 f = openService(h);
-    const auto bills = h.frame().store().rows("Bills").size();
+    const QByteArray before = folder.bytes();
+    const QStringList accounts{"3 - Питание", "4 - Связь", "5 - Отпуск"};
+    f.list("Combo1A")->setCurrentIndex(1);
+    f.click("VC1A");
+    f.click("VC3A");
+    QCOMPARE(f.lastBox(), error(texts::accountInUse).arg(2));
+    QCOMPARE(folder.bytes(), before);
+    QCOMPARE(f.items("Combo1A"), accounts);
+    QCOMPARE(h.items("R2"), accounts);
+    QVERIFY(f.list("Combo1A")->isEnabled());
+    // The account is offered for moving its expenses away; then it goes.
+    QCOMPARE(f.list("Combo1B")->currentText(), QString("4 - Связь"));
+    f.list("Combo1C")->setCurrentIndex(2);
+    h.dialogs.answer(ui::DialogAnswer::Yes);
+    f.click("C3");
+    QCOMPARE(f.lastBox(), information(texts::moveDone));
+    f.list("Combo1A")->setCurrentIndex(1);
+    f.click("VC1A");
+    const qsizetype boxes = h.dialogs.shown().size();
+    f.click("VC3A");
+    QCOMPARE(h.dialogs.shown().size(), boxes + 1);
+    QCOMPARE(f.lastBox(), information(texts::accountDeleted));
+    QCOMPARE(h.items("R2"), QStringList({"3 - Питание", "5 - Отпуск"}));
+    QCOMPARE(h.frame().store().query("SELECT F2, COUNT(*) FROM Bills GROUP BY F2").size(), 2u);
+    QCOMPARE(h.frame().store().lookupValue("Bills", "F2", "F0 = 3").toInt(), 5);
+}
+
+// Renaming, adding and deleting accounts refill the account lists of the main
+// and analytics windows and leave the work going on there as it was.
+void ServiceWindowTest::accountChangesKeepTheOtherWindowsWork()
+{
+    ProgramFolder folder;
+    writeData(folder, [](DataBuilder& d) {
+        d.account(3, "Питание").account(4, "Связь").purse(1, "Наличные", "100");
+    });
+    GuiHarness h(folder);
+    QVERIFY(h.start());
+    auto* main = h.frame().mainWindow();
+    h.click(main, "B1");
+    auto* analyticsAccounts = qobject_cast<QComboBox*>(h.control(h.frame().analyticsWindow(), "R2"));
+    analyticsAccounts->setCurrentIndex(0);
+    qobject_cast<QComboBox*>(h.mainControl("Combo1"))->setCurrentIndex(0);
+    h.click(main, "VC1");
+    qobject_cast<QComboBox*>(h.mainControl("R2"))->setCurrentIndex(0);
+    for (const char* name : {"R1", "R3", "T14"})
+        qobject_cast<QLineEdit*>(h.mainControl(name))->setText(name);
+    Form2 f = openService(h);
+    const auto check = [&](const QString& chosen, const QStringList& entries) {
+        QCOMPARE(h.text("R2"), chosen);
+        QCOMPARE(h.items("R2"), entries);
+        QCOMPARE(analyticsAccounts->currentText(), chosen);
+        QCOMPARE(QStringList({h.text("T1"), h.text("T4"), h.text("R1"), h.text("R3"), h.text("T14")}),
+                 QStringList({"Наличные", "100", "R1", "R3", "T14"}));
+        QVERIFY(!h.mainControl("Combo1")->isEnabled());
+    };
     f.list("Combo1A")->setCurrentIndex(0);
     f.click("VC1A");
-    QCOMPARE(f.field("T1A")->text(), QString("Питание"));
-    QVERIFY(!f.list("Combo1A")->isEnabled());
     f.field("T1A")->clear();
     // Quotes are kept; the field takes no more than the column holds.
     GuiHarness::type(f.field("T1A"), "Д'Артаньян \"и\" " + QString(300, u'ы'));
@@ -223,20 +281,15 @@ void ServiceWindowTest::renamingAndDeletingKeepTheExpenses()
     QVERIFY(f.list("Combo1A")->isEnabled());
     QCOMPARE(f.field("T1A")->text(), QString());
     const QString renamed = "3 - Д'Артаньян \"и\" " + QString(240, u'ы');
-    QCOMPARE(h.items("R2"), QStringList({renamed, "4 - Связь"}));
-    QCOMPARE(h.frame().store().lookupValue("Bills", "F2", "F0 = 1").toInt(), 3);
-
-    // Deleting asks nothing; the account's expense stays in Bills.
-    f.list("Combo1A")->setCurrentIndex(1);
+    check(renamed, {renamed, "4 - Связь"});
+    h.dialogs.answerText("Отпуск");
+    f.click("VC4A");
+    check(renamed, {renamed, "4 - Связь", "5 - Отпуск"});
+    f.list("Combo1A")->setCurrentIndex(0);
     f.click("VC1A");
-    const qsizetype boxes = h.dialogs.shown().size();
     f.click("VC3A");
-    QCOMPARE(h.dialogs.shown().size(), boxes + 1);
-    QCOMPARE(f.lastBox(), information(texts::accountDeleted));
-    QCOMPARE(f.list("Combo1A")->currentText(), QString());
-    QCOMPARE(f.items("Combo1B"), QStringList({renamed}));
-    QCOMPARE(h.items("R2"), QStringList({renamed}));
-    QCOMPARE(h.frame().store().rows("Bills").size(), bills);
+    check("", {"4 - Связь", "5 - Отпуск"});
+    QCOMPARE(analyticsAccounts->count(), 2);
 }
 
 void ServiceWindowTest::accountButtonsWithNothingChosen()

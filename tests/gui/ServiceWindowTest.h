@@ -11,8 +11,9 @@ class ServiceWindowTest : public QObject
 private slots:
     void opensFromTheMainWindowWithEveryControl();
     void lastBackupDateIsShownOnlyWhenThereIsOne();
-    void addingAccountsTakesTheNextCodeEverywhere();
-    void renamingAndDeletingKeepTheExpenses();
+    void newCodesFollowEveryCodeInUse();
+    void anAccountWithExpensesIsDeletedOnlyOnceTheyAreMoved();
+    void accountChangesKeepTheOtherWindowsWork();
     void accountButtonsWithNothingChosen();
     void passwordIsSetKeptOrRemovedAndHonouredAtTheNextSignIn();
     void ratesAreCheckedRoundedAndShownBack_data();

@@ -4,42 +4,64 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace velmora::test;
 using service::AccountCatalogue;
 
-TEST(AccountCatalogue, NewCodesFollowTheLargestAndAreNeverReused)
+// A code that expenses still name is never handed out again, whether or not
+// the catalogue lists it.
+TEST(AccountCatalogue, NewCodesFollowTheLargestCodeInUse)
 {
-    ServiceData empty;
-    AccountCatalogue fresh(empty.store());
-    EXPECT_EQ(fresh.add("Питание"), 1);
-
-    DataBuilder data;
-    data.account(1, "Питание").account(2, "Транспорт").account(5, "Отпуск");
-    ServiceData gaps(data);
-    AccountCatalogue accounts(gaps.store());
-    EXPECT_EQ(accounts.add("Связь"), 6);
-    ASSERT_TRUE(accounts.remove(6));
-    // The code of a removed last account comes back only as the largest + 1 of what is left.
-    EXPECT_EQ(accounts.add("Связь"), 6);
-    EXPECT_EQ(accounts.entries(), QStringList({"1 - Питание", "2 - Транспорт", "5 - Отпуск", "6 - Связь"}));
+    struct Case
+    {
+        const char* what;
+        std::function<void(DataBuilder&)> fill;
+        int code;
+    };
+    const Case cases[] = {
+        {"empty catalogue", [](DataBuilder&) {}, 1},
+        {"gaps are not filled",
+         [](DataBuilder& d) { d.account(1, "Питание").account(2, "Транспорт").account(5, "Отпуск"); }, 6},
+        {"expenses of an account no longer listed",
+         [](DataBuilder& d) { d.account(2, "Транспорт").bill(QDate(2026, 3, 1), 9, "10", 4); }, 10},
+        {"expenses below the largest listed code",
+         [](DataBuilder& d) { d.account(7, "Отпуск").bill(QDate(2025, 1, 1), 3, "1"); }, 8},
+    };
+    for (const Case& c : cases) {
+        DataBuilder data;
+        c.fill(data);
+        ServiceData d(data);
+        AccountCatalogue accounts(d.store());
+        EXPECT_EQ(accounts.add("Связь"), c.code) << c.what;
+        EXPECT_EQ(accounts.entries()->last(), QString("%1 - Связь").arg(c.code)) << c.what;
+    }
 }
 
-TEST(AccountCatalogue, ExpensesKeepTheirCodeWhateverHappensToTheAccount)
+TEST(AccountCatalogue, AnAccountKeepsItsExpensesAndIsRemovedOnlyWithoutThem)
 {
     DataBuilder data;
-    data.account(3, "Питание").account(4, "Связь");
-    data.bill(QDate(2026, 3, 1), 3, "100").bill(QDate(2026, 3, 2), 4, "20").bill(QDate(2026, 3, 3), 3, "5");
+    data.account(3, "Питание").account(4, "Связь").account(5, "Отпуск");
+    data.bill(QDate(2026, 3, 1), 3, "100").bill(QDate(2026, 3, 2), 4, "20").bill(QDate(2026, 3, 3), 4, "5");
     ServiceData d(data);
     const QStringList bills = d.rows("Bills");
     AccountCatalogue accounts(d.store());
 
     ASSERT_TRUE(accounts.rename(3, "Продукты"));
-    EXPECT_EQ(accounts.entries(), QStringList({"3 - Продукты", "4 - Связь"}));
     EXPECT_EQ(accounts.name(3), QString("Продукты"));
-    ASSERT_TRUE(accounts.remove(4));
-    EXPECT_EQ(accounts.entries(), QStringList({"3 - Продукты"}));
-    EXPECT_EQ(accounts.name(4), QString());
+    const QByteArray before = d.folder().bytes();
+    const AccountCatalogue::Removal refused = accounts.remove(4);
+    EXPECT_FALSE(refused.removed);
+    EXPECT_EQ(refused.expenses, 2);
+    EXPECT_EQ(d.folder().bytes(), before);
     EXPECT_EQ(d.rows("Bills"), bills);
+
+    ASSERT_TRUE(service::ExpenseTransfer(d.store()).move(4, 5));
+    const AccountCatalogue::Removal removed = accounts.remove(4);
+    EXPECT_TRUE(removed.removed);
+    EXPECT_EQ(removed.expenses, 0);
+    EXPECT_EQ(accounts.entries(), QStringList({"3 - Продукты", "5 - Отпуск"}));
+    EXPECT_EQ(accounts.name(4), QString());
     EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
 }
 

@@ -5,6 +5,7 @@
 #include "analytics/ChoiceLists.h"
 #include "analytics/DetailTableModel.h"
 #include "analytics/YearTableModel.h"
+#include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/FittedFigures.h"
 #include "ui_AnalyticsWindow.h"
@@ -82,6 +83,11 @@ void AnalyticsWindow::fillLists()
     // Empty lists stand for today's month and year.
     for (QComboBox* list : {m_ui->R2, m_ui->Combo1, m_ui->Combo2})
         list->setCurrentIndex(-1);
+}
+
+void AnalyticsWindow::showAccounts(const QStringList& entries)
+{
+    ui::CatalogueList::refill(m_ui->R2, entries);
 }
 
 Period AnalyticsWindow::chosenPeriod() const

@@ -52,6 +52,9 @@ public:
     bool recalculate();
     // The month and year the lists hold, today's where a list is empty.
     Period chosenPeriod() const;
+    // Puts the catalogue's `entries` into the account list: the chosen
+    // account stays chosen while it exists. Nothing is recalculated.
+    void showAccounts(const QStringList& entries);
 
     // "Диаграмма" can be ticked only while there is a charts window to hand
     // the month and year to.

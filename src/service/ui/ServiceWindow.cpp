@@ -3,6 +3,7 @@
 #include "service/ServiceTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
+#include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/UiTexts.h"
 #include "ui_ServiceWindow.h"
@@ -89,13 +90,23 @@ void ServiceWindow::showRates()
 }
 
 // Refills the service window's three account lists; it leaves Combo1A
-// enabled or disabled as it was.
-void ServiceWindow::billsRef()
+// enabled or disabled as it was. Gives the entries, or nullopt when the data
+// file could not be read.
+std::optional<QStringList> ServiceWindow::billsRef()
 {
-    const QStringList entries = m_accounts.entries().value_or(QStringList());
+    const std::optional<QStringList> entries = m_accounts.entries();
     for (QComboBox* list : {m_ui->Combo1A, m_ui->Combo1B, m_ui->Combo1C})
-        fill(list, entries);
+        fill(list, entries.value_or(QStringList()));
     m_ui->T1A->clear();
+    return entries;
+}
+
+// After an account was added, renamed or deleted the other windows' account
+// lists follow.
+void ServiceWindow::announceAccounts(const std::optional<QStringList>& entries)
+{
+    if (entries)
+        emit accountsChanged(*entries);
 }
 
 void ServiceWindow::onEditAccountClicked() // VC1A "На редакцию"
@@ -123,27 +134,32 @@ void ServiceWindow::onSaveAccountClicked() // VC2A "Сохранить"
         changed = m_accounts.rename(*code, name).ok();
     if (changed)
         showInformation(text(texts::changesSaved));
-    billsRef();
+    const auto entries = billsRef();
     m_ui->Combo1A->setEnabled(true);
     if (changed)
-        emit accountsChanged();
+        announceAccounts(entries);
 }
 
 void ServiceWindow::onDeleteAccountClicked() // VC3A "Удалить"
 {
     const auto code = store::CatalogueEntry::codeOf(m_ui->Combo1A->currentText());
-    bool changed = false;
-    // No question: the account's expenses stay in place under its code.
+    AccountCatalogue::Removal removal;
+    // No question: only an account without expenses is removed.
     if (m_ui->T1A->text().isEmpty() || !code)
         showError(text(texts::selectAccountToDelete));
     else
-        changed = m_accounts.remove(*code).ok();
-    if (changed)
+        removal = m_accounts.remove(*code);
+    if (removal.removed)
         showInformation(text(texts::accountDeleted));
-    billsRef();
+    else if (removal.expenses > 0)
+        showError(text(texts::accountInUse).arg(removal.expenses));
+    const auto entries = billsRef();
     m_ui->Combo1A->setEnabled(true);
-    if (changed)
-        emit accountsChanged();
+    if (removal.removed)
+        announceAccounts(entries);
+    // Moving its expenses away empties the account: it is offered as the source.
+    else if (removal.expenses > 0)
+        ui::CatalogueList::choose(m_ui->Combo1B, *code);
 }
 
 void ServiceWindow::onNewAccountClicked() // VC4A "Новый"
@@ -157,9 +173,9 @@ void ServiceWindow::onNewAccountClicked() // VC4A "Новый"
         changed = m_accounts.add(name).has_value();
     if (changed)
         showInformation(text(texts::accountAdded));
-    billsRef();
+    const auto entries = billsRef();
     if (changed)
-        emit accountsChanged();
+        announceAccounts(entries);
 }
 
 void ServiceWindow::onMoveExpensesClicked() // C3 "Операция"

@@ -9,9 +9,11 @@
 #include "service/OperationDeletion.h"
 #include "service/Password.h"
 
+#include <QStringList>
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class ServiceWindow;
@@ -38,8 +40,9 @@ public:
     void load();
 
 signals:
-    // The account catalogue changed: the main window's account list is stale.
-    void accountsChanged();
+    // The account catalogue changed: the other windows' account lists are
+    // stale; `entries` is the catalogue now.
+    void accountsChanged(const QStringList& entries);
     // Money or catalogues changed: the main window's figures and lists are stale.
     void moneyChanged();
     // A restore replaced the data file: the program ends so the user signs in again.
@@ -47,7 +50,8 @@ signals:
 
 private:
     void connectButtons();
-    void billsRef();
+    std::optional<QStringList> billsRef();
+    void announceAccounts(const std::optional<QStringList>& entries);
     void showRates();
     void forDel();
 
