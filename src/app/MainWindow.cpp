@@ -8,6 +8,7 @@
 #include "store/Dates.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
+#include "ui/EnterKeys.h"
 #include "ui/FittedFigures.h"
 #include "ui/UiTexts.h"
 #include "ui_MainWindow.h"
@@ -53,13 +54,15 @@ void MainWindow::connectOperations()
     connect(m_ui->VC2, &QPushButton::clicked, this, &MainWindow::onSavePurse);
     connect(m_ui->VC3, &QPushButton::clicked, this, &MainWindow::onDeletePurse);
     connect(m_ui->VC4, &QPushButton::clicked, this, &MainWindow::onNewPurse);
-    // Enter in a field confirms its frame's operation, as a default button would.
-    const std::pair<QLineEdit*, QPushButton*> confirms[] = {
-        {m_ui->T9, m_ui->Command1}, {m_ui->T14, m_ui->Command2}, {m_ui->R1, m_ui->B3},  {m_ui->R3, m_ui->B3},
-        {m_ui->R4, m_ui->B3},       {m_ui->T1, m_ui->VC2},       {m_ui->T3, m_ui->VC2},
-    };
-    for (const auto& [field, button] : confirms)
-        connect(field, &QLineEdit::returnPressed, button, &QPushButton::click);
+    // Choosing a purse and pressing Enter opens it; its name and note are
+    // saved from the last of the two.
+    auto* enter = new ui::EnterKeys(this);
+    enter->addFrame({m_ui->R1, m_ui->R2, m_ui->R3, m_ui->R4}, m_ui->B3);
+    enter->addFrame({m_ui->T9}, m_ui->Command1);
+    enter->addFrame({m_ui->T12}, nullptr);
+    enter->addFrame({m_ui->Combo1}, m_ui->VC1);
+    enter->addFrame({m_ui->T14}, m_ui->Command2);
+    enter->addFrame({m_ui->T1, m_ui->T3}, m_ui->VC2);
     for (QLineEdit* field : {m_ui->T9, m_ui->T14, m_ui->R1, m_ui->T12})
         field->installEventFilter(this);
 }

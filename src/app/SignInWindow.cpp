@@ -1,5 +1,6 @@
 #include "SignInWindow.h"
 
+#include "ui/EnterKeys.h"
 #include "ui_SignInWindow.h"
 
 #include <QCloseEvent>
@@ -10,7 +11,7 @@ SignInWindow::SignInWindow(QWidget* parent) : QWidget(parent), m_ui(std::make_un
 {
     m_ui->setupUi(this);
     connect(m_ui->Command1, &QPushButton::clicked, this, [this] { emit signInRequested(typedPassword()); });
-    connect(m_ui->T1, &QLineEdit::returnPressed, m_ui->Command1, &QPushButton::click);
+    (new ui::EnterKeys(this))->addFrame({m_ui->T1}, m_ui->Command1);
     m_ui->T1->setFocus();
 }
 

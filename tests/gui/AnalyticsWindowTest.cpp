@@ -304,20 +304,4 @@ void AnalyticsWindowTest::chartsGetMonthAndYearOnlyWhenTicked()
     QVERIFY(dialogs.shown().isEmpty());
 }
 
-void AnalyticsWindowTest::enterRecalculatesAndCloseClosesTheWindow()
-{
-    Program p;
-    p.window->activateWindow();
-    QComboBox* year = p.list("Combo2");
-    year->setFocus();
-    year->setEditText(QString());
-    GuiHarness::type(year, QStringLiteral("2005"));
-    QTest::keyClick(year, Qt::Key_Return);
-    QCOMPARE(p.field("T4"), QStringLiteral("499,5"));
-    QCOMPARE(year->count(), 2); // typed text is not added to the list
-    p.click("B4");
-    QTRY_VERIFY(!p.h->frame().analyticsWindow());
-    QVERIFY(p.h->frame().mainWindow());
-}
-
 QTEST_MAIN(AnalyticsWindowTest)

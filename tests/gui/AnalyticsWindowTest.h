@@ -16,5 +16,4 @@ private slots:
     void typedMonthsAndYearsThatAreNoneShowEmptyFigures();
     void reportsPrintTheDetailList();
     void chartsGetMonthAndYearOnlyWhenTicked();
-    void enterRecalculatesAndCloseClosesTheWindow();
 };

@@ -7,11 +7,11 @@
 #include "analytics/YearTableModel.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
+#include "ui/EnterKeys.h"
 #include "ui/FittedFigures.h"
 #include "ui_AnalyticsWindow.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QMdiSubWindow>
 
 namespace analytics {
@@ -58,6 +58,10 @@ AnalyticsWindow::AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ledg
     connect(m_ui->B3, &QPushButton::clicked, this, &AnalyticsWindow::onExpenseReportClicked);
     connect(m_ui->B4, &QPushButton::clicked, this, &AnalyticsWindow::closeWindow);
     connect(m_ui->O1, &QRadioButton::toggled, this, &AnalyticsWindow::switchReportButtons);
+    // Month, year and account all end in "Пересчитать".
+    auto* enter = new ui::EnterKeys(this);
+    enter->addFrame({m_ui->Combo1, m_ui->Combo2}, m_ui->B1);
+    enter->addFrame({m_ui->R2}, m_ui->B1);
     switchReportButtons();
 }
 
@@ -235,17 +239,6 @@ QSize AnalyticsWindow::sizeHint() const
 {
     // Fits the frame beside the main window's position; the grids scroll.
     return minimumSizeHint().expandedTo(QSize(860, 640));
-}
-
-// Enter anywhere but on a button recalculates, as "Пересчитать" is the
-// window's main action; a focused button takes Enter itself.
-void AnalyticsWindow::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        m_ui->B1->click();
-        return;
-    }
-    QWidget::keyPressEvent(event);
 }
 
 void AnalyticsWindow::closeWindow()

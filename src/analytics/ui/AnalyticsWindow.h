@@ -69,9 +69,6 @@ signals:
     // charts then keep their month) and the year.
     void chartsRequested(const QString& monthEntry, const QString& year);
 
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-
 private:
     void onRecalculateClicked();
     void onIncomeReportClicked();

@@ -4,6 +4,7 @@
 #include "charts/ChartsTexts.h"
 #include "charts/ExpenseCharts.h"
 #include "ui/Dialogs.h"
+#include "ui/EnterKeys.h"
 #include "ui_ChartsWindow.h"
 
 #include <QCloseEvent>
@@ -20,9 +21,10 @@ ChartsWindow::ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Cl
     m_ui->Label3->hide();
     connect(m_ui->Command1, &QPushButton::clicked, this, &ChartsWindow::draw);
     connect(m_ui->B1, &QPushButton::clicked, this, &ChartsWindow::closeWindow);
-    // Enter in a field redraws, as "Исключить" does.
-    for (QLineEdit* field : {m_ui->T1, m_ui->T2, m_ui->T3})
-        connect(field, &QLineEdit::returnPressed, m_ui->Command1, &QPushButton::click);
+    // The period's two fields and the threshold all end in a redrawing.
+    auto* enter = new ui::EnterKeys(this);
+    enter->addFrame({m_ui->T1, m_ui->T2}, m_ui->Command1);
+    enter->addFrame({m_ui->T3}, m_ui->Command1);
 }
 
 ChartsWindow::~ChartsWindow() = default;

@@ -5,6 +5,7 @@
 #include "store/Dates.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
+#include "ui/EnterKeys.h"
 #include "ui/UiTexts.h"
 #include "ui_ServiceWindow.h"
 
@@ -64,10 +65,15 @@ void ServiceWindow::connectButtons()
     onClick(m_ui->B1, &ServiceWindow::onCloseClicked);
     // The safety catch: C16 can be pressed only while Check1 is ticked.
     connect(m_ui->Check1, &QCheckBox::toggled, m_ui->C16, &QWidget::setEnabled);
-    // Enter in a field presses the button it belongs to.
-    connect(m_ui->T12, &QLineEdit::returnPressed, m_ui->С12, &QAbstractButton::click);
-    connect(m_ui->T7, &QLineEdit::returnPressed, m_ui->B7, &QAbstractButton::click);
-    connect(m_ui->T8, &QLineEdit::returnPressed, m_ui->B7, &QAbstractButton::click);
+    // An account chosen and Enter opens it; its name is saved from its field.
+    auto* enter = new ui::EnterKeys(this);
+    enter->addFrame({m_ui->Combo1A}, m_ui->VC1A);
+    enter->addFrame({m_ui->T1A}, m_ui->VC2A);
+    enter->addFrame({m_ui->Combo1B, m_ui->Combo1C}, m_ui->C3);
+    enter->addFrame({m_ui->T12}, m_ui->С12);
+    enter->addFrame({m_ui->Combo1}, m_ui->C14);
+    enter->addFrame({m_ui->Combo2}, m_ui->C15);
+    enter->addFrame({m_ui->T7, m_ui->T8}, m_ui->B7);
 }
 
 void ServiceWindow::load()
