@@ -31,9 +31,9 @@ struct BookedExpense
 };
 
 // Expenses: a Bills row with the amount rounded to kopecks, and the stored
-// balance and the purse both lowered by exactly that row's amount. The money in the
-// bank (whole money less the purses) does not move. Neither balance is kept
-// from going below zero, and a negative expense raises both. The purse's
+// balance and the purse both lowered by exactly that row's amount. The money
+// in the bank (whole money less the purses) does not move. Neither balance is
+// kept from going below zero, and a negative expense raises both. The purse's
 // balance is read in the same transaction, so a balance changed by another
 // copy of the program since the purse was opened is not overwritten.
 class Expenses

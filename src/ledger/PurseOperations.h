@@ -25,9 +25,9 @@ public:
     explicit PurseOperations(store::Store& store) : m_store(store) {}
 
     // The purse's balance in the file moves by the typed amount, rounded to
-    // kopecks as a bank operation's amount is. `beforeSave` runs once the new row is
-    // in place and before the file is written: the window confirms there, so
-    // the confirmation comes before the new balance reaches the file.
+    // kopecks as a bank operation's amount is. `beforeSave` runs once the new
+    // row is in place and before the file is written: the window confirms
+    // there, so the confirmation comes before the new balance reaches the file.
     Outcome move(int purseCode, store::Amount amount, PurseDirection direction,
                  const std::function<void()>& beforeSave = {});
 

@@ -52,9 +52,9 @@ public:
 
     // Deleting a deposit lowers the balance by exactly its amount, deleting a
     // withdrawal (stored negative) raises it. A number no longer in the table
-    // changes nothing. A deletion
-    // that would put the balance or a figure of the main window out of the
-    // money columns' range is refused (OutOfRange) with nothing written.
+    // changes nothing. A deletion that would put the balance or a figure of
+    // the main window out of the money columns' range is refused (OutOfRange)
+    // with nothing written.
     ledger::Outcome deleteBankOperation(qlonglong number);
     // Gives the expense's amount back to the balance and to its purse.
     ledger::Outcome deleteExpense(qlonglong number);

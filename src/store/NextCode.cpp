@@ -1,26 +1,14 @@
 #include "NextCode.h"
 
-#include "SqlSchema.h"
-
 #include <QStringList>
 
 namespace store {
-
-namespace {
-
-QString quoted(const QString& identifier)
-{
-    return QString::fromStdString(sql::quoteIdentifier(identifier.toStdString()));
-}
-
-} // namespace
 
 qlonglong nextCode(QuerySource& source, const std::vector<CodeColumn>& columns)
 {
     QStringList largest;
     for (const CodeColumn& c : columns)
-        largest.append(
-            QStringLiteral("SELECT MAX(%1) AS code FROM %2").arg(quoted(c.column), quoted(c.table)));
+        largest.append(QStringLiteral("SELECT MAX(%1) AS code FROM %2").arg(c.column, c.table));
     const Rows rows = source.query(
         QStringLiteral("SELECT MAX(code) FROM (%1)").arg(largest.join(QStringLiteral(" UNION ALL "))));
     // Null, when every column is empty, counts as 0.

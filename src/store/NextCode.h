@@ -9,7 +9,8 @@
 namespace store {
 
 // A column that holds the codes of one catalogue: the catalogue's own code
-// column, or a column of a table that refers to it.
+// column, or a column of a table that refers to it. Names of the schema's own
+// tables and columns, put into the statement as they stand.
 struct CodeColumn
 {
     QString table;

@@ -4,6 +4,8 @@
 
 #include <QComboBox>
 
+#include <optional>
+
 namespace ui {
 
 int CatalogueList::indexOf(const QComboBox* list, int code)
