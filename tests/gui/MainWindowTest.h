@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-// The main window's layout and the figures it shows.
+// The main window's layout and the figures it shows; Enter in every window.
 class MainWindowTest : public QObject
 {
     Q_OBJECT
@@ -13,4 +13,5 @@ private slots:
     void figures();
     void listsAreInCodeOrderWithNothingChosen();
     void refreshShowsWhatChangedMeanwhile();
+    void enterMovesOnInAFrameAndRunsItsOperation();
 };

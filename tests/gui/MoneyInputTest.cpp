@@ -1,22 +1,13 @@
 // What the main window's money buttons do with wrong or unusual input: the
 // program's own message, in its order, and nothing written; texts stored as
-// typed; the keypad's decimal key and Enter, in every window; a failing
-// statement stopping a handler.
+// typed; the keypad's decimal key; a failing statement stopping a handler.
 #include "MoneyWindowDriver.h"
-#include "analytics/ui/AnalyticsWindow.h"
-#include "charts/ui/ChartsWindow.h"
 #include "ledger/LedgerTexts.h"
-#include "service/ui/ServiceWindow.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QKeyEvent>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <memory>
-#include <vector>
 
 using namespace velmora::test;
 
@@ -49,7 +40,6 @@ private slots:
     void bankChoicesAndComments();
     void textsAreStoredAsTyped();
     void keypadDecimalKey();
-    void enterMovesOnInAFrameAndRunsItsOperation();
     void failingStatementStopsTheHandler();
     void figuresBeyondTheRangeAreRefused_data();
     void figuresBeyondTheRangeAreRefused();
@@ -282,78 +272,6 @@ void MoneyInputTest::keypadDecimalKey()
     keypad("T12", Qt::Key_Period, ".");
     GuiHarness::type(w.field("T12"), "2026");
     CHECK_FIELDS(w, {{"T9", "123,45"}, {"R1", "7,5"}, {"T14", "1,25"}, {"T12", "16.03.2026"}});
-}
-
-// In every window: Enter in a field goes to the next field of its frame, in
-// the frame's last field it presses the frame's operation, on a button it
-// presses that button; no other button fires.
-void MoneyInputTest::enterMovesOnInAFrameAndRunsItsOperation()
-{
-    MoneyWindowDriver w(household());
-    QVERIFY(w.start());
-    app::Frame& frame = w.harness().frame();
-    w.click("B2");
-    w.click("B1");
-    frame.showChartsWindow({}, {});
-    frame.analyticsWindow()->setReportViewer([](const analytics::ReportDocument&) {});
-    QWidget* const main = frame.mainWindow();
-    QWidget* const service = frame.serviceWindow();
-    QWidget* const analytics = frame.analyticsWindow();
-    QWidget* const charts = frame.chartsWindow();
-    struct Case
-    {
-        QWidget* window;
-        const char* control;
-        const char* next;    // the field that gets the focus
-        const char* pressed; // the button that fires
-        Qt::Key key = Qt::Key_Return;
-    };
-    const Case cases[] = {
-        {main, "R1", "R2", nullptr},
-        {main, "R2", "R3", nullptr},
-        {main, "R4", nullptr, "B3"},
-        {main, "T9", nullptr, "Command1", Qt::Key_Enter},
-        {main, "T12", "T12", nullptr},
-        {main, "Combo1", nullptr, "VC1"},
-        {main, "T14", nullptr, "Command2"},
-        {main, "T1", "T3", nullptr},
-        {main, "T3", nullptr, "VC2"},
-        {main, "B2", nullptr, "B2"},
-        {service, "Combo1A", nullptr, "VC1A"},
-        {service, "T1A", nullptr, "VC2A"},
-        {service, "Combo1B", "Combo1C", nullptr},
-        {service, "Combo1C", nullptr, "C3"},
-        {service, "T12", nullptr, "С12"},
-        {service, "Combo2", nullptr, "C15"},
-        {service, "T7", "T8", nullptr},
-        {service, "T8", nullptr, "B7"},
-        {service, "C1", nullptr, "C1"},
-        {charts, "T1", "T2", nullptr},
-        {charts, "T2", nullptr, "Command1"},
-        {charts, "T3", nullptr, "Command1"},
-        {analytics, "Combo1", "Combo2", nullptr},
-        {analytics, "Combo2", nullptr, "B1"},
-        {analytics, "R2", nullptr, "B1"},
-        {analytics, "B2", nullptr, "B2"},
-        {analytics, "B4", nullptr, "B4"},
-    };
-    for (const Case& c : cases) {
-        const QString row = c.window->objectName() + "." + c.control;
-        std::vector<std::pair<QString, std::unique_ptr<QSignalSpy>>> spies;
-        for (QPushButton* button : c.window->findChildren<QPushButton*>())
-            spies.emplace_back(button->objectName(),
-                               std::make_unique<QSignalSpy>(button, &QPushButton::clicked));
-        QWidget* control = w.harness().control(c.window, c.control);
-        control->setFocus();
-        QTest::keyClick(control, c.key, c.key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier);
-        if (c.next)
-            QVERIFY2(c.window->focusWidget() == w.harness().control(c.window, c.next), qPrintable(row));
-        for (const auto& [name, spy] : spies)
-            QVERIFY2(spy->count() == (name == utf8(c.pressed ? c.pressed : "")),
-                     qPrintable(row + " " + name));
-    }
-    QTRY_VERIFY(!frame.analyticsWindow());
-    QVERIFY(w.rows("Bank").isEmpty() && w.rows("Bills").isEmpty());
 }
 
 void MoneyInputTest::failingStatementStopsTheHandler()

@@ -217,14 +217,12 @@ void ServiceWindowTest::anAccountWithExpensesIsDeletedOnlyOnceTheyAreMoved()
     QVERIFY(h.start());
     Form2 f = openService(h);
     const QByteArray before = folder.bytes();
-    const QStringList accounts{"3 - Питание", "4 - Связь", "5 - Отпуск"};
     f.list("Combo1A")->setCurrentIndex(1);
     f.click("VC1A");
     f.click("VC3A");
     QCOMPARE(f.lastBox(), error(texts::accountInUse).arg(2));
     QCOMPARE(folder.bytes(), before);
-    QCOMPARE(f.items("Combo1A"), accounts);
-    QCOMPARE(h.items("R2"), accounts);
+    QCOMPARE(h.items("R2"), QStringList({"3 - Питание", "4 - Связь", "5 - Отпуск"}));
     QVERIFY(f.list("Combo1A")->isEnabled());
     // The account is offered for moving its expenses away; then it goes.
     QCOMPARE(f.list("Combo1B")->currentText(), QString("4 - Связь"));
@@ -239,7 +237,6 @@ void ServiceWindowTest::anAccountWithExpensesIsDeletedOnlyOnceTheyAreMoved()
     QCOMPARE(h.dialogs.shown().size(), boxes + 1);
     QCOMPARE(f.lastBox(), information(texts::accountDeleted));
     QCOMPARE(h.items("R2"), QStringList({"3 - Питание", "5 - Отпуск"}));
-    QCOMPARE(h.frame().store().query("SELECT F2, COUNT(*) FROM Bills GROUP BY F2").size(), 2u);
     QCOMPARE(h.frame().store().lookupValue("Bills", "F2", "F0 = 3").toInt(), 5);
 }
 

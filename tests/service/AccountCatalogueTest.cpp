@@ -4,39 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 using namespace velmora::test;
 using service::AccountCatalogue;
-
-// A code that expenses still name is never handed out again, whether or not
-// the catalogue lists it.
-TEST(AccountCatalogue, NewCodesFollowTheLargestCodeInUse)
-{
-    struct Case
-    {
-        const char* what;
-        std::function<void(DataBuilder&)> fill;
-        int code;
-    };
-    const Case cases[] = {
-        {"empty catalogue", [](DataBuilder&) {}, 1},
-        {"gaps are not filled",
-         [](DataBuilder& d) { d.account(1, "Питание").account(2, "Транспорт").account(5, "Отпуск"); }, 6},
-        {"expenses of an account no longer listed",
-         [](DataBuilder& d) { d.account(2, "Транспорт").bill(QDate(2026, 3, 1), 9, "10", 4); }, 10},
-        {"expenses below the largest listed code",
-         [](DataBuilder& d) { d.account(7, "Отпуск").bill(QDate(2025, 1, 1), 3, "1"); }, 8},
-    };
-    for (const Case& c : cases) {
-        DataBuilder data;
-        c.fill(data);
-        ServiceData d(data);
-        AccountCatalogue accounts(d.store());
-        EXPECT_EQ(accounts.add("Связь"), c.code) << c.what;
-        EXPECT_EQ(accounts.entries()->last(), QString("%1 - Связь").arg(c.code)) << c.what;
-    }
-}
 
 TEST(AccountCatalogue, AnAccountKeepsItsExpensesAndIsRemovedOnlyWithoutThem)
 {
