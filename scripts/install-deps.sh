@@ -8,7 +8,7 @@ packages=(
     googletest libgtest-dev libbenchmark-dev
     xvfb xauth fonts-dejavu-core qt6-translations-l10n
     mdbtools poppler-utils
-    clang libclang-rt-14-dev
+    clang libclang-rt-14-dev clang-format
 )
 missing=()
 for p in "${packages[@]}"; do
