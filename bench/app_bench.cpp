@@ -2,8 +2,8 @@
 // creating the frame to a main window with its lists and figures filled, on
 // the offscreen platform; a refresh of the main window's figures; and a
 // LookupValue on the open store, as a handler makes it.
-#include "Frame.h"
-#include "MainWindow.h"
+#include "app/Frame.h"
+#include "app/MainWindow.h"
 #include "support/CountingDialogs.h"
 #include "support/SampleFolder.h"
 

@@ -26,9 +26,15 @@ int fixedWidth(ColumnType type)
     }
 }
 
-bool isFixedSize(ColumnType type) { return fixedWidth(type) > 0; }
+bool isFixedSize(ColumnType type)
+{
+    return fixedWidth(type) > 0;
+}
 
-bool isLongValue(ColumnType type) { return type == ColumnType::Memo || type == ColumnType::Ole; }
+bool isLongValue(ColumnType type)
+{
+    return type == ColumnType::Memo || type == ColumnType::Ole;
+}
 
 Column Column::ofType(std::u16string name, ColumnType type, bool autoNumber)
 {

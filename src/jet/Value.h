@@ -40,8 +40,12 @@ using Bytes = std::vector<std::uint8_t>;
 
 // One cell. Byte, Integer and Long columns all hold std::int32_t; Text and Memo
 // hold UTF-16 text; Binary and OLE hold Bytes.
-using Value = std::variant<Null, bool, std::int32_t, Currency, float, double, DateTime, std::u16string, Bytes, Guid>;
+using Value =
+    std::variant<Null, bool, std::int32_t, Currency, float, double, DateTime, std::u16string, Bytes, Guid>;
 
-inline bool isNull(const Value& v) { return std::holds_alternative<Null>(v); }
+inline bool isNull(const Value& v)
+{
+    return std::holds_alternative<Null>(v);
+}
 
 } // namespace jet

@@ -2,8 +2,8 @@
 // page of each report, for docs/.
 // Usage: analytics_screenshots OUTPUT_FOLDER
 #include "GuiHarness.h"
-#include "MainWindow.h"
 #include "SampleData.h"
+#include "app/MainWindow.h"
 
 #include "analytics/ReportPainter.h"
 #include "analytics/ui/AnalyticsWindow.h"

@@ -3,10 +3,10 @@
 // threshold, with a month without expenses, and in the frame as "Диаграмма"
 // in the analytics window opens it.
 // Usage: charts_screenshots OUTPUT_FOLDER
-#include "Frame.h"
-#include "MainWindow.h"
 #include "ProgramFolder.h"
 #include "SampleData.h"
+#include "app/Frame.h"
+#include "app/MainWindow.h"
 #include "charts/ui/ChartsWindow.h"
 #include "store/Store.h"
 #include "ui/Dialogs.h"

@@ -2,10 +2,10 @@
 
 #include "DataBuilder.h"
 #include "GuiHarness.h"
-#include "MainWindow.h"
 #include "analytics/AnalyticsTexts.h"
 #include "analytics/ReportPainter.h"
 #include "analytics/ui/AnalyticsWindow.h"
+#include "app/MainWindow.h"
 #include "store/Store.h"
 
 #include <QCheckBox>

@@ -2,8 +2,8 @@
 
 #include "DataBuilder.h"
 #include "GuiHarness.h"
-#include "MainWindow.h"
 #include "analytics/ui/AnalyticsWindow.h"
+#include "app/MainWindow.h"
 #include "charts/ChartsTexts.h"
 #include "charts/ui/ChartsWindow.h"
 #include "ui/UiTexts.h"

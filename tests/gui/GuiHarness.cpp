@@ -1,6 +1,6 @@
 #include "GuiHarness.h"
 
-#include "MainWindow.h"
+#include "app/MainWindow.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

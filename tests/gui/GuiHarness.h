@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Frame.h"
 #include "ProgramFolder.h"
 #include "ScriptedDialogs.h"
+#include "app/Frame.h"
 
 #include <QDate>
 #include <QList>

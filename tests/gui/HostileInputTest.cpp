@@ -1,13 +1,13 @@
 // The whole program under hostile input (see HostileRun); an exception that
 // escapes an action; a data file of extreme values in every window.
-#include "Application.h"
 #include "DataBuilder.h"
 #include "FileChecks.h"
 #include "GuiHarness.h"
 #include "HostileRun.h"
-#include "MainWindow.h"
 #include "analytics/ui/AnalyticsWindow.h"
 #include "app/AppTexts.h"
+#include "app/Application.h"
+#include "app/MainWindow.h"
 #include "charts/ui/ChartsWindow.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Transaction.h"

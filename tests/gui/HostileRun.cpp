@@ -1,10 +1,10 @@
 #include "HostileRun.h"
 
-#include "MainWindow.h"
-#include "SignInWindow.h"
 #include "analytics/ReportPainter.h"
 #include "analytics/ui/AnalyticsWindow.h"
 #include "app/AppTexts.h"
+#include "app/MainWindow.h"
+#include "app/SignInWindow.h"
 #include "charts/ui/ChartsWindow.h"
 #include "ledger/LedgerTexts.h"
 #include "service/ServiceTexts.h"

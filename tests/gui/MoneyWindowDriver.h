@@ -3,7 +3,7 @@
 #include "DataBuilder.h"
 #include "FileRows.h"
 #include "GuiHarness.h"
-#include "MainWindow.h"
+#include "app/MainWindow.h"
 
 #include <QComboBox>
 #include <QLineEdit>

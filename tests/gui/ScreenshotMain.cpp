@@ -2,11 +2,11 @@
 // window filled from a data folder, the sign-in window, the splash and, when
 // the folder holds velmora-help.html, the help window.
 // Usage: gui_screenshots DATA_FOLDER OUTPUT_FOLDER
-#include "Frame.h"
-#include "HelpWindow.h"
-#include "MainWindow.h"
 #include "ScriptedDialogs.h"
-#include "SignInWindow.h"
+#include "app/Frame.h"
+#include "app/HelpWindow.h"
+#include "app/MainWindow.h"
+#include "app/SignInWindow.h"
 
 #include <QApplication>
 #include <QDir>

@@ -2,8 +2,8 @@
 
 #include "DataBuilder.h"
 #include "GuiHarness.h"
-#include "MainWindow.h"
-#include "SignInWindow.h"
+#include "app/MainWindow.h"
+#include "app/SignInWindow.h"
 #include "jet/Writer.h"
 #include "service/ServiceTexts.h"
 #include "service/ui/ServiceWindow.h"

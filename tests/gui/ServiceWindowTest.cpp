@@ -2,9 +2,9 @@
 
 #include "DataBuilder.h"
 #include "GuiHarness.h"
-#include "MainWindow.h"
-#include "SignInWindow.h"
 #include "analytics/ui/AnalyticsWindow.h"
+#include "app/MainWindow.h"
+#include "app/SignInWindow.h"
 #include "service/ServiceTexts.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Dates.h"

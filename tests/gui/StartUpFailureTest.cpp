@@ -2,7 +2,7 @@
 
 #include "DataBuilder.h"
 #include "GuiHarness.h"
-#include "MainWindow.h"
+#include "app/MainWindow.h"
 #include "jet/Writer.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"

@@ -1,12 +1,12 @@
 #include "StartUpTest.h"
 
-#include "AppTexts.h"
 #include "DataBuilder.h"
 #include "GuiHarness.h"
-#include "HelpWindow.h"
-#include "MainWindow.h"
-#include "QtTranslation.h"
-#include "SignInWindow.h"
+#include "app/AppTexts.h"
+#include "app/HelpWindow.h"
+#include "app/MainWindow.h"
+#include "app/QtTranslation.h"
+#include "app/SignInWindow.h"
 
 #include <QFile>
 #include <QLineEdit>

@@ -3,9 +3,9 @@
 // accounts and operations, with a day's operations listed.
 // Usage: service_screenshots OUTPUT_FOLDER
 #include "DataBuilder.h"
-#include "Frame.h"
 #include "ProgramFolder.h"
 #include "ScriptedDialogs.h"
+#include "app/Frame.h"
 #include "service/ui/ServiceWindow.h"
 
 #include <QAbstractButton>

@@ -1,5 +1,5 @@
-#include "Amount.h"
-#include "WideAmount.h"
+#include "store/Amount.h"
+#include "store/WideAmount.h"
 
 #include <gtest/gtest.h>
 

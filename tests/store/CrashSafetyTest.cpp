@@ -1,7 +1,7 @@
-#include "Store.h"
 #include "StoreFolder.h"
-#include "Transaction.h"
 #include "jet/Unicode.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "Dates.h"
-#include "JetDateText.h"
+#include "store/Dates.h"
+#include "store/JetDateText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "SqliteImage.h"
-#include "DatabaseDiff.h"
+#include "store/SqliteImage.h"
 #include "StoreFolder.h"
 #include "jet/Reader.h"
 #include "jet/Writer.h"
+#include "store/DatabaseDiff.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "StoreFolder.h"
 
-#include "Schema.h"
 #include "jet/Reader.h"
 #include "jet/Writer.h"
+#include "store/Schema.h"
 
 #include <cstdlib>
 #include <fstream>

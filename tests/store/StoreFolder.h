@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ErrorSink.h"
 #include "jet/Database.h"
+#include "store/ErrorSink.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,6 +1,6 @@
-#include "Store.h"
 #include "StoreFolder.h"
-#include "Transaction.h"
+#include "store/Store.h"
+#include "store/Transaction.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "Store.h"
+#include "store/Store.h"
 #include "StoreFolder.h"
-#include "StoreTexts.h"
-#include "Transaction.h"
 #include "jet/AtomicFile.h"
 #include "jet/Writer.h"
+#include "store/StoreTexts.h"
+#include "store/Transaction.h"
 
 #include <gtest/gtest.h>
 

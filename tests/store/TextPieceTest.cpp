@@ -1,5 +1,5 @@
-#include "TextPiece.h"
-#include "CatalogueEntry.h"
+#include "store/TextPiece.h"
+#include "store/CatalogueEntry.h"
 
 #include <gtest/gtest.h>
 
