@@ -1,5 +1,5 @@
-// The analytics window on household files of 10,000 and 100,000 operations
-// (ten years): opening Form3 (lists, yearly table, month totals, detail
+// The analytics window on household files of 10,000, 100,000 (and 1,000,000)
+// operations (ten years): opening Form3 (lists, yearly table, month totals, detail
 // list), "Пересчитать" for another month and year with each detail list, and
 // laying out and painting a month's report into a PDF file. The data file is
 // already decoded, as it is while the program runs.
@@ -54,7 +54,7 @@ void BM_OpenAnalyticsWindow(benchmark::State& state)
     if (dialogs.shown > 0)
         state.SkipWithError("a box was shown");
 }
-BENCHMARK(BM_OpenAnalyticsWindow)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OpenAnalyticsWindow)->Apply(bench::householdSizes);
 
 // "Пересчитать" for November 2024: income details, or the expenses of the first account.
 void BM_Recalculate(benchmark::State& state)
@@ -74,7 +74,9 @@ void BM_Recalculate(benchmark::State& state)
         state.SkipWithError("a box was shown");
     state.SetLabel(state.range(1) ? "expense details" : "income details");
 }
-BENCHMARK(BM_Recalculate)->ArgsProduct({{10'000, 100'000}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Recalculate)->Apply([](benchmark::internal::Benchmark* b) {
+    bench::householdSizesWith(b, {0, 1});
+});
 
 // The month's expense report of the busiest account, laid out and painted to PDF.
 void BM_ExpenseReportToPdf(benchmark::State& state)
@@ -94,7 +96,7 @@ void BM_ExpenseReportToPdf(benchmark::State& state)
         analytics::ReportPainter::writePdf(report, dir.filePath(QStringLiteral("report.pdf")));
     state.SetLabel(std::to_string(report.lines.size()) + " lines");
 }
-BENCHMARK(BM_ExpenseReportToPdf)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ExpenseReportToPdf)->Apply(bench::householdSizes);
 
 } // namespace
 

@@ -1,94 +1,228 @@
-// The service window's operations on a household file of 100,000 operations:
-// backup, restore, listing a day's operations, deleting one and moving an
-// account's expenses. Each that writes saves the whole file atomically.
+// The service window's operations on household files of 10,000, 100,000 (and
+// 1,000,000) operations: accounts, password, rates, listing a day, deleting
+// operations, moving expenses, backup, restore and clearing. Each that writes
+// saves the whole file atomically; its time is also given over the physical
+// limit of writing that file.
+#include "support/PhysicalLimit.h"
 #include "support/SampleFolder.h"
 
-#include "jet/Writer.h"
+#include "service/AccountCatalogue.h"
 #include "service/Backup.h"
+#include "service/Clearing.h"
+#include "service/CurrencyRates.h"
 #include "service/ExpenseTransfer.h"
 #include "service/OperationDeletion.h"
+#include "service/Password.h"
 #include "store/Store.h"
+
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
-#include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
+#include <memory>
 
 namespace {
 
-constexpr int kOperations = 100'000;
+using bench::sampleFolder;
 
-const bench::SampleFolder& sampleFolder()
+int operations(const benchmark::State& state)
 {
-    return bench::sampleFolder(kOperations);
+    return static_cast<int>(state.range(0));
 }
 
-// Records the date, then reads, checks and writes the 100,000-operation file.
+// A store that has read its file already, as the program's store has after start-up.
+std::unique_ptr<store::Store> openedStore(const benchmark::State& state)
+{
+    auto store = std::make_unique<store::Store>(sampleFolder(operations(state)).dir());
+    store->verify();
+    return store;
+}
+
+void check(benchmark::State& state, bool ok)
+{
+    if (!ok)
+        state.SkipWithError("the operation was not saved");
+}
+
+void compareWithLimit(benchmark::State& state)
+{
+    bench::reportAgainstLimit(state, sampleFolder(operations(state)).dir());
+}
+
+void BM_AddAccount(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::AccountCatalogue accounts(*store);
+    for (auto _ : state) {
+        const std::optional<int> code = accounts.add(QStringLiteral("Отпуск"));
+        state.PauseTiming();
+        check(state, code && accounts.remove(*code).removed);
+        state.ResumeTiming();
+    }
+    compareWithLimit(state);
+}
+
+void BM_RenameAccount(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::AccountCatalogue accounts(*store);
+    bool other = true;
+    for (auto _ : state) {
+        check(state, accounts.rename(1, other ? QStringLiteral("Еда") : QStringLiteral("Питание")).ok());
+        other = !other;
+    }
+    compareWithLimit(state);
+}
+
+void BM_DeleteAccount(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::AccountCatalogue accounts(*store);
+    for (auto _ : state) {
+        state.PauseTiming();
+        const std::optional<int> code = accounts.add(QStringLiteral("Отпуск"));
+        state.ResumeTiming();
+        check(state, code && accounts.remove(*code).removed);
+    }
+    compareWithLimit(state);
+}
+
+// A password set and, untimed, removed again, so that the file stays without one.
+void BM_SetPassword(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::Password password(*store);
+    for (auto _ : state) {
+        check(state, password.set(QStringLiteral("секрет")).ok());
+        state.PauseTiming();
+        check(state, password.remove().ok());
+        state.ResumeTiming();
+    }
+    compareWithLimit(state);
+}
+
+void BM_WriteRates(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::CurrencyRates rates(*store);
+    std::int64_t cents = 9'000;
+    for (auto _ : state) {
+        const auto rate = store::Amount::fromUnits(100 * ++cents);
+        check(state, rates.write(rate, rate).ok());
+    }
+    compareWithLimit(state);
+}
+
+void BM_ListDayOperations(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::OperationDeletion deletion(*store);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(deletion.list(QDate(2024, 3, 15)));
+}
+
+// The newest operation each time: the balance correction, the delete and the save.
+void BM_DeleteBankOperation(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::OperationDeletion deletion(*store);
+    for (auto _ : state) {
+        state.PauseTiming();
+        const store::Rows newest = store->query("SELECT MAX(F0) FROM Bank");
+        state.ResumeTiming();
+        check(state, !newest.empty() &&
+                         deletion.deleteBankOperation(newest.front().integer(0)) == ledger::Outcome::Done);
+    }
+    compareWithLimit(state);
+}
+
+// The newest expense each time: its balance and purse corrections, the delete and the save.
+void BM_DeleteExpense(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::OperationDeletion deletion(*store);
+    for (auto _ : state) {
+        state.PauseTiming();
+        const store::Rows newest = store->query("SELECT MAX(F0) FROM Bills");
+        state.ResumeTiming();
+        check(state,
+              !newest.empty() && deletion.deleteExpense(newest.front().integer(0)) == ledger::Outcome::Done);
+    }
+    compareWithLimit(state);
+}
+
+// All expenses of account 1 to account 2 and back, one save each.
+void BM_MoveExpenses(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    service::ExpenseTransfer transfer(*store);
+    bool forth = true;
+    for (auto _ : state) {
+        check(state, (forth ? transfer.move(1, 2) : transfer.move(2, 1)).ok());
+        forth = !forth;
+    }
+    compareWithLimit(state);
+}
+
+// Records the date, then reads, checks and writes the whole file as the backup.
 void BM_Backup(benchmark::State& state)
 {
-    store::Store store(sampleFolder().dir());
-    store.verify();
-    service::Backup backup(store);
+    auto store = openedStore(state);
+    service::Backup backup(*store);
     for (auto _ : state)
-        if (!backup.make(QDate(2025, 6, 30)).done)
-            state.SkipWithError("the backup failed");
+        check(state, backup.make(QDate(2025, 6, 30)).done);
+    compareWithLimit(state);
 }
-BENCHMARK(BM_Backup)->Unit(benchmark::kMillisecond);
 
 // Reads and checks the backup, replaces the data file, and reads the backup's
 // date from it (the store loads the replaced file).
 void BM_Restore(benchmark::State& state)
 {
-    store::Store store(sampleFolder().dir());
-    service::Backup backup(store);
-    if (!backup.make(QDate(2025, 6, 30)).done)
-        state.SkipWithError("the backup failed");
+    auto store = openedStore(state);
+    service::Backup backup(*store);
+    check(state, backup.make(QDate(2025, 6, 30)).done);
     for (auto _ : state)
-        if (!backup.restore(QDate(2026, 3, 15)).done)
-            state.SkipWithError("the restore failed");
+        check(state, backup.restore(QDate(2026, 3, 15)).done);
+    compareWithLimit(state);
 }
-BENCHMARK(BM_Restore)->Unit(benchmark::kMillisecond);
 
-void BM_ListDayOperations(benchmark::State& state)
+// Every operation, purse and account removed, from a fresh copy of the sample
+// each time; the copy and its reading are not timed.
+void BM_ClearAll(benchmark::State& state)
 {
-    store::Store store(sampleFolder().dir());
-    store.verify();
-    service::OperationDeletion deletion(store);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(deletion.list(QDate(2024, 3, 15)));
-}
-BENCHMARK(BM_ListDayOperations)->Unit(benchmark::kMillisecond);
-
-// The newest expense each time: its balance and purse corrections, the delete
-// and the save.
-void BM_DeleteExpense(benchmark::State& state)
-{
-    store::Store store(sampleFolder().dir());
-    service::OperationDeletion deletion(store);
+    QTemporaryDir dir;
+    const QString copy = dir.filePath(QStringLiteral("velmora.mdb"));
     for (auto _ : state) {
-        const store::Rows newest = store.query("SELECT MAX(F0) FROM Bills");
-        if (newest.empty() || deletion.deleteExpense(newest.front().integer(0)) != ledger::Outcome::Done)
-            state.SkipWithError("the deletion failed");
+        state.PauseTiming();
+        QFile::remove(copy);
+        QFile::copy(sampleFolder(operations(state)).dataFile(), copy);
+        store::Store store(dir.path());
+        store.verify();
+        state.ResumeTiming();
+        check(state, service::Clearing(store).clearAll().ok());
     }
+    bench::reportAgainstLimit(state, dir.path());
 }
-BENCHMARK(BM_DeleteExpense)->Unit(benchmark::kMillisecond);
 
-// All expenses of account 1 to account 2 and back, one save each.
-void BM_MoveExpenses(benchmark::State& state)
+void sizes(benchmark::internal::Benchmark* b)
 {
-    store::Store store(sampleFolder().dir());
-    store.verify();
-    service::ExpenseTransfer transfer(store);
-    bool forth = true;
-    for (auto _ : state) {
-        if (!(forth ? transfer.move(1, 2) : transfer.move(2, 1)))
-            state.SkipWithError("the move failed");
-        forth = !forth;
-    }
+    bench::householdSizes(b);
+    b->Repetitions(5)->ReportAggregatesOnly(true);
 }
-BENCHMARK(BM_MoveExpenses)->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_AddAccount)->Apply(sizes);
+BENCHMARK(BM_RenameAccount)->Apply(sizes);
+BENCHMARK(BM_DeleteAccount)->Apply(sizes);
+BENCHMARK(BM_SetPassword)->Apply(sizes);
+BENCHMARK(BM_WriteRates)->Apply(sizes);
+BENCHMARK(BM_ListDayOperations)->Apply(sizes);
+BENCHMARK(BM_DeleteBankOperation)->Apply(sizes);
+BENCHMARK(BM_DeleteExpense)->Apply(sizes);
+BENCHMARK(BM_MoveExpenses)->Apply(sizes);
+BENCHMARK(BM_Backup)->Apply(sizes);
+BENCHMARK(BM_Restore)->Apply(sizes);
+BENCHMARK(BM_ClearAll)->Apply(sizes);
 
 } // namespace
 

@@ -4,24 +4,59 @@
 #include "jet/Writer.h"
 #include "store/Store.h"
 
+#include <benchmark/benchmark.h>
+
 #include <chrono>
+#include <cstdlib>
 #include <map>
 #include <memory>
 #include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace bench {
 
-SampleFolder::SampleFolder(int operations)
+namespace {
+
+void writeSample(const std::string& path, int operations)
 {
-    if (!m_dir.isValid())
-        throw std::runtime_error("cannot create a temporary folder");
     velmora::SampleOptions options;
     options.years = 10;
     options.opsPerMonth = operations / 120;
     options.seed = 2031;
     options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
-    jet::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
-                             jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+    jet::writeFileAtomically(path, jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+}
+
+std::vector<long> sizes()
+{
+    std::vector<long> result{10'000, 100'000};
+    if (std::getenv("VELMORA_BENCH_1M"))
+        result.push_back(1'000'000);
+    return result;
+}
+
+} // namespace
+
+SampleFolder::SampleFolder(int operations)
+{
+    if (!m_dir.isValid())
+        throw std::runtime_error("cannot create a temporary folder");
+    const std::string path = dataFile().toStdString();
+    const pid_t child = ::fork();
+    if (child < 0)
+        throw std::runtime_error("cannot start the sample maker");
+    if (child == 0) {
+        try {
+            writeSample(path, operations);
+        } catch (...) {
+            ::_exit(1);
+        }
+        ::_exit(0);
+    }
+    int status = 0;
+    if (::waitpid(child, &status, 0) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        throw std::runtime_error("the sample file was not made");
 }
 
 const SampleFolder& sampleFolder(int operations)
@@ -42,6 +77,18 @@ store::Store& sampleStore(int operations)
         slot->verify();
     }
     return *slot;
+}
+
+void householdSizes(benchmark::internal::Benchmark* b)
+{
+    for (const long size : sizes())
+        b->Arg(size);
+    b->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+void householdSizesWith(benchmark::internal::Benchmark* b, std::initializer_list<long> more)
+{
+    b->ArgsProduct({sizes(), std::vector<long>(more)})->Unit(benchmark::kMillisecond)->UseRealTime();
 }
 
 } // namespace bench
