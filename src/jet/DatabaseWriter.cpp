@@ -1,5 +1,7 @@
 #include "DatabaseWriter.h"
 
+#include "ChangedRowsWriter.h"
+#include "FileImage.h"
 #include "Header.h"
 #include "RowEncoder.h"
 #include "TableDataWriter.h"
@@ -10,6 +12,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
+#include <stdexcept>
 
 namespace jet {
 
@@ -38,12 +42,40 @@ DatabaseWriter::DatabaseWriter(const Database& db)
     : m_db(db), m_date(db.creationDate != 0 ? db.creationDate : kDefaultCreationDate),
       m_catalog(catalogTable()), m_systemTables(emptySystemTables())
 {
+    addEntries();
+    for (Entry& e : m_entries)
+        sizeRows(e);
+}
+
+DatabaseWriter::DatabaseWriter(const Database& shape, const FileImage& previous,
+                               std::span<const TableChanges> changes)
+    : m_db(shape), m_previous(&previous),
+      m_date(shape.creationDate != 0 ? shape.creationDate : kDefaultCreationDate), m_catalog(catalogTable()),
+      m_systemTables(emptySystemTables())
+{
+    if (!previous.canChangeRows() || changes.size() != shape.tables.size() ||
+        shape.tables.size() != previous.shape().tables.size())
+        throw std::logic_error("the previous file cannot take these changes");
+    addEntries();
+    for (Entry& e : m_entries) {
+        if (e.system) {
+            sizeRows(e);
+            continue;
+        }
+        const std::size_t table = static_cast<std::size_t>(&e - &userEntry(0));
+        e.changes = &changes[table];
+        sizeChangedRows(e, previous.rowCount(table));
+    }
+}
+
+void DatabaseWriter::addEntries()
+{
     checkTableNames();
-    m_entries.reserve(1 + m_systemTables.size() + db.tables.size());
+    m_entries.reserve(1 + m_systemTables.size() + m_db.tables.size());
     m_entries.emplace_back(m_catalog, TableKind::System);
     for (const Table& t : m_systemTables)
         m_entries.emplace_back(t, TableKind::System);
-    for (const Table& t : db.tables)
+    for (const Table& t : m_db.tables)
         m_entries.emplace_back(t, TableKind::User);
     planPages();
 }
@@ -76,8 +108,6 @@ void DatabaseWriter::planPages()
         listed.push_back({&e.layout.table(), e.definitionPage, e.system});
     }
     fillCatalog(m_catalog, listed, m_date);
-    for (Entry& e : m_entries)
-        sizeRows(e);
 }
 
 // Checks every row before anything is written, finds the last AutoNumber and
@@ -91,6 +121,7 @@ void DatabaseWriter::sizeRows(Entry& entry)
         if (table.columns[i].autoNumber)
             autoColumns.push_back(i);
     entry.lastAutoNumber = table.lastAutoNumber;
+    entry.rowCount = table.rows.size();
     entry.plans.resize(table.rows.size());
     for (std::size_t r = 0; r < table.rows.size(); ++r) {
         const Row& row = table.rows[r];
@@ -106,9 +137,44 @@ void DatabaseWriter::sizeRows(Entry& entry)
     }
 }
 
+// The same for the changed rows only: the others were checked when they
+// were written, and each counter is at least their AutoNumbers.
+void DatabaseWriter::sizeChangedRows(Entry& entry, std::size_t previousRows)
+{
+    const RowEncoder encoder(entry.layout);
+    const Table& table = entry.layout.table();
+    const std::optional<std::size_t> autoColumn = [&]() -> std::optional<std::size_t> {
+        for (std::size_t i = 0; i < table.columns.size(); ++i)
+            if (table.columns[i].autoNumber)
+                return i;
+        return std::nullopt;
+    }();
+    entry.lastAutoNumber = entry.changes->lastAutoNumber;
+    entry.rowCount = previousRows;
+    entry.plans.resize(entry.changes->rows.size());
+    for (std::size_t i = 0; i < entry.changes->rows.size(); ++i) {
+        const RowChange& change = entry.changes->rows[i];
+        if (change.kind == RowChange::Kind::Remove) {
+            --entry.rowCount;
+            continue;
+        }
+        // The place the row takes in the new file, for messages.
+        const std::size_t index = change.position + entry.rowCount - previousRows;
+        if (change.kind == RowChange::Kind::Insert)
+            ++entry.rowCount;
+        entry.plans[i] = encoder.plan(change.row, index);
+        entry.rowBytes += entry.plans[i].size + 2;
+        if (autoColumn)
+            if (const auto* n = std::get_if<std::int32_t>(&change.row[*autoColumn]))
+                entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
+    }
+}
+
 std::size_t DatabaseWriter::expectedPages() const
 {
     std::size_t pages = m_firstMapPage + UsageMapPages::pagesFor(m_mapCount) + m_entries.size() + 4;
+    if (m_previous)
+        pages += m_previous->bytes().size() / kPageSize;
     for (const Entry& e : m_entries) {
         const std::size_t rows = e.layout.table().rows.size();
         pages +=
@@ -126,7 +192,7 @@ std::vector<std::uint8_t> DatabaseWriter::encode()
     UsageMapPages maps(file, m_firstMapPage, m_mapCount);
     for (const Entry& e : m_entries)
         writeDefinition(file, maps, e);
-    for (const Entry& e : m_entries)
+    for (Entry& e : m_entries)
         writeData(file, maps, e);
     writeGlobalMap(file);
     const std::vector<std::uint8_t> header = encodeJet4Header(m_db.password, m_date);
@@ -137,7 +203,7 @@ std::vector<std::uint8_t> DatabaseWriter::encode()
 void DatabaseWriter::writeDefinition(PageBuffer& file, const UsageMapPages& maps, const Entry& e) const
 {
     DefinitionFacts facts;
-    facts.rowCount = static_cast<std::uint32_t>(e.layout.table().rows.size());
+    facts.rowCount = static_cast<std::uint32_t>(e.rowCount);
     facts.lastAutoNumber = e.lastAutoNumber;
     facts.ownedMap = maps.pointer(e.firstMap);
     facts.freeMap = maps.pointer(e.firstMap + 1);
@@ -148,11 +214,19 @@ void DatabaseWriter::writeDefinition(PageBuffer& file, const UsageMapPages& maps
     writeTableDefinition(file, e.definitionPage, e.layout, facts);
 }
 
-void DatabaseWriter::writeData(PageBuffer& file, UsageMapPages& maps, const Entry& e) const
+void DatabaseWriter::writeData(PageBuffer& file, UsageMapPages& maps, Entry& e) const
 {
     TableDataWriter data(file, e.layout, e.definitionPage);
-    data.writeRows(e.plans);
+    if (e.changes) {
+        const std::size_t table = static_cast<std::size_t>(&e - &userEntry(0));
+        ChangedRowsWriter(data.rows(), RowEncoder(e.layout), m_previous->bytes(),
+                          m_previous->dataPages(table))
+            .write(e.changes->rows, e.plans);
+    } else {
+        data.writeRows(e.plans);
+    }
     const auto& pages = data.dataPages();
+    e.dataPages = pages;
     maps.put(e.firstMap, encodeUsageMap(pages, file));
     // Only the last page can have room, as pages are filled in order.
     const std::span<const std::uint32_t> withRoom =

@@ -4,11 +4,17 @@
 #include "Database.h"
 #include "PageBuffer.h"
 #include "RowEncoder.h"
+#include "TableChanges.h"
 #include "TableLayout.h"
 #include "UsageMapPages.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
+
+namespace jet {
+class FileImage;
+}
 
 namespace jet::writer {
 
@@ -20,8 +26,21 @@ class DatabaseWriter
 {
 public:
     explicit DatabaseWriter(const Database& db);
+    // The file of `previous` with `changes` applied, one per table of
+    // `shape` (the previous file's tables without rows, with their new
+    // counters). Rows left alone come from the previous file as stored.
+    DatabaseWriter(const Database& shape, const FileImage& previous, std::span<const TableChanges> changes);
 
     std::vector<std::uint8_t> encode();
+
+    // After encode(), per table of the database: its rows, its data pages
+    // and the counter written.
+    std::size_t rowCount(std::size_t table) const { return userEntry(table).rowCount; }
+    const std::vector<std::uint32_t>& dataPages(std::size_t table) const
+    {
+        return userEntry(table).dataPages;
+    }
+    std::int32_t lastAutoNumber(std::size_t table) const { return userEntry(table).lastAutoNumber; }
 
 private:
     struct Entry
@@ -32,18 +51,28 @@ private:
         std::uint32_t definitionPage = 0;
         std::size_t firstMap = 0; // owned, free, then usage and free per long-value column
         std::int32_t lastAutoNumber = 0;
-        std::vector<RowPlan> plans;
-        std::size_t rowBytes = 0; // rows and long values, for sizing the file
+        std::size_t rowCount = 0;
+        std::vector<RowPlan> plans; // per row, or per change when the rows are changed ones
+        std::size_t rowBytes = 0;   // rows and long values, for sizing the file
+        const TableChanges* changes = nullptr;
+        std::vector<std::uint32_t> dataPages;
     };
 
+    void addEntries();
     void checkTableNames() const;
     void planPages();
     static void sizeRows(Entry& entry);
+    static void sizeChangedRows(Entry& entry, std::size_t previousRows);
     std::size_t expectedPages() const;
     void writeDefinition(PageBuffer& file, const UsageMapPages& maps, const Entry& entry) const;
-    void writeData(PageBuffer& file, UsageMapPages& maps, const Entry& entry) const;
+    void writeData(PageBuffer& file, UsageMapPages& maps, Entry& entry) const;
+    const Entry& userEntry(std::size_t table) const
+    {
+        return m_entries.at(1 + m_systemTables.size() + table);
+    }
 
     const Database& m_db;
+    const FileImage* m_previous = nullptr;
     double m_date;
     Table m_catalog;
     std::vector<Table> m_systemTables;

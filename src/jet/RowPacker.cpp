@@ -2,6 +2,8 @@
 
 #include "ByteOrder.h"
 
+#include <cstring>
+
 namespace jet::writer {
 
 RowPacker::RowPacker(PageBuffer& file, std::uint32_t owner) : m_file(file), m_owner(owner) {}
@@ -13,7 +15,7 @@ bool RowPacker::hasRoomFor(std::size_t size) const
     return m_lowest >= size + kDataPageHeader + 2 * (m_rows + 1);
 }
 
-void RowPacker::openPage()
+std::uint8_t* RowPacker::openPage()
 {
     const std::uint32_t number = m_file.append();
     std::uint8_t* p = m_file.page(number);
@@ -24,6 +26,17 @@ void RowPacker::openPage()
     m_pages.push_back(number);
     m_rows = 0;
     m_lowest = kPageSize;
+    return p;
+}
+
+void RowPacker::adoptPage(const std::uint8_t* page)
+{
+    std::uint8_t* p = openPage();
+    std::memcpy(p, page, kPageSize);
+    le::put32(p + 4, m_owner);
+    m_rows = le::u16(p + 12);
+    // Rows lie downwards from the page end: the last one is the lowest.
+    m_lowest = m_rows == 0 ? kPageSize : le::u16(p + kDataPageHeader + 2 * (m_rows - 1));
 }
 
 RowPacker::Placed RowPacker::add(std::size_t size)

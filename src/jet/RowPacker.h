@@ -25,13 +25,18 @@ public:
     // `size` is at most the room of an empty page (kPageSize - header - 2).
     Placed add(std::size_t size);
 
+    // Appends a copy of `page`, a full data page of this owner's rows as
+    // add() packs them, and goes on filling it. The caller makes sure the
+    // rows would have filled a new page exactly so.
+    void adoptPage(const std::uint8_t* page);
+
     // The pages opened so far, ascending.
     const std::vector<std::uint32_t>& pages() const { return m_pages; }
     // Whether the last page could still take a row of `size` bytes.
     bool hasRoomFor(std::size_t size) const;
 
 private:
-    void openPage();
+    std::uint8_t* openPage();
 
     PageBuffer& m_file;
     std::uint32_t m_owner;

@@ -25,6 +25,8 @@ public:
     {
         return m_longValues[ordinal].pages();
     }
+    // The packer of the data pages, for rows written by another writer.
+    RowPacker& rows() { return m_rows; }
     // Whether the last data page could take another row.
     bool lastPageHasRoom() const { return m_rows.hasRoomFor(m_layout.emptyRowBytes()); }
 

@@ -1,0 +1,62 @@
+#include "FileImage.h"
+
+#include "DatabaseWriter.h"
+
+namespace jet {
+
+namespace {
+
+Database withoutRows(const Database& db)
+{
+    Database shape;
+    shape.version = Version::Jet4;
+    shape.password = db.password;
+    shape.creationDate = db.creationDate;
+    shape.codePage = db.codePage;
+    for (const Table& table : db.tables) {
+        Table& t = shape.tables.emplace_back();
+        t.name = table.name;
+        t.columns = table.columns;
+        t.lastAutoNumber = table.lastAutoNumber;
+    }
+    return shape;
+}
+
+} // namespace
+
+FileImage::FileImage(const Database& db) : m_shape(withoutRows(db))
+{
+    writer::DatabaseWriter writer(db);
+    m_bytes = writer.encode();
+    keepLayout(writer);
+}
+
+FileImage::FileImage(const FileImage& previous, std::span<const TableChanges> changes)
+    : m_shape(withoutRows(previous.m_shape))
+{
+    for (std::size_t i = 0; i < m_shape.tables.size() && i < changes.size(); ++i)
+        m_shape.tables[i].lastAutoNumber = changes[i].lastAutoNumber;
+    writer::DatabaseWriter writer(m_shape, previous, changes);
+    m_bytes = writer.encode();
+    keepLayout(writer);
+}
+
+void FileImage::keepLayout(const writer::DatabaseWriter& writer)
+{
+    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
+        m_shape.tables[i].lastAutoNumber = writer.lastAutoNumber(i);
+        m_rowCounts.push_back(writer.rowCount(i));
+        m_dataPages.push_back(writer.dataPages(i));
+    }
+}
+
+bool FileImage::canChangeRows() const
+{
+    for (const Table& table : m_shape.tables)
+        for (const Column& column : table.columns)
+            if (column.type == ColumnType::Memo || column.type == ColumnType::Ole)
+                return false;
+    return true;
+}
+
+} // namespace jet
