@@ -59,10 +59,10 @@ std::vector<std::uint8_t> DataFile::readBytes(FileSignature& signature) const
 LoadedFile DataFile::load() const
 {
     LoadedFile loaded;
-    const std::vector<std::uint8_t> bytes = readBytes(loaded.signature);
+    loaded.bytes = readBytes(loaded.signature);
     try {
         std::optional<jet::Error> damage;
-        loaded.database = jet::salvageDatabase(bytes, m_password, damage);
+        loaded.database = jet::salvageDatabase(loaded.bytes, m_password, damage);
         if (damage)
             loaded.damage = damaged(describeJetError(*damage));
     } catch (const jet::Error& e) {

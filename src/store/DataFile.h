@@ -11,12 +11,13 @@
 
 namespace store {
 
-// The data file as read from disk: its decoded contents and the signature of
-// exactly the bytes that were decoded. A damaged file comes with what could
+// The data file as read from disk: its bytes, their decoded contents and the
+// signature of exactly those bytes. A damaged file comes with what could
 // still be read of it (its missing or unreadable tables empty) and `damage`,
 // the message that says what is wrong; such a file must never be written over.
 struct LoadedFile
 {
+    std::vector<std::uint8_t> bytes;
     jet::Database database;
     FileSignature signature;
     std::optional<StoreError> damage;

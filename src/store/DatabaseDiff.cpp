@@ -1,16 +1,18 @@
 #include "DatabaseDiff.h"
 
+#include "ChangedTableComparison.h"
+#include "jet/Catalog.h"
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
 
 namespace store {
 
-namespace {
-
 bool sameColumn(const jet::Column& a, const jet::Column& b)
 {
     return a.name == b.name && a.type == b.type && a.length == b.length && a.autoNumber == b.autoNumber;
 }
+
+namespace {
 
 // Name, columns and counter.
 std::string shapeDifference(const jet::Table& expected, const jet::Table& actual)
@@ -119,6 +121,38 @@ std::string firstDifferenceInFile(const jet::Database& expected, std::span<const
     FileComparison comparison(expected);
     jet::visitDatabase(bytes, expected.password, comparison);
     return comparison.result();
+}
+
+std::string firstDifferenceInChangedFile(std::span<const std::uint8_t> previous,
+                                         std::span<const std::uint8_t> next,
+                                         std::span<const jet::TableChanges> changes)
+{
+    const jet::Header previousHeader = jet::decodeHeader(previous);
+    const jet::Header nextHeader = jet::decodeHeader(next);
+    if (nextHeader.password != previousHeader.password || nextHeader.version != jet::Version::Jet4)
+        return "password";
+    const jet::PageSource previousPages(previous, previousHeader);
+    const jet::PageSource nextPages(next, nextHeader);
+    std::vector<jet::CatalogEntry> tables;
+    for (const jet::CatalogEntry& entry : jet::readCatalog(previousPages))
+        if (!entry.system)
+            tables.push_back(entry);
+    std::vector<jet::CatalogEntry> nextTables;
+    for (const jet::CatalogEntry& entry : jet::readCatalog(nextPages))
+        if (!entry.system)
+            nextTables.push_back(entry);
+    if (tables.size() != nextTables.size() || tables.size() != changes.size())
+        return "number of tables";
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        if (nextTables[i].name != tables[i].name || nextTables[i].definitionPage != tables[i].definitionPage)
+            return "table " + jet::toUtf8(tables[i].name) + " comes back as " +
+                   jet::toUtf8(nextTables[i].name);
+        const std::string difference =
+            ChangedTableComparison(previousPages, nextPages, tables[i], changes[i]).difference();
+        if (!difference.empty())
+            return difference;
+    }
+    return {};
 }
 
 } // namespace store

@@ -1,11 +1,9 @@
 #include "FileSaver.h"
 
-#include "DatabaseDiff.h"
 #include "FailureCause.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
 #include "jet/AtomicFile.h"
-#include "jet/Writer.h"
 
 #include <QDebug>
 
@@ -13,34 +11,22 @@ namespace store {
 
 using Kind = StoreError::Kind;
 
-FileSignature FileSaver::save(const jet::Database& database, const FileSignature& expected) const
+FileSignature FileSaver::save(const NextFile& next, const FileSignature& expected) const
 {
-    const std::vector<std::uint8_t> bytes = encode(database);
-    checkDecodesBack(bytes, database);
+    checkDecodesBack(next);
     checkUnchangedOnDisk(expected);
-    write(bytes);
+    write(next.bytes());
     const std::optional<FileSignature> written = FileSignature::of(m_file.path());
     if (!written)
         throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), StoreError::describeErrno(errno));
     return *written;
 }
 
-std::vector<std::uint8_t> FileSaver::encode(const jet::Database& database) const
-{
-    try {
-        return jet::encodeDatabase(database);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), describeFailure(e));
-    }
-}
-
-void FileSaver::checkDecodesBack(std::span<const std::uint8_t> bytes, const jet::Database& database) const
+void FileSaver::checkDecodesBack(const NextFile& next) const
 {
     std::string difference;
     try {
-        difference = firstDifferenceInFile(database, bytes);
+        difference = next.firstDifference();
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {

@@ -76,7 +76,8 @@ jet::Database preparedDatabase(double creationDate)
 std::vector<std::string> imageIndexes()
 {
     return {"CREATE INDEX \"Bank by date\" ON Bank (F1, F2)",
-            "CREATE INDEX \"Bills by date\" ON Bills (F1, F3)"};
+            "CREATE INDEX \"Bills by date\" ON Bills (F1, F3)",
+            "CREATE INDEX \"Bank by number\" ON Bank (F0)", "CREATE INDEX \"Bills by number\" ON Bills (F0)"};
 }
 
 namespace {

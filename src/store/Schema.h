@@ -29,7 +29,8 @@ jet::Database withSchemaTables(jet::Database db);
 std::string schemaMismatch(const jet::Database& db);
 
 // Indexes the in-memory image of a data file gets: the sums of a month or a
-// year read just the operations of that period, by date, with their amounts.
+// year read just the operations of that period, by date, with their amounts;
+// an operation is found by its number without reading the others.
 std::vector<std::string> imageIndexes();
 
 } // namespace store

@@ -55,6 +55,16 @@ std::string checkFor(const jet::Column& column)
     }
 }
 
+// Characters as SQLite's length() counts them: a surrogate pair is one.
+std::size_t codePoints(const std::u16string& text)
+{
+    std::size_t pairs = 0;
+    for (std::size_t i = 0; i + 1 < text.size(); ++i)
+        if (text[i] >= 0xD800 && text[i] < 0xDC00 && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000)
+            ++pairs, ++i;
+    return text.size() - pairs;
+}
+
 std::string checkName(const jet::Column& column)
 {
     switch (column.type) {
@@ -113,6 +123,28 @@ std::string createTable(const jet::Table& table)
     return sql + ") STRICT";
 }
 
+bool meetsCheck(const jet::Column& column, const jet::Value& value)
+{
+    const auto* number = std::get_if<std::int32_t>(&value);
+    switch (column.type) {
+    case ColumnType::Byte:
+        return !number || (*number >= 0 && *number <= 255);
+    case ColumnType::Integer:
+        return !number || (*number >= -32768 && *number <= 32767);
+    case ColumnType::Text:
+        if (const auto* text = std::get_if<std::u16string>(&value))
+            return codePoints(*text) <= static_cast<std::size_t>(column.maxChars());
+        return true;
+    case ColumnType::Binary:
+        if (const auto* bytes = std::get_if<jet::Bytes>(&value))
+            return bytes->size() <= column.length;
+        return true;
+    default:
+        // Long, Boolean and GUID values always fit; the others have no check.
+        return true;
+    }
+}
+
 std::string createCounters()
 {
     return "CREATE TABLE " + quoteIdentifier(kCountersTable) +
@@ -134,6 +166,11 @@ std::string createAutoNumberTriggers(const jet::Table& table, const jet::Column&
            "CREATE TRIGGER " +
            quoteIdentifier(name + " explicit number") + " AFTER INSERT ON " + t + " WHEN NEW." + c +
            " IS NOT NULL BEGIN UPDATE " + counters + " SET last = max(last, NEW." + c +
+           ") WHERE tbl = " + key +
+           "; END;"
+           "CREATE TRIGGER " +
+           quoteIdentifier(name + " number changed") + " AFTER UPDATE OF " + c + " ON " + t + " WHEN NEW." +
+           c + " IS NOT NULL BEGIN UPDATE " + counters + " SET last = max(last, NEW." + c +
            ") WHERE tbl = " + key + "; END;";
 }
 

@@ -22,9 +22,13 @@ std::string quoteIdentifier(std::string_view name);
 std::string quoteLiteral(std::string_view text);
 
 std::string createTable(const jet::Table& table);
+// Whether `value` meets the CHECK constraint createTable gives its column,
+// for rows loaded with the constraints switched off. A date is left to the
+// binding, which refuses any it could not write as a stored date.
+bool meetsCheck(const jet::Column& column, const jet::Value& value);
 std::string createCounters();
 // The triggers that number rows inserted without a value in the autonumber
-// column and raise the counter past explicitly inserted numbers.
+// column and raise the counter past numbers inserted or written explicitly.
 std::string createAutoNumberTriggers(const jet::Table& table, const jet::Column& column);
 
 } // namespace store::sql

@@ -1,14 +1,18 @@
 #include "SqliteImage.h"
 
+#include "ChangedRows.h"
 #include "JetSqlValues.h"
+#include "RawStatement.h"
 #include "Schema.h"
 #include "SqlFunctions.h"
 #include "SqlSchema.h"
+#include "jet/Error.h"
 #include "jet/Unicode.h"
 
 #include <SQLiteCpp/Exception.h>
 
-#include <iterator>
+#include <algorithm>
+#include <numeric>
 #include <sqlite3.h>
 #include <stdexcept>
 
@@ -18,6 +22,7 @@ namespace {
 
 // Past this many different statement texts the cache starts afresh.
 constexpr std::size_t kMaxCachedStatements = 256;
+const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX;
 
 // The numbered autonumber column; a GUID autonumber has no counter.
 const jet::Column* autoNumberColumn(const jet::Table& table)
@@ -26,21 +31,6 @@ const jet::Column* autoNumberColumn(const jet::Table& table)
         if (column.autoNumber && column.type == jet::ColumnType::Long)
             return &column;
     return nullptr;
-}
-
-struct Finalizer
-{
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-// The plain SQLite statement for the loops over every cell of a table.
-using RawStatement = std::unique_ptr<sqlite3_stmt, Finalizer>;
-
-RawStatement prepare(sqlite3* db, const std::string& sql)
-{
-    sqlite3_stmt* statement = nullptr;
-    if (const int rc = sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr); rc != SQLITE_OK)
-        throw SQLite::Exception(db, rc);
-    return RawStatement(statement);
 }
 
 std::string tableName(const jet::Table& table)
@@ -56,30 +46,25 @@ StatementScope::~StatementScope()
     m_statement.clearBindings();
 }
 
-SqliteImage::SqliteImage(jet::Database database)
-    : m_contents(std::move(database)), m_replaced(m_contents.tables.size()),
-      m_appended(m_contents.tables.size()), m_synced(m_contents.tables.size(), 0),
-      m_db(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX)
+SqliteImage::SqliteImage(jet::Database database) : m_db(":memory:", kOpenFlags)
 {
-    m_contents.version = jet::Version::Jet4; // what a save writes
-    sql::registerFunctions(m_db.getHandle());
-    m_db.exec("BEGIN");
-    m_db.exec(sql::createCounters());
-    std::vector<std::string> names;
-    for (const jet::Table& table : m_contents.tables) {
-        m_db.exec(sql::createTable(table));
-        loadTable(table);
-        startCounter(table);
-        names.push_back(jet::toUtf8(table.name));
+    load(std::move(database));
+}
+
+SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t> file)
+    : m_db(":memory:", kOpenFlags)
+{
+    // Encoded before the rows go to SQLite, and the file let go of before,
+    // so that at most one copy of the rows and two of the file are held.
+    try {
+        jet::FileImage encoded(database);
+        if (std::ranges::equal(encoded.bytes(), file))
+            m_file.emplace(std::move(encoded));
+    } catch (const jet::Error&) {
+        // A value this writer cannot store: the first save says which.
     }
-    // Built once the rows are in: sorting them all at once is quicker.
-    if (schemaMismatch(m_contents).empty())
-        for (const std::string& index : imageIndexes())
-            m_db.exec(index);
-    m_db.exec("COMMIT");
-    for (std::size_t i = 0; i < m_contents.tables.size(); ++i)
-        m_synced[i] = largestRowid(m_contents.tables[i]);
-    m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
+    std::vector<std::uint8_t>().swap(file);
+    load(std::move(database));
 }
 
 SqliteImage::~SqliteImage()
@@ -88,22 +73,59 @@ SqliteImage::~SqliteImage()
     m_written.reset();
 }
 
-void SqliteImage::loadTable(const jet::Table& table)
+void SqliteImage::load(jet::Database database)
+{
+    database.version = jet::Version::Jet4; // what a save writes
+    sql::registerFunctions(m_db.getHandle());
+    // Nothing of this database outlives the process: freed space need not be wiped.
+    m_db.exec("PRAGMA secure_delete = OFF");
+    m_db.exec("PRAGMA temp_store = MEMORY");
+    // The rows are checked here, far quicker than SQLite's CHECK constraints.
+    m_db.exec("PRAGMA ignore_check_constraints = ON");
+    m_db.exec("BEGIN");
+    m_db.exec(sql::createCounters());
+    std::vector<std::string> names;
+    for (jet::Table& table : database.tables) {
+        m_db.exec(sql::createTable(table));
+        m_rowids.emplace_back(table.rows.size());
+        std::iota(m_rowids.back().begin(), m_rowids.back().end(), 1);
+        loadTable(table);
+        startCounter(table);
+        names.push_back(jet::toUtf8(table.name));
+    }
+    m_shape = std::move(database);
+    m_db.exec("PRAGMA ignore_check_constraints = OFF");
+    // Built once the rows are in: sorting them all at once is quicker.
+    if (schemaMismatch(m_shape).empty())
+        for (const std::string& index : imageIndexes())
+            m_db.exec(index);
+    m_db.exec("COMMIT");
+    m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
+}
+
+// Inserts the rows in order, so that their row ids are 1, 2, ..., and lets
+// go of them.
+void SqliteImage::loadTable(jet::Table& table)
 {
     std::string sql = "INSERT INTO " + tableName(table) + " VALUES (";
     for (std::size_t i = 0; i < table.columns.size(); ++i)
         sql += i ? ", ?" : "?";
-    const RawStatement insert = prepare(m_db.getHandle(), sql + ")");
+    const RawStatement insert = prepareRaw(m_db.getHandle(), sql + ")");
     std::vector<std::string> texts;
     for (const jet::Row& row : table.rows) {
         if (row.size() != table.columns.size())
             throw std::length_error("a row of table " + jet::toUtf8(table.name) +
                                     " has the wrong number of values");
+        for (std::size_t i = 0; i < row.size(); ++i)
+            if (!sql::meetsCheck(table.columns[i], row[i]))
+                throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
+                                       " of table " + jet::toUtf8(table.name) + " does not fit it");
         sql::bindJetRow(insert.get(), row, texts);
         if (const int rc = sqlite3_step(insert.get()); rc != SQLITE_DONE)
             throw SQLite::Exception(m_db.getHandle(), rc);
         sqlite3_reset(insert.get());
     }
+    std::vector<jet::Row>().swap(table.rows);
 }
 
 // The counter starts past the file's last number and past every number in
@@ -122,96 +144,74 @@ void SqliteImage::startCounter(const jet::Table& table)
     m_db.exec(sql::createAutoNumberTriggers(table, *column));
 }
 
-const jet::Database& SqliteImage::contents()
+const NextFile& SqliteImage::nextFile()
 {
-    for (std::size_t i = 0; i < m_contents.tables.size(); ++i) {
-        if (!m_written->isMarked(i))
-            continue;
-        if (!m_syncedAtBegin)
-            m_syncedAtBegin = m_synced;
-        // Only rows after the ones kept were written: read just those.
-        if (m_written->lowestRowTouched(i) > m_synced[i] && appendNewRows(i))
-            continue;
-        jet::Table fresh = dumpTable(m_contents.tables[i]);
-        if (!m_replaced[i])
-            m_replaced[i] = std::move(m_contents.tables[i]);
-        m_contents.tables[i] = std::move(fresh);
-        m_synced[i] = largestRowid(m_contents.tables[i]);
+    m_next.reset();
+    m_nextRowids.assign(m_shape.tables.size(), std::nullopt);
+    if (m_file && m_file->canChangeRows()) {
+        m_next.emplace(*m_file, changes());
+        return *m_next;
     }
-    m_written->clearMarks();
-    return m_contents;
+    jet::Database contents;
+    contents.version = m_shape.version;
+    contents.password = m_shape.password;
+    contents.creationDate = m_shape.creationDate;
+    contents.codePage = m_shape.codePage;
+    for (std::size_t i = 0; i < m_shape.tables.size(); ++i)
+        contents.tables.push_back(dumpTable(m_shape.tables[i], &m_nextRowids[i].emplace()));
+    m_next.emplace(std::move(contents));
+    return *m_next;
 }
 
-bool SqliteImage::appendNewRows(std::size_t index)
+std::vector<jet::TableChanges> SqliteImage::changes()
 {
-    jet::Table& table = m_contents.tables[index];
-    const RawStatement select = prepare(m_db.getHandle(), "SELECT rowid, * FROM " + tableName(table) +
-                                                              " WHERE rowid > ? ORDER BY rowid");
-    sqlite3_bind_int64(select.get(), 1, m_synced[index]);
+    std::vector<jet::TableChanges> result(m_shape.tables.size());
+    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
+        const jet::Table& shape = m_shape.tables[i];
+        const std::vector<WrittenTables::RowWrite> writes = m_written->rowsWritten(i);
+        if (!writes.empty() || !m_written->rowsKnown(i)) {
+            ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
+            result[i] = m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
+            m_nextRowids[i] = std::move(rows.rowids());
+        }
+        result[i].lastAutoNumber = lastAutoNumber(shape);
+    }
+    return result;
+}
+
+jet::Database SqliteImage::dump() const
+{
+    jet::Database result;
+    result.version = m_shape.version;
+    result.password = m_shape.password;
+    result.creationDate = m_shape.creationDate;
+    result.codePage = m_shape.codePage;
+    for (const jet::Table& table : m_shape.tables)
+        result.tables.push_back(dumpTable(table));
+    return result;
+}
+
+jet::Table SqliteImage::dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids) const
+{
+    jet::Table table;
+    table.name = shape.name;
+    table.columns = shape.columns;
+    const RawStatement select =
+        prepareRaw(m_db.getHandle(), "SELECT rowid, * FROM " + tableName(table) + " ORDER BY rowid");
     const int width = static_cast<int>(table.columns.size());
-    std::vector<jet::Row> rows;
-    std::int64_t last = m_synced[index];
     int rc = SQLITE_OK;
     while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
-        jet::Row& row = rows.emplace_back();
+        if (rowids)
+            rowids->push_back(sqlite3_column_int64(select.get(), 0));
+        jet::Row& row = table.rows.emplace_back();
         row.reserve(table.columns.size());
-        last = sqlite3_column_int64(select.get(), 0);
         for (int i = 0; i < width; ++i)
             row.push_back(
                 sql::readJetValue(table.columns[static_cast<std::size_t>(i)].type, select.get(), i + 1));
     }
     if (rc != SQLITE_DONE)
         throw SQLite::Exception(m_db.getHandle(), rc);
-    SQLite::Statement count(m_db, "SELECT count(*) FROM " + tableName(table));
-    if (!count.executeStep() ||
-        count.getColumn(0).getInt64() != static_cast<std::int64_t>(table.rows.size() + rows.size()))
-        return false;
-    if (!m_appended[index] && !m_replaced[index])
-        m_appended[index] = AppendStart{table.rows.size(), table.lastAutoNumber};
-    std::move(rows.begin(), rows.end(), std::back_inserter(table.rows));
-    table.lastAutoNumber = lastAutoNumber(table);
-    m_synced[index] = last;
-    return true;
-}
-
-std::int64_t SqliteImage::largestRowid(const jet::Table& table) const
-{
-    SQLite::Statement select(m_db, "SELECT ifnull(max(rowid), 0) FROM " + tableName(table));
-    return select.executeStep() ? select.getColumn(0).getInt64() : 0;
-}
-
-jet::Database SqliteImage::dump() const
-{
-    jet::Database result;
-    result.version = m_contents.version;
-    result.password = m_contents.password;
-    result.creationDate = m_contents.creationDate;
-    result.codePage = m_contents.codePage;
-    for (const jet::Table& table : m_contents.tables)
-        result.tables.push_back(dumpTable(table));
-    return result;
-}
-
-jet::Table SqliteImage::dumpTable(const jet::Table& layout) const
-{
-    jet::Table table;
-    table.name = layout.name;
-    table.columns = layout.columns;
-    table.lastAutoNumber = layout.lastAutoNumber;
-    const RawStatement select =
-        prepare(m_db.getHandle(), "SELECT * FROM " + tableName(table) + " ORDER BY rowid");
-    const int width = static_cast<int>(table.columns.size());
-    int rc = SQLITE_OK;
-    while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
-        jet::Row& row = table.rows.emplace_back();
-        row.reserve(table.columns.size());
-        for (int i = 0; i < width; ++i)
-            row.push_back(
-                sql::readJetValue(table.columns[static_cast<std::size_t>(i)].type, select.get(), i));
-    }
-    if (rc != SQLITE_DONE)
-        throw SQLite::Exception(m_db.getHandle(), rc);
-    table.lastAutoNumber = lastAutoNumber(table);
+    table.lastAutoNumber = lastAutoNumber(shape);
     return table;
 }
 
@@ -248,33 +248,27 @@ void SqliteImage::begin()
 void SqliteImage::commit()
 {
     m_db.exec("COMMIT");
+    if (m_next) {
+        jet::FileImage written = std::move(*m_next).takeFile();
+        m_next.reset();
+        m_file.emplace(std::move(written));
+        for (std::size_t i = 0; i < m_nextRowids.size(); ++i)
+            if (m_nextRowids[i])
+                m_rowids[i] = std::move(*m_nextRowids[i]);
+    } else if (m_written->anyWritten()) {
+        m_file.reset(); // the contents moved on without a file: the next one is encoded whole
+    }
+    m_nextRowids.clear();
     m_written->clearMarks();
-    std::fill(m_replaced.begin(), m_replaced.end(), std::nullopt);
-    std::fill(m_appended.begin(), m_appended.end(), std::nullopt);
-    m_syncedAtBegin.reset();
 }
 
 void SqliteImage::rollback() noexcept
 {
     if (!sqlite3_get_autocommit(m_db.getHandle()))
         sqlite3_exec(m_db.getHandle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    m_next.reset();
+    m_nextRowids.clear();
     m_written->clearMarks();
-    for (std::size_t i = 0; i < m_replaced.size(); ++i) {
-        if (m_replaced[i]) {
-            m_contents.tables[i] = std::move(*m_replaced[i]);
-            m_replaced[i].reset();
-        }
-        // A table that was replaced after rows were appended comes back with
-        // them; the cut removes them either way.
-        if (m_appended[i]) {
-            m_contents.tables[i].rows.resize(m_appended[i]->rows);
-            m_contents.tables[i].lastAutoNumber = m_appended[i]->lastAutoNumber;
-            m_appended[i].reset();
-        }
-    }
-    if (m_syncedAtBegin)
-        m_synced = std::move(*m_syncedAtBegin);
-    m_syncedAtBegin.reset();
 }
 
 long long SqliteImage::totalChanges() const

@@ -1,13 +1,17 @@
 #pragma once
 
+#include "NextFile.h"
 #include "WrittenTables.h"
 #include "jet/Database.h"
+#include "jet/FileImage.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -16,33 +20,39 @@ namespace store {
 
 // The data file's tables as an in-memory SQLite database: one STRICT table
 // per Jet table, rows in file order (rowid), autonumbers handed out by
-// triggers from a counter that never goes back. It also keeps the decoded
-// file, so that a save reads back from SQLite only the tables that changed.
+// triggers from a counter that never goes back. It also keeps the last file
+// it read or wrote, when that file is known to decode to what SQLite held
+// then, so that the next file is written from it: only rows a transaction
+// wrote are read back from SQLite and encoded.
 class SqliteImage
 {
 public:
     // Throws std::exception for a value the store cannot keep (a date outside
-    // the years 100 to 9999, a row of the wrong width).
+    // the years 100 to 9999, a row of the wrong width). Contents loaded this
+    // way are written whole by their first save.
     explicit SqliteImage(jet::Database database);
+    // The contents of `file`, kept as the last file when it is exactly the
+    // file this program's writer makes of them.
+    SqliteImage(jet::Database database, std::vector<std::uint8_t> file);
     ~SqliteImage();
 
-    // The current contents as a data file: the loaded file's password, tables
-    // and columns, the rows in order and the autonumber counters. Tables that
-    // the transaction wrote are read back from SQLite, the others are the
-    // ones of the last load or save. Valid until commit() or rollback().
-    const jet::Database& contents();
-    // The same, every table read back from SQLite.
+    // The current contents as the next data file: the loaded file's
+    // password, tables and columns, the rows in order and the autonumber
+    // counters. Valid until commit() or rollback(). Throws jet::Error for a
+    // value that cannot be stored, SQLite::Exception for an engine error.
+    const NextFile& nextFile();
+    // Every table read back from SQLite.
     jet::Database dump() const;
 
     // A prepared statement for `sql`, reused from earlier calls; asking for
-    // it counts as running it (its tables are marked as written). Use it to
-    // the end before asking for another one. Throws SQLite::Exception.
+    // it counts as running it. Use it to the end before asking for another
+    // one. Throws SQLite::Exception.
     SQLite::Statement& statement(const std::string& sql);
 
     void begin();
-    // Commits, and contents() becomes the state of the last save.
+    // Commits; the file of nextFile(), if asked for, is now the last file.
     void commit();
-    // Rolls back, memory and contents() alike.
+    // Rolls back.
     void rollback() noexcept;
     // Grows with every row written; tells whether a transaction changed anything.
     long long totalChanges() const;
@@ -53,31 +63,21 @@ private:
         std::unique_ptr<SQLite::Statement> statement;
         WrittenTables::Writes writes;
     };
-    // Where an appended table stood before this transaction, for a rollback.
-    struct AppendStart
-    {
-        std::size_t rows = 0;
-        std::int32_t lastAutoNumber = 0;
-    };
 
-    void loadTable(const jet::Table& table);
+    void load(jet::Database database);
+    void loadTable(jet::Table& table);
     void startCounter(const jet::Table& table);
-    jet::Table dumpTable(const jet::Table& layout) const;
-    // Adds the rows inserted after the last synced one to the table; false,
-    // changing nothing, when the rows do not add up to the table's count.
-    bool appendNewRows(std::size_t index);
-    std::int64_t largestRowid(const jet::Table& table) const;
+    jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
+    std::vector<jet::TableChanges> changes();
 
-    jet::Database m_contents; // as of the last load, save or contents()
-    // The tables contents() replaced in this transaction, to put back on rollback.
-    std::vector<std::optional<jet::Table>> m_replaced;
-    // The tables contents() appended rows to in this transaction.
-    std::vector<std::optional<AppendStart>> m_appended;
-    // Per table, the SQLite row id of the last row m_contents holds: rows are
-    // kept in row id order, so everything inserted later has a larger one.
-    std::vector<std::int64_t> m_synced;
-    std::optional<std::vector<std::int64_t>> m_syncedAtBegin;
+    jet::Database m_shape; // the tables without rows
+    // The last file, and the row ids of its rows per table in file order;
+    // none when it is not known to match SQLite's committed contents.
+    std::optional<jet::FileImage> m_file;
+    std::vector<std::vector<std::int64_t>> m_rowids;
+    std::optional<NextFile> m_next;
+    std::vector<std::optional<std::vector<std::int64_t>>> m_nextRowids; // for the tables that changed
     SQLite::Database m_db;
     std::unique_ptr<WrittenTables> m_written;
     std::unordered_map<std::string, CachedStatement> m_statements;

@@ -126,7 +126,7 @@ bool Store::refresh()
     LoadedFile loaded = m_file.load();
     m_damage = std::move(loaded.damage);
     try {
-        m_image = std::make_unique<SqliteImage>(std::move(loaded.database));
+        m_image = std::make_unique<SqliteImage>(std::move(loaded.database), std::move(loaded.bytes));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception&) {
@@ -208,15 +208,15 @@ void Store::save()
     if (isWriteProtected(m_file.path()))
         throw StoreError::forFile(Kind::ReadOnly, dataFilePath());
     try {
-        const jet::Database* contents = nullptr;
+        const NextFile* next = nullptr;
         try {
-            contents = &m_image->contents();
+            next = &m_image->nextFile();
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& e) {
             throw StoreError::forFile(Kind::CannotWrite, dataFilePath(), describeFailure(e));
         }
-        m_signature = FileSaver(m_file, m_writer).save(*contents, *m_signature);
+        m_signature = FileSaver(m_file, m_writer).save(*next, *m_signature);
     } catch (const StoreError&) {
         // The file may be anything now (a failed folder sync comes after the
         // rename): the next transaction reads it again.

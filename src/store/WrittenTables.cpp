@@ -6,19 +6,8 @@
 
 namespace store {
 
-namespace {
-
-void addOnce(std::vector<std::size_t>& list, std::size_t index)
-{
-    if (std::find(list.begin(), list.end(), index) == list.end())
-        list.push_back(index);
-}
-
-} // namespace
-
 WrittenTables::WrittenTables(sqlite3* db, std::vector<std::string> tables)
-    : m_db(db), m_tables(std::move(tables)), m_marked(m_tables.size(), false),
-      m_deleted(m_tables.size(), false), m_lowestRow(m_tables.size(), kNoRow)
+    : m_db(db), m_tables(std::move(tables)), m_idsChanged(m_tables.size(), false), m_written(m_tables.size())
 {
     sqlite3_set_authorizer(m_db, &WrittenTables::authorize, this);
     sqlite3_update_hook(m_db, &WrittenTables::rowChanged, this);
@@ -30,24 +19,48 @@ WrittenTables::~WrittenTables()
     sqlite3_set_authorizer(m_db, nullptr, nullptr);
 }
 
-int WrittenTables::authorize(void* self, int action, const char* table, const char*, const char*, const char*)
+int WrittenTables::authorize(void* self, int action, const char* table, const char* column, const char*,
+                             const char*)
 {
-    if (action == SQLITE_INSERT || action == SQLITE_UPDATE || action == SQLITE_DELETE)
-        static_cast<WrittenTables*>(self)->collect(table, action == SQLITE_DELETE);
-    return SQLITE_OK;
+    auto* written = static_cast<WrittenTables*>(self);
+    const std::size_t index = written->indexOf(table);
+    if (index == written->m_tables.size())
+        return SQLITE_OK;
+    // SQLite names the row id column so whatever the statement calls it.
+    if (action == SQLITE_UPDATE && column && ::strcasecmp(column, "ROWID") == 0 &&
+        std::find(written->m_collected.begin(), written->m_collected.end(), index) ==
+            written->m_collected.end())
+        written->m_collected.push_back(index);
+    // Ignoring the delete "action" keeps the statement: it only turns the
+    // emptying of a whole table into deletes of each row.
+    return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
 }
 
-void WrittenTables::rowChanged(void* self, int, const char*, const char* table, long long rowid)
+void WrittenTables::rowChanged(void* self, int operation, const char*, const char* table, long long rowid)
 {
     auto* written = static_cast<WrittenTables*>(self);
     const std::size_t index = written->indexOf(table);
     if (index < written->m_tables.size())
-        written->m_lowestRow[index] = std::min<std::int64_t>(written->m_lowestRow[index], rowid);
+        written->m_written[index].push_back({rowid, operation == SQLITE_DELETE});
 }
 
-std::int64_t WrittenTables::lowestRowTouched(std::size_t table) const
+std::vector<WrittenTables::RowWrite> WrittenTables::rowsWritten(std::size_t table) const
 {
-    return m_deleted.at(table) ? 0 : m_lowestRow.at(table);
+    std::vector<RowWrite> rows = m_written.at(table);
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const RowWrite& a, const RowWrite& b) { return a.rowid < b.rowid; });
+    // The last write of each row id tells where it stands.
+    std::vector<RowWrite> last;
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (i + 1 == rows.size() || rows[i + 1].rowid != rows[i].rowid)
+            last.push_back(rows[i]);
+    return last;
+}
+
+bool WrittenTables::anyWritten() const
+{
+    return std::any_of(m_written.begin(), m_written.end(), [](const auto& rows) { return !rows.empty(); }) ||
+           std::find(m_idsChanged.begin(), m_idsChanged.end(), true) != m_idsChanged.end();
 }
 
 std::size_t WrittenTables::indexOf(const char* table) const
@@ -61,29 +74,17 @@ std::size_t WrittenTables::indexOf(const char* table) const
     return m_tables.size();
 }
 
-void WrittenTables::collect(const char* table, bool deletes)
-{
-    const std::size_t index = indexOf(table);
-    if (index == m_tables.size())
-        return;
-    addOnce(m_collected.any, index);
-    if (deletes)
-        addOnce(m_collected.deletes, index);
-}
-
 void WrittenTables::mark(const Writes& writes)
 {
-    for (const std::size_t i : writes.any)
-        m_marked[i] = true;
-    for (const std::size_t i : writes.deletes)
-        m_deleted[i] = true;
+    for (const std::size_t i : writes)
+        m_idsChanged[i] = true;
 }
 
 void WrittenTables::clearMarks()
 {
-    std::fill(m_marked.begin(), m_marked.end(), false);
-    std::fill(m_deleted.begin(), m_deleted.end(), false);
-    std::fill(m_lowestRow.begin(), m_lowestRow.end(), kNoRow);
+    std::fill(m_idsChanged.begin(), m_idsChanged.end(), false);
+    for (auto& rows : m_written)
+        std::vector<RowWrite>().swap(rows);
 }
 
 } // namespace store

@@ -1,0 +1,122 @@
+#include "ChangedRows.h"
+
+#include "JetSqlValues.h"
+#include "RawStatement.h"
+#include "SqlSchema.h"
+#include "jet/Unicode.h"
+
+#include <SQLiteCpp/Exception.h>
+
+#include <algorithm>
+#include <optional>
+
+namespace store {
+
+ChangedRows::ChangedRows(sqlite3* db, const jet::Table& table, const std::vector<std::int64_t>& kept)
+    : m_db(db), m_table(table), m_kept(kept)
+{}
+
+jet::Row ChangedRows::readRow(sqlite3_stmt* select, int firstColumn) const
+{
+    jet::Row row;
+    row.reserve(m_table.columns.size());
+    for (std::size_t i = 0; i < m_table.columns.size(); ++i)
+        row.push_back(sql::readJetValue(m_table.columns[i].type, select, firstColumn + static_cast<int>(i)));
+    return row;
+}
+
+std::int64_t ChangedRows::countRows() const
+{
+    const RawStatement count =
+        prepareRaw(m_db, "SELECT count(*) FROM " + sql::quoteIdentifier(jet::toUtf8(m_table.name)));
+    if (const int rc = sqlite3_step(count.get()); rc != SQLITE_ROW)
+        throw SQLite::Exception(m_db, rc);
+    return sqlite3_column_int64(count.get(), 0);
+}
+
+// The rows now under the row ids written (none for a row id deleted last):
+// looked up one by one, or read in one pass when they lie close together.
+std::vector<std::optional<jet::Row>>
+ChangedRows::currentRows(const std::vector<WrittenTables::RowWrite>& writes) const
+{
+    std::vector<std::optional<jet::Row>> rows(writes.size());
+    if (writes.empty())
+        return rows;
+    const std::string table = sql::quoteIdentifier(jet::toUtf8(m_table.name));
+    const std::int64_t span = writes.back().rowid - writes.front().rowid;
+    const bool dense = span / 8 < static_cast<std::int64_t>(writes.size());
+    const RawStatement select = dense
+                                    ? prepareRaw(m_db, "SELECT rowid, * FROM " + table +
+                                                           " WHERE rowid BETWEEN ? AND ? ORDER BY rowid")
+                                    : prepareRaw(m_db, "SELECT rowid, * FROM " + table + " WHERE rowid = ?");
+    int rc = SQLITE_ROW;
+    if (dense) {
+        sqlite3_bind_int64(select.get(), 1, writes.front().rowid);
+        sqlite3_bind_int64(select.get(), 2, writes.back().rowid);
+        rc = sqlite3_step(select.get());
+    }
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+        if (!dense) {
+            sqlite3_reset(select.get());
+            sqlite3_bind_int64(select.get(), 1, writes[i].rowid);
+            rc = sqlite3_step(select.get());
+        }
+        while (dense && rc == SQLITE_ROW && sqlite3_column_int64(select.get(), 0) < writes[i].rowid)
+            rc = sqlite3_step(select.get());
+        if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+            throw SQLite::Exception(m_db, rc);
+        if (rc == SQLITE_ROW && sqlite3_column_int64(select.get(), 0) == writes[i].rowid &&
+            !writes[i].deleted)
+            rows[i] = readRow(select.get(), 1);
+    }
+    return rows;
+}
+
+jet::TableChanges ChangedRows::read(const std::vector<WrittenTables::RowWrite>& writes)
+{
+    using Kind = jet::RowChange::Kind;
+    std::vector<std::optional<jet::Row>> current = currentRows(writes);
+    jet::TableChanges changes;
+    m_rowids.clear();
+    m_rowids.reserve(m_kept.size() + writes.size());
+    std::size_t next = 0; // the first kept row id not yet in m_rowids
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+        const std::int64_t rowid = writes[i].rowid;
+        const std::size_t at = std::lower_bound(m_kept.begin(), m_kept.end(), rowid) - m_kept.begin();
+        m_rowids.insert(m_rowids.end(), m_kept.begin() + next, m_kept.begin() + at);
+        next = at;
+        const bool wasKept = at < m_kept.size() && m_kept[at] == rowid;
+        if (wasKept)
+            ++next;
+        if (current[i]) {
+            changes.rows.push_back({at, wasKept ? Kind::Replace : Kind::Insert, std::move(*current[i])});
+            m_rowids.push_back(rowid);
+        } else if (wasKept) {
+            changes.rows.push_back({at, Kind::Remove, {}});
+        }
+    }
+    m_rowids.insert(m_rowids.end(), m_kept.begin() + next, m_kept.end());
+    if (countRows() != static_cast<std::int64_t>(m_rowids.size()))
+        return readAll();
+    return changes;
+}
+
+jet::TableChanges ChangedRows::readAll()
+{
+    jet::TableChanges changes;
+    for (std::size_t i = 0; i < m_kept.size(); ++i)
+        changes.rows.push_back({i, jet::RowChange::Kind::Remove, {}});
+    const RawStatement select = prepareRaw(
+        m_db, "SELECT rowid, * FROM " + sql::quoteIdentifier(jet::toUtf8(m_table.name)) + " ORDER BY rowid");
+    m_rowids.clear();
+    int rc = SQLITE_OK;
+    while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
+        m_rowids.push_back(sqlite3_column_int64(select.get(), 0));
+        changes.rows.push_back({m_kept.size(), jet::RowChange::Kind::Insert, readRow(select.get(), 1)});
+    }
+    if (rc != SQLITE_DONE)
+        throw SQLite::Exception(m_db, rc);
+    return changes;
+}
+
+} // namespace store

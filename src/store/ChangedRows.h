@@ -1,0 +1,47 @@
+#pragma once
+
+#include "WrittenTables.h"
+#include "jet/Table.h"
+#include "jet/TableChanges.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace store {
+
+// One table's changes since the last file, read from SQLite: the rows of
+// that file are known by their row ids (in file order), and the row ids a
+// transaction wrote are looked up again, so each becomes an insert, a
+// replacement or a removal at its place in the file.
+class ChangedRows
+{
+public:
+    // `table` gives the name and columns; `kept` the row ids of the last file's rows.
+    ChangedRows(sqlite3* db, const jet::Table& table, const std::vector<std::int64_t>& kept);
+
+    // The changes for these writes (ascending, each row id once). Every row
+    // taken as it is now when the count of rows does not add up, which a
+    // write that SQLite did not report would cause.
+    jet::TableChanges read(const std::vector<WrittenTables::RowWrite>& writes);
+    // Every row taken as it is now: the kept ones removed, all put in again.
+    jet::TableChanges readAll();
+    // The row ids of the rows after the changes of the last read, in file order.
+    std::vector<std::int64_t>& rowids() { return m_rowids; }
+
+private:
+    std::vector<std::optional<jet::Row>>
+    currentRows(const std::vector<WrittenTables::RowWrite>& writes) const;
+    std::int64_t countRows() const;
+    jet::Row readRow(sqlite3_stmt* select, int firstColumn) const;
+
+    sqlite3* m_db;
+    const jet::Table& m_table;
+    const std::vector<std::int64_t>& m_kept;
+    std::vector<std::int64_t> m_rowids;
+};
+
+} // namespace store

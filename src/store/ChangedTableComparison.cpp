@@ -1,0 +1,171 @@
+#include "ChangedTableComparison.h"
+
+#include "DatabaseDiff.h"
+#include "jet/ByteOrder.h"
+#include "jet/Unicode.h"
+#include "jet/UsageMap.h"
+
+#include <algorithm>
+
+namespace store {
+
+namespace {
+
+using Kind = jet::RowChange::Kind;
+
+constexpr std::uint16_t kNotHere = 0x4000; // deleted rows and overflow stubs, which the reader skips
+
+// The counter a changed table must state: the one given, or a larger
+// AutoNumber of a row put in.
+std::int32_t expectedCounter(const jet::TableDefinition& def, const jet::TableChanges& changes)
+{
+    std::int32_t counter = changes.lastAutoNumber;
+    for (std::size_t i = 0; i < def.columns.size(); ++i) {
+        if (!def.columns[i].column.autoNumber)
+            continue;
+        for (const jet::RowChange& change : changes.rows)
+            if (change.kind != Kind::Remove)
+                if (const auto* n = std::get_if<std::int32_t>(&change.row.at(i)))
+                    counter = std::max(counter, *n);
+    }
+    return counter;
+}
+
+} // namespace
+
+ChangedTableComparison::PreviousRows::PreviousRows(const jet::PageSource& pages,
+                                                   std::vector<std::uint32_t> owned)
+    : m_pages(pages), m_owned(std::move(owned))
+{
+    settle();
+}
+
+std::size_t ChangedTableComparison::PreviousRows::liveRowsOfPage() const
+{
+    std::size_t live = 0;
+    for (int i = 0; i < m_pages.rowCount(page()); ++i)
+        live += (m_pages.row(page(), i).flags & kNotHere) == 0;
+    return live;
+}
+
+void ChangedTableComparison::PreviousRows::nextRow()
+{
+    ++m_row;
+    settle();
+}
+
+void ChangedTableComparison::PreviousRows::nextPage()
+{
+    ++m_page;
+    m_row = 0;
+    settle();
+}
+
+void ChangedTableComparison::PreviousRows::settle()
+{
+    while (!atEnd()) {
+        if (m_row == m_pages.rowCount(page())) {
+            ++m_page;
+            m_row = 0;
+        } else if (m_pages.row(page(), m_row).flags & kNotHere) {
+            ++m_row;
+        } else {
+            return;
+        }
+    }
+}
+
+ChangedTableComparison::ChangedTableComparison(const jet::PageSource& previous, const jet::PageSource& next,
+                                               const jet::CatalogEntry& entry,
+                                               const jet::TableChanges& changes)
+    : m_next(next), m_nextDef(jet::readTableDefinition(next, entry.definitionPage)),
+      m_previousDef(jet::readTableDefinition(previous, entry.definitionPage)),
+      m_previous(previous, jet::readUsageMap(previous, m_previousDef.ownedMap)), m_changes(changes.rows),
+      m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
+{}
+
+std::string ChangedTableComparison::difference()
+{
+    if (std::string shape = shapeDifference(); !shape.empty())
+        return shape;
+    const jet::RowDecoder decoder(m_next, m_nextDef);
+    for (const std::uint32_t number : jet::readUsageMap(m_next, m_nextDef.ownedMap)) {
+        const auto page = m_next.page(number);
+        if (page[0] != 0x01 || jet::le::u32(page.data() + 4) != m_nextDef.page)
+            return "table " + m_name + ": page " + std::to_string(number) + " is not one of its data pages";
+        if (samePageAsBefore(page))
+            continue;
+        for (int i = 0; i < m_next.rowCount(page); ++i)
+            if (const jet::RowSlot slot = m_next.row(page, i); !(slot.flags & kNotHere))
+                if (std::string difference = nextRow(slot.bytes, decoder); !difference.empty())
+                    return difference;
+    }
+    skipRemovals();
+    if (m_change != m_changes.size() || !m_previous.atEnd() || m_found != m_nextDef.rowCount)
+        return "table " + m_name + ": " + std::to_string(m_found) + " rows found, " +
+               std::to_string(m_nextDef.rowCount) + " stated, not as changed";
+    return {};
+}
+
+std::string ChangedTableComparison::shapeDifference() const
+{
+    if (m_nextDef.columns.size() != m_previousDef.columns.size())
+        return "table " + m_name + ": number of columns";
+    for (std::size_t i = 0; i < m_nextDef.columns.size(); ++i)
+        if (!sameColumn(m_nextDef.columns[i].column, m_previousDef.columns[i].column))
+            return "table " + m_name + ": column " + jet::toUtf8(m_nextDef.columns[i].column.name);
+    if (m_nextDef.lastAutoNumber != m_counter)
+        return "table " + m_name + ": autonumber counter";
+    return {};
+}
+
+bool ChangedTableComparison::samePageAsBefore(std::span<const std::uint8_t> page)
+{
+    if (!m_previous.atPageStart())
+        return false;
+    const std::size_t rows = m_previous.liveRowsOfPage();
+    const std::size_t nextChange =
+        m_change < m_changes.size() ? m_changes[m_change].position : std::size_t(-1);
+    if (nextChange < m_position + rows || !std::ranges::equal(page, m_previous.page()))
+        return false;
+    m_position += rows;
+    m_found += rows;
+    m_previous.nextPage();
+    return true;
+}
+
+std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes,
+                                            const jet::RowDecoder& decoder)
+{
+    ++m_found;
+    const std::string at = "table " + m_name + ": row " + std::to_string(m_found);
+    skipRemovals();
+    if (m_change < m_changes.size() && m_changes[m_change].position == m_position) {
+        const jet::RowChange& change = m_changes[m_change++];
+        if (change.kind == Kind::Replace)
+            skipPrevious();
+        return decoder.decode(bytes) == change.row ? std::string() : at;
+    }
+    if (m_previous.atEnd())
+        return at + " more than expected";
+    const auto kept = m_previous.row();
+    skipPrevious();
+    return std::ranges::equal(bytes, kept) ? std::string() : at;
+}
+
+void ChangedTableComparison::skipRemovals()
+{
+    while (m_change < m_changes.size() && m_changes[m_change].position == m_position &&
+           m_changes[m_change].kind == Kind::Remove) {
+        ++m_change;
+        skipPrevious();
+    }
+}
+
+void ChangedTableComparison::skipPrevious()
+{
+    ++m_position;
+    m_previous.nextRow();
+}
+
+} // namespace store
