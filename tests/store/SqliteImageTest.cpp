@@ -55,11 +55,6 @@ void run(SqliteImage& image, const std::string& sql, std::int64_t number = 0)
     }
 }
 
-std::vector<std::uint8_t> bytesOf(const store::NextFile& next)
-{
-    return {next.bytes().begin(), next.bytes().end()};
-}
-
 } // namespace
 
 // A save writes the next file from the last one, reading back from SQLite
@@ -68,7 +63,11 @@ std::vector<std::uint8_t> bytesOf(const store::NextFile& next)
 // byte what encoding all of SQLite's tables gives, and pass its check.
 TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
 {
-    SqliteImage image(store::test::sampleDatabase());
+    jet::Database db = store::test::sampleDatabase();
+    for (std::int32_t i = 1; i <= 30000; ++i)
+        db.tables[1].rows.push_back({i, jet::DateTime{45000}, i % 5, jet::Currency{i},
+                                     u"покупка " + std::u16string(i % 7, u'ы'), std::u16string(), 1});
+    SqliteImage image(std::move(db));
     const std::string writes[] = {
         "INSERT INTO Bank (F1, F2, F3) VALUES ('2026-01-05', ?1, 'вклад ' || ?1)",
         "INSERT OR REPLACE INTO Bank (rowid, F1, F2, F3) VALUES (?1 % 40 + 1, '2026-01-01', 5, 'на место')",
@@ -83,13 +82,6 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         "UPDATE Bank SET F0 = F0 + 1000 WHERE rowid = (SELECT max(rowid) FROM Bank)",
         "UPDATE Tech SET F2 = F2 + ?1 WHERE F0 = 'OSTATOK'",
     };
-    image.begin();
-    run(image,
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) "
-        "INSERT INTO Bills (F1, F2, F3, F4, F5, F6) SELECT '2025-01-01', i % 5, i, 'покупка ' || i, '', 1 "
-        "FROM n");
-    EXPECT_EQ(image.nextFile().firstDifference(), "");
-    image.commit();
     std::mt19937 random(2031);
     for (int step = 0; step < 80; ++step) {
         image.begin();
@@ -97,7 +89,7 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
             run(image, writes[random() % std::size(writes)], random() % 100'000);
         const store::NextFile& next = image.nextFile();
         EXPECT_EQ(next.firstDifference(), "") << "step " << step;
-        EXPECT_TRUE(bytesOf(next) == jet::encodeDatabase(image.dump())) << "step " << step;
+        EXPECT_TRUE(std::ranges::equal(next.bytes(), jet::encodeDatabase(image.dump()))) << "step " << step;
         random() % 4 ? image.commit() : image.rollback();
     }
 }
@@ -146,8 +138,6 @@ TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
         db.tables[0].rows.push_back({i, jet::DateTime{45000}, jet::Currency{i}, std::u16string(u"вклад")});
     const jet::FileImage previous(db);
     std::vector<jet::TableChanges> changes(db.tables.size());
-    for (std::size_t i = 0; i < changes.size(); ++i)
-        changes[i].lastAutoNumber = previous.shape().tables[i].lastAutoNumber;
     changes[0].rows = {{5, Kind::Replace, {std::int32_t{6}, jet::Null{}, jet::Currency{7}, jet::Null{}}},
                        {100, Kind::Remove, {}},
                        {400, Kind::Insert, {std::int32_t{500}, jet::Null{}, jet::Null{}, jet::Null{}}}};
