@@ -34,41 +34,34 @@ std::int64_t ChangedRows::countRows() const
     return sqlite3_column_int64(count.get(), 0);
 }
 
-// The rows now under the row ids written (none for a row id deleted last):
-// looked up one by one, or read in one pass when they lie close together.
+// The rows now under the row ids written (none for a row id deleted last),
+// found in one statement that seeks each row id in turn.
 std::vector<std::optional<jet::Row>>
 ChangedRows::currentRows(const std::vector<WrittenTables::RowWrite>& writes) const
 {
     std::vector<std::optional<jet::Row>> rows(writes.size());
-    if (writes.empty())
+    std::string ids = "[";
+    for (const WrittenTables::RowWrite& write : writes)
+        if (!write.deleted)
+            ids += std::to_string(write.rowid) + ',';
+    if (ids.size() == 1)
         return rows;
-    const std::string table = sql::quoteIdentifier(jet::toUtf8(m_table.name));
-    const std::int64_t span = writes.back().rowid - writes.front().rowid;
-    const bool dense = span / 8 < static_cast<std::int64_t>(writes.size());
-    const RawStatement select = dense
-                                    ? prepareRaw(m_db, "SELECT rowid, * FROM " + table +
-                                                           " WHERE rowid BETWEEN ? AND ? ORDER BY rowid")
-                                    : prepareRaw(m_db, "SELECT rowid, * FROM " + table + " WHERE rowid = ?");
-    int rc = SQLITE_ROW;
-    if (dense) {
-        sqlite3_bind_int64(select.get(), 1, writes.front().rowid);
-        sqlite3_bind_int64(select.get(), 2, writes.back().rowid);
-        rc = sqlite3_step(select.get());
-    }
-    for (std::size_t i = 0; i < writes.size(); ++i) {
-        if (!dense) {
-            sqlite3_reset(select.get());
-            sqlite3_bind_int64(select.get(), 1, writes[i].rowid);
-            rc = sqlite3_step(select.get());
-        }
-        while (dense && rc == SQLITE_ROW && sqlite3_column_int64(select.get(), 0) < writes[i].rowid)
-            rc = sqlite3_step(select.get());
-        if (rc != SQLITE_ROW && rc != SQLITE_DONE)
-            throw SQLite::Exception(m_db, rc);
-        if (rc == SQLITE_ROW && sqlite3_column_int64(select.get(), 0) == writes[i].rowid &&
-            !writes[i].deleted)
+    ids.back() = ']';
+    const RawStatement select = prepareRaw(m_db, "SELECT t.rowid, t.* FROM json_each(?) AS ids CROSS JOIN " +
+                                                     sql::quoteIdentifier(jet::toUtf8(m_table.name)) +
+                                                     " AS t ON t.rowid = ids.value");
+    sqlite3_bind_text(select.get(), 1, ids.data(), static_cast<int>(ids.size()), SQLITE_STATIC);
+    std::size_t i = 0;
+    int rc = SQLITE_OK;
+    while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
+        const std::int64_t rowid = sqlite3_column_int64(select.get(), 0);
+        while (i < writes.size() && writes[i].rowid < rowid)
+            ++i;
+        if (i < writes.size() && writes[i].rowid == rowid)
             rows[i] = readRow(select.get(), 1);
     }
+    if (rc != SQLITE_DONE)
+        throw SQLite::Exception(m_db, rc);
     return rows;
 }
 

@@ -138,19 +138,19 @@ std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes,
                                             const jet::RowDecoder& decoder)
 {
     ++m_found;
-    const std::string at = "table " + m_name + ": row " + std::to_string(m_found);
+    const auto here = [&] { return "table " + m_name + ": row " + std::to_string(m_found); };
     skipRemovals();
     if (m_change < m_changes.size() && m_changes[m_change].position == m_position) {
         const jet::RowChange& change = m_changes[m_change++];
         if (change.kind == Kind::Replace)
             skipPrevious();
-        return decoder.decode(bytes) == change.row ? std::string() : at;
+        return decoder.decode(bytes) == change.row ? std::string() : here();
     }
     if (m_previous.atEnd())
-        return at + " more than expected";
+        return here() + " more than expected";
     const auto kept = m_previous.row();
     skipPrevious();
-    return std::ranges::equal(bytes, kept) ? std::string() : at;
+    return std::ranges::equal(bytes, kept) ? std::string() : here();
 }
 
 void ChangedTableComparison::skipRemovals()

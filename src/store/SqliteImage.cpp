@@ -91,6 +91,7 @@ void SqliteImage::load(jet::Database database)
         std::iota(m_rowids.back().begin(), m_rowids.back().end(), 1);
         loadTable(table);
         startCounter(table);
+        std::vector<jet::Row>().swap(table.rows); // only one copy of the rows at a time
         names.push_back(jet::toUtf8(table.name));
     }
     m_shape = std::move(database);
@@ -103,9 +104,8 @@ void SqliteImage::load(jet::Database database)
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
 }
 
-// Inserts the rows in order, so that their row ids are 1, 2, ..., and lets
-// go of them.
-void SqliteImage::loadTable(jet::Table& table)
+// Inserts the rows in order, so that their row ids are 1, 2, ...
+void SqliteImage::loadTable(const jet::Table& table)
 {
     std::string sql = "INSERT INTO " + tableName(table) + " VALUES (";
     for (std::size_t i = 0; i < table.columns.size(); ++i)
@@ -125,7 +125,6 @@ void SqliteImage::loadTable(jet::Table& table)
             throw SQLite::Exception(m_db.getHandle(), rc);
         sqlite3_reset(insert.get());
     }
-    std::vector<jet::Row>().swap(table.rows);
 }
 
 // The counter starts past the file's last number and past every number in
@@ -135,11 +134,15 @@ void SqliteImage::startCounter(const jet::Table& table)
     const jet::Column* column = autoNumberColumn(table);
     if (!column)
         return;
-    SQLite::Statement insert(
-        m_db, "INSERT INTO " + sql::quoteIdentifier(sql::kCountersTable) + " SELECT ?, max(?, ifnull(max(" +
-                  sql::quoteIdentifier(jet::toUtf8(column->name)) + "), 0)) FROM " + tableName(table));
+    const std::size_t at = static_cast<std::size_t>(column - table.columns.data());
+    std::int32_t last = std::max(table.lastAutoNumber, 0);
+    for (const jet::Row& row : table.rows)
+        if (const auto* number = std::get_if<std::int32_t>(&row[at]))
+            last = std::max(last, *number);
+    SQLite::Statement insert(m_db,
+                             "INSERT INTO " + sql::quoteIdentifier(sql::kCountersTable) + " VALUES (?, ?)");
     insert.bind(1, jet::toUtf8(table.name));
-    insert.bind(2, table.lastAutoNumber);
+    insert.bind(2, last);
     insert.exec();
     m_db.exec(sql::createAutoNumberTriggers(table, *column));
 }

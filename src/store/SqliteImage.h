@@ -65,7 +65,7 @@ private:
     };
 
     void load(jet::Database database);
-    void loadTable(jet::Table& table);
+    void loadTable(const jet::Table& table);
     void startCounter(const jet::Table& table);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
