@@ -64,7 +64,7 @@ DatabaseWriter::DatabaseWriter(const Database& shape, const FileImage& previous,
         }
         const std::size_t table = static_cast<std::size_t>(&e - &userEntry(0));
         e.changes = &changes[table];
-        sizeChangedRows(e, previous.rowCount(table));
+        sizeChangedRows(e, e.changes->replacesAll ? 0 : previous.rowCount(table));
     }
 }
 
@@ -219,8 +219,9 @@ void DatabaseWriter::writeData(PageBuffer& file, UsageMapPages& maps, Entry& e) 
     TableDataWriter data(file, e.layout, e.definitionPage);
     if (e.changes) {
         const std::size_t table = static_cast<std::size_t>(&e - &userEntry(0));
-        ChangedRowsWriter(data.rows(), RowEncoder(e.layout), m_previous->bytes(),
-                          m_previous->dataPages(table))
+        const auto previousPages =
+            e.changes->replacesAll ? std::span<const std::uint32_t>() : m_previous->dataPages(table);
+        ChangedRowsWriter(data.rows(), RowEncoder(e.layout), m_previous->bytes(), previousPages)
             .write(e.changes->rows, e.plans);
     } else {
         data.writeRows(e.plans);

@@ -29,10 +29,13 @@ struct RowChange
 // What became of a table's rows since the previous file, sorted by position
 // (inserts at one position in the order they are to stand, before the
 // replacement or removal of the row there), and its AutoNumber counter.
+// When `replacesAll`, the previous rows are all gone and `rows` holds the
+// new ones, inserts at position 0.
 struct TableChanges
 {
     std::vector<RowChange> rows;
     std::int32_t lastAutoNumber = 0;
+    bool replacesAll = false;
 };
 
 } // namespace jet

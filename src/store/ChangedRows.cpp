@@ -97,15 +97,14 @@ jet::TableChanges ChangedRows::read(const std::vector<WrittenTables::RowWrite>& 
 jet::TableChanges ChangedRows::readAll()
 {
     jet::TableChanges changes;
-    for (std::size_t i = 0; i < m_kept.size(); ++i)
-        changes.rows.push_back({i, jet::RowChange::Kind::Remove, {}});
+    changes.replacesAll = true;
     const RawStatement select = prepareRaw(
         m_db, "SELECT rowid, * FROM " + sql::quoteIdentifier(jet::toUtf8(m_table.name)) + " ORDER BY rowid");
     m_rowids.clear();
     int rc = SQLITE_OK;
     while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
         m_rowids.push_back(sqlite3_column_int64(select.get(), 0));
-        changes.rows.push_back({m_kept.size(), jet::RowChange::Kind::Insert, readRow(select.get(), 1)});
+        changes.rows.push_back({0, jet::RowChange::Kind::Insert, readRow(select.get(), 1)});
     }
     if (rc != SQLITE_DONE)
         throw SQLite::Exception(m_db, rc);

@@ -24,10 +24,11 @@ public:
     ChangedRows(sqlite3* db, const jet::Table& table, const std::vector<std::int64_t>& kept);
 
     // The changes for these writes (ascending, each row id once). Every row
-    // taken as it is now when the count of rows does not add up, which a
-    // write that SQLite did not report would cause.
+    // taken as it is now when the count of rows does not add up, as after a
+    // DELETE without WHERE, which SQLite may carry out by emptying the table
+    // at once without naming the rows.
     jet::TableChanges read(const std::vector<WrittenTables::RowWrite>& writes);
-    // Every row taken as it is now: the kept ones removed, all put in again.
+    // Every row taken as it is now, in place of the kept ones.
     jet::TableChanges readAll();
     // The row ids of the rows after the changes of the last read, in file order.
     std::vector<std::int64_t>& rowids() { return m_rowids; }

@@ -80,8 +80,9 @@ ChangedTableComparison::ChangedTableComparison(const jet::PageSource& previous, 
                                                const jet::TableChanges& changes)
     : m_next(next), m_nextDef(jet::readTableDefinition(next, entry.definitionPage)),
       m_previousDef(jet::readTableDefinition(previous, entry.definitionPage)),
-      m_previous(previous, jet::readUsageMap(previous, m_previousDef.ownedMap)), m_changes(changes.rows),
-      m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
+      m_previous(previous, changes.replacesAll ? std::vector<std::uint32_t>()
+                                               : jet::readUsageMap(previous, m_previousDef.ownedMap)),
+      m_changes(changes.rows), m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
 {}
 
 std::string ChangedTableComparison::difference()

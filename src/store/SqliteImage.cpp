@@ -58,7 +58,7 @@ SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t> file)
     // so that at most one copy of the rows and two of the file are held.
     try {
         jet::FileImage encoded(database);
-        if (std::ranges::equal(encoded.bytes(), file))
+        if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), file))
             m_file.emplace(std::move(encoded));
     } catch (const jet::Error&) {
         // A value this writer cannot store: the first save says which.
@@ -172,7 +172,7 @@ std::vector<jet::TableChanges> SqliteImage::changes()
     for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
         const jet::Table& shape = m_shape.tables[i];
         const std::vector<WrittenTables::RowWrite> writes = m_written->rowsWritten(i);
-        if (!writes.empty() || !m_written->rowsKnown(i)) {
+        if (!writes.empty() || !m_written->rowsKnown(i) || m_written->deletedFrom(i)) {
             ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
             result[i] = m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
             m_nextRowids[i] = std::move(rows.rowids());

@@ -6,8 +6,19 @@
 
 namespace store {
 
+namespace {
+
+void addOnce(std::vector<std::size_t>& list, std::size_t index)
+{
+    if (std::find(list.begin(), list.end(), index) == list.end())
+        list.push_back(index);
+}
+
+} // namespace
+
 WrittenTables::WrittenTables(sqlite3* db, std::vector<std::string> tables)
-    : m_db(db), m_tables(std::move(tables)), m_idsChanged(m_tables.size(), false), m_written(m_tables.size())
+    : m_db(db), m_tables(std::move(tables)), m_idsChanged(m_tables.size(), false),
+      m_deletedFrom(m_tables.size(), false), m_written(m_tables.size())
 {
     sqlite3_set_authorizer(m_db, &WrittenTables::authorize, this);
     sqlite3_update_hook(m_db, &WrittenTables::rowChanged, this);
@@ -27,13 +38,11 @@ int WrittenTables::authorize(void* self, int action, const char* table, const ch
     if (index == written->m_tables.size())
         return SQLITE_OK;
     // SQLite names the row id column so whatever the statement calls it.
-    if (action == SQLITE_UPDATE && column && ::strcasecmp(column, "ROWID") == 0 &&
-        std::find(written->m_collected.begin(), written->m_collected.end(), index) ==
-            written->m_collected.end())
-        written->m_collected.push_back(index);
-    // Ignoring the delete "action" keeps the statement: it only turns the
-    // emptying of a whole table into deletes of each row.
-    return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
+    if (action == SQLITE_UPDATE && column && ::strcasecmp(column, "ROWID") == 0)
+        addOnce(written->m_collected.rowids, index);
+    else if (action == SQLITE_DELETE)
+        addOnce(written->m_collected.deletes, index);
+    return SQLITE_OK;
 }
 
 void WrittenTables::rowChanged(void* self, int operation, const char*, const char* table, long long rowid)
@@ -60,7 +69,8 @@ std::vector<WrittenTables::RowWrite> WrittenTables::rowsWritten(std::size_t tabl
 bool WrittenTables::anyWritten() const
 {
     return std::any_of(m_written.begin(), m_written.end(), [](const auto& rows) { return !rows.empty(); }) ||
-           std::find(m_idsChanged.begin(), m_idsChanged.end(), true) != m_idsChanged.end();
+           std::find(m_idsChanged.begin(), m_idsChanged.end(), true) != m_idsChanged.end() ||
+           std::find(m_deletedFrom.begin(), m_deletedFrom.end(), true) != m_deletedFrom.end();
 }
 
 std::size_t WrittenTables::indexOf(const char* table) const
@@ -76,13 +86,16 @@ std::size_t WrittenTables::indexOf(const char* table) const
 
 void WrittenTables::mark(const Writes& writes)
 {
-    for (const std::size_t i : writes)
+    for (const std::size_t i : writes.rowids)
         m_idsChanged[i] = true;
+    for (const std::size_t i : writes.deletes)
+        m_deletedFrom[i] = true;
 }
 
 void WrittenTables::clearMarks()
 {
     std::fill(m_idsChanged.begin(), m_idsChanged.end(), false);
+    std::fill(m_deletedFrom.begin(), m_deletedFrom.end(), false);
     for (auto& rows : m_written)
         std::vector<RowWrite>().swap(rows);
 }

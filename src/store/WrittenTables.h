@@ -11,18 +11,23 @@ namespace store {
 
 // Which rows of the data file's tables a transaction wrote. SQLite's update
 // hook names the row id of every row inserted, updated or deleted, an
-// autonumber trigger updating the row it just numbered included. Two ways
-// around the hook are closed: a DELETE without WHERE would empty the table
-// at once without naming rows, so the authorizer makes SQLite delete row by
-// row; and an UPDATE of a row id names only the new id, so a statement that
-// may change row ids leaves its tables' rows unknown. The authorizer runs
-// while a statement is prepared: each prepared statement keeps what it
-// found, and running it marks that.
+// autonumber trigger updating the row it just numbered included. It misses
+// two kinds of writes: a DELETE without WHERE may empty a table at once
+// without naming its rows, so a table a DELETE ran on is marked, for the
+// reader of the rows to count them; and an UPDATE of a row id names only the
+// new id, so a statement that may change row ids marks its tables' rows as
+// unknown. The authorizer finds both while a statement is prepared: each
+// prepared statement keeps what it found, and running it marks that.
 class WrittenTables
 {
 public:
-    // Tables (indexes into the tables' list) whose row ids a statement may change.
-    using Writes = std::vector<std::size_t>;
+    // Tables (indexes into the tables' list) a statement deletes from, and
+    // those whose row ids it may change.
+    struct Writes
+    {
+        std::vector<std::size_t> deletes;
+        std::vector<std::size_t> rowids;
+    };
 
     // What became of a row id last: written (inserted or updated) or deleted.
     struct RowWrite
@@ -44,6 +49,8 @@ public:
     void mark(const Writes& writes);
     // False when a statement that may change row ids ran on the table.
     bool rowsKnown(std::size_t table) const { return !m_idsChanged.at(table); }
+    // True when a DELETE ran on the table: rows may be gone unnamed.
+    bool deletedFrom(std::size_t table) const { return m_deletedFrom.at(table); }
     // The row ids written since the marks were cleared, ascending, each once.
     std::vector<RowWrite> rowsWritten(std::size_t table) const;
     bool anyWritten() const;
@@ -60,6 +67,7 @@ private:
     std::vector<std::string> m_tables;
     Writes m_collected;
     std::vector<bool> m_idsChanged;
+    std::vector<bool> m_deletedFrom;
     std::vector<std::vector<RowWrite>> m_written; // per table, in the order SQLite named them
 };
 
