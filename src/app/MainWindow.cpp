@@ -27,7 +27,7 @@ QString text(const char* utf8)
 
 } // namespace
 
-MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::MainWindow>()), m_store(store), m_dialogs(dialogs),
       m_today(std::move(today)), m_bank(store), m_expenses(store), m_purseOperations(store), m_purses(store)
 {

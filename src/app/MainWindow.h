@@ -1,10 +1,10 @@
 #pragma once
 
 #include "ledger/Bank.h"
-#include "ledger/Clock.h"
 #include "ledger/Expenses.h"
 #include "ledger/PurseCatalogue.h"
 #include "ledger/PurseOperations.h"
+#include "ui/Clock.h"
 
 #include <QWidget>
 
@@ -33,7 +33,7 @@ class MainWindow : public QWidget
     Q_OBJECT
 
 public:
-    MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent = nullptr);
+    MainWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent = nullptr);
     ~MainWindow() override;
 
     // The load step: lists, balances, month statistics and today's date.
@@ -83,7 +83,7 @@ private:
     std::unique_ptr<Ui::MainWindow> m_ui;
     store::Store& m_store;
     ui::Dialogs& m_dialogs;
-    ledger::Clock m_today;
+    ui::Clock m_today;
     ledger::Bank m_bank;
     ledger::Expenses m_expenses;
     ledger::PurseOperations m_purseOperations;

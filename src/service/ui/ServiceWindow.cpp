@@ -32,7 +32,7 @@ void fill(QComboBox* list, const QStringList& entries)
 
 } // namespace
 
-ServiceWindow::ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+ServiceWindow::ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ServiceWindow>()), m_dialogs(dialogs),
       m_today(std::move(today)), m_accounts(store), m_password(store), m_rates(store), m_backup(store),
       m_clearing(store), m_deletion(store), m_transfer(store)
