@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/CommonTexts.h"
+#include "store/StoreTexts.h"
 
 // Every text of the analytics window and its two reports, used by the code
 // and by the tests.

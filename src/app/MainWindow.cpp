@@ -1,8 +1,8 @@
 #include "MainWindow.h"
 
+#include "MainWindowTexts.h"
 #include "ledger/Balances.h"
 #include "ledger/LedgerTables.h"
-#include "ledger/LedgerTexts.h"
 #include "ledger/MonthStatistics.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
@@ -112,18 +112,17 @@ void MainWindow::onBankOperation()
     const QString typed = m_ui->T9->text();
     const auto amount = store::Amount::parse(typed);
     if (!amount) {
-        m_dialogs.error(text(ledger::texts::mustBeNumber));
+        m_dialogs.error(text(texts::mustBeNumber));
         return finishBankOperation();
     }
     const auto date = store::parseDate(m_ui->T12->text());
     if (!date) {
-        m_dialogs.error(text(ledger::texts::mustBeValidDate));
+        m_dialogs.error(text(texts::mustBeValidDate));
         return finishBankOperation();
     }
     // Cancel gives an empty comment; the operation goes on.
     const QString comment =
-        m_dialogs.askText(text(ledger::texts::commentPrompt) + typed, text(ledger::texts::commentTitle))
-            .value_or(QString());
+        m_dialogs.askText(text(texts::commentPrompt) + typed, text(texts::commentTitle)).value_or(QString());
     // Anything but "Положить" chosen is a withdrawal.
     const bool deposit = m_ui->O1->isChecked();
     const ledger::Outcome outcome = m_bank.record(
@@ -133,10 +132,9 @@ void MainWindow::onBankOperation()
     if (outcome == ledger::Outcome::NotSaved)
         return;
     if (outcome == ledger::Outcome::Done)
-        m_dialogs.information(
-            text(ledger::texts::bankDoneTitle),
-            text(ledger::texts::amountPrefix) + typed +
-                text(deposit ? ledger::texts::depositedSuffix : ledger::texts::withdrawnSuffix));
+        m_dialogs.information(text(texts::bankDoneTitle),
+                              text(texts::amountPrefix) + typed +
+                                  text(deposit ? texts::depositedSuffix : texts::withdrawnSuffix));
     reportOutOfRange(outcome);
     finishBankOperation();
 }
@@ -153,18 +151,17 @@ void MainWindow::onPurseOperation()
 {
     const std::optional<int> purse = openPurseCode();
     if (!purse)
-        return m_dialogs.error(text(ledger::texts::openPurseFirst));
+        return m_dialogs.error(text(texts::openPurseFirst));
     const QString typed = m_ui->T14->text();
     const auto amount = store::Amount::parse(typed);
     if (!amount)
-        return m_dialogs.error(text(ledger::texts::mustBeNumber));
+        return m_dialogs.error(text(texts::mustBeNumber));
     // Anything but "Положить" chosen takes money out.
     const bool putIn = m_ui->O3->isChecked();
     const auto confirm = [&] {
-        m_dialogs.information(
-            text(ui::texts::informationTitle),
-            text(ledger::texts::amountPrefix) + typed +
-                text(putIn ? ledger::texts::putInPurseSuffix : ledger::texts::takenFromPurseSuffix));
+        m_dialogs.information(text(ui::texts::informationTitle),
+                              text(texts::amountPrefix) + typed +
+                                  text(putIn ? texts::putInPurseSuffix : texts::takenFromPurseSuffix));
     };
     const ledger::Outcome outcome = m_purseOperations.move(
         *purse, *amount, putIn ? ledger::PurseDirection::PutIn : ledger::PurseDirection::TakeOut, confirm);
@@ -180,10 +177,10 @@ void MainWindow::onExpense()
     const std::optional<int> account = chosenCode(m_ui->R2);
     const std::optional<int> purse = openPurseCode();
     if (!purse || !account || !amount)
-        return m_dialogs.error(text(ledger::texts::expenseFieldsMissing));
+        return m_dialogs.error(text(texts::expenseFieldsMissing));
     const auto date = store::parseDate(m_ui->T12->text());
     if (!date)
-        return m_dialogs.error(text(ledger::texts::mustBeValidDate));
+        return m_dialogs.error(text(texts::mustBeValidDate));
     const QString name = m_ui->R3->text();
     const ledger::BookedExpense booked =
         m_expenses.book({*date, *account, *amount, name, m_ui->R4->text(), *purse});
@@ -191,11 +188,10 @@ void MainWindow::onExpense()
     if (booked.outcome != ledger::Outcome::Done)
         return;
     showMoneyInPurses(booked.purseBalance, booked.purseTotal);
-    const QString lineBreak = text(ledger::texts::lineBreak);
+    const QString lineBreak = text(texts::lineBreak);
     m_dialogs.information(text(ui::texts::informationTitle),
-                          text(ledger::texts::expenseAmountLine) + typed + lineBreak +
-                              text(ledger::texts::expenseNameLine) + name + lineBreak +
-                              text(ledger::texts::expenseDoneLine));
+                          text(texts::expenseAmountLine) + typed + lineBreak + text(texts::expenseNameLine) +
+                              name + lineBreak + text(texts::expenseDoneLine));
     // The account, the date and the open purse stay for the next expense.
     m_ui->R1->clear();
     m_ui->R3->clear();
@@ -207,7 +203,7 @@ void MainWindow::onOpenPurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (!purse)
-        return m_dialogs.error(text(ledger::texts::choosePurseToEdit));
+        return m_dialogs.error(text(texts::choosePurseToEdit));
     const std::optional<ledger::PurseCard> card = m_purses.open(*purse);
     if (!card)
         return;
@@ -224,11 +220,11 @@ void MainWindow::onSavePurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (m_ui->T1->text().isEmpty() || !purse)
-        m_dialogs.error(text(ledger::texts::purseCodeNeeded));
+        m_dialogs.error(text(texts::purseCodeNeeded));
     else if (!m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text()))
         return;
     else
-        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::changesSaved));
+        m_dialogs.information(text(ui::texts::informationTitle), text(texts::changesSaved));
     refreshListsAndBalances();
 }
 
@@ -236,14 +232,13 @@ void MainWindow::onDeletePurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (m_ui->T1->text().isEmpty() || !purse) {
-        m_dialogs.error(text(ledger::texts::choosePurseToDelete));
-    } else if (m_dialogs.confirm(text(ledger::texts::deletePurseTitle),
-                                 text(ledger::texts::confirmPurseDeletion))) {
+        m_dialogs.error(text(texts::choosePurseToDelete));
+    } else if (m_dialogs.confirm(text(texts::deletePurseTitle), text(texts::confirmPurseDeletion))) {
         const ledger::Outcome outcome = m_purses.remove(*purse);
         if (outcome == ledger::Outcome::NotSaved)
             return;
         if (outcome == ledger::Outcome::Done)
-            m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseDeleted));
+            m_dialogs.information(text(ui::texts::informationTitle), text(texts::purseDeleted));
         reportOutOfRange(outcome);
     }
     refreshListsAndBalances();
@@ -253,12 +248,11 @@ void MainWindow::onNewPurse()
 {
     // An empty name, or Cancel, adds nothing and says nothing.
     const QString name = ledger::tables::fitText(
-        m_dialogs.askText(text(ledger::texts::newPursePrompt), text(ledger::texts::newPurseTitle))
-            .value_or(QString()));
+        m_dialogs.askText(text(texts::newPursePrompt), text(texts::newPurseTitle)).value_or(QString()));
     if (!name.isEmpty()) {
         if (!m_purses.create(name))
             return;
-        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseAdded));
+        m_dialogs.information(text(ui::texts::informationTitle), text(texts::purseAdded));
     }
     refreshListsAndBalances();
 }
@@ -272,7 +266,7 @@ void MainWindow::showMoneyInPurses(store::Amount purseBalance, store::WideAmount
 void MainWindow::reportOutOfRange(ledger::Outcome outcome)
 {
     if (outcome == ledger::Outcome::OutOfRange)
-        m_dialogs.error(text(ledger::texts::amountOutOfRange));
+        m_dialogs.error(text(store::texts::amountOutOfRange));
 }
 
 std::optional<int> MainWindow::chosenCode(const QComboBox* list)

@@ -1,6 +1,8 @@
 #include "Schema.h"
 
-#include "jet/Unicode.h"
+#include "StoreTexts.h"
+
+#include <QString>
 
 namespace store {
 
@@ -83,16 +85,18 @@ namespace {
 
 std::string tableMismatch(const jet::Table& expected, const jet::Table* actual)
 {
-    const std::string name = jet::toUtf8(expected.name);
+    const QString name = QString::fromStdU16String(expected.name);
     if (!actual)
-        return "нет таблицы " + name;
+        return QString::fromUtf8(texts::schemaNoTable).arg(name).toStdString();
     if (actual->columns.size() < expected.columns.size())
-        return "в таблице " + name + " не хватает столбцов";
+        return QString::fromUtf8(texts::schemaFewColumns).arg(name).toStdString();
     for (std::size_t i = 0; i < expected.columns.size(); ++i) {
         const Column& e = expected.columns[i];
         const Column& a = actual->columns[i];
         if (a.name != e.name || a.type != e.type)
-            return "столбец " + jet::toUtf8(e.name) + " таблицы " + name + " не того вида";
+            return QString::fromUtf8(texts::schemaWrongColumn)
+                .arg(name, QString::fromStdU16String(e.name))
+                .toStdString();
     }
     return {};
 }

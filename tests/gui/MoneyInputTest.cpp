@@ -2,7 +2,7 @@
 // program's own message, in its order, and nothing written; texts stored as
 // typed; the keypad's decimal key; a failing statement stopping a handler.
 #include "MoneyWindowDriver.h"
-#include "ledger/LedgerTexts.h"
+#include "app/MainWindowTexts.h"
 
 #include <QApplication>
 #include <QFile>
@@ -340,7 +340,7 @@ void MoneyInputTest::figuresBeyondTheRangeAreRefused()
     w.click(putIn ? "O3" : "O4");
     w.enter("T14", purseAmount);
     w.click("Command2");
-    QCOMPARE(w.newBoxes().last(), "Ошибка: " + utf8(ledger::texts::amountOutOfRange));
+    QCOMPARE(w.newBoxes().last(), "Ошибка: " + utf8(store::texts::amountOutOfRange));
     QCOMPARE(w.bytes(), written);
     CHECK_FIELDS(w, {{"T10", "0,00 р."}, {"T11", bank}, {"T4", "0"}});
 

@@ -5,8 +5,8 @@
 #include "analytics/ui/AnalyticsWindow.h"
 #include "app/MainWindow.h"
 #include "app/SignInWindow.h"
-#include "service/ServiceTexts.h"
 #include "service/ui/ServiceWindow.h"
+#include "service/ui/ServiceWindowTexts.h"
 #include "store/Dates.h"
 #include "store/Store.h"
 

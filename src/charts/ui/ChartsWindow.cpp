@@ -1,7 +1,7 @@
 #include "ChartsWindow.h"
 
 #include "ChartDrawing.h"
-#include "charts/ChartsTexts.h"
+#include "ChartsTexts.h"
 #include "charts/ExpenseCharts.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"

@@ -1,6 +1,6 @@
 #include "ServiceWindow.h"
 
-#include "service/ServiceTexts.h"
+#include "ServiceWindowTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
 #include "ui/CatalogueList.h"

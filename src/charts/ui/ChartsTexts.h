@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/CommonTexts.h"
+#include "ui/UiTexts.h"
 
 // Every text of the charts window, used by the window and its tests.
 namespace charts::texts {
@@ -18,7 +18,7 @@ inline constexpr char noExpenses[] = "РАСХОДОВ НЕ БЫЛО!!!";
 inline constexpr char closeButton[] = "Закрыть";
 
 // Shown, with the title "Ошибка", when the threshold is not a number.
-using store::texts::mustBeNumber;
+using ui::texts::mustBeNumber;
 
 // The money axis: whole roubles in Russian notation.
 inline constexpr char valueAxisFormat[] = "%.0f";
