@@ -125,17 +125,16 @@ void MainWindow::onBankOperation()
         m_dialogs.askText(text(texts::commentPrompt) + typed, text(texts::commentTitle)).value_or(QString());
     // Anything but "Положить" chosen is a withdrawal.
     const bool deposit = m_ui->O1->isChecked();
-    const ledger::Outcome outcome = m_bank.record(
+    const store::Outcome outcome = m_bank.record(
         {*date, *amount, deposit ? ledger::BankDirection::Deposit : ledger::BankDirection::Withdrawal,
          ledger::tables::fitText(comment)});
     // A failure of the store has been shown; the handler stops with the window as it is.
-    if (outcome == ledger::Outcome::NotSaved)
+    if (!outcome && !outcome.isRefused())
         return;
-    if (outcome == ledger::Outcome::Done)
+    if (m_dialogs.report(outcome))
         m_dialogs.information(text(texts::bankDoneTitle),
                               text(texts::amountPrefix) + typed +
                                   text(deposit ? texts::depositedSuffix : texts::withdrawnSuffix));
-    reportOutOfRange(outcome);
     finishBankOperation();
 }
 
@@ -163,10 +162,9 @@ void MainWindow::onPurseOperation()
                               text(texts::amountPrefix) + typed +
                                   text(putIn ? texts::putInPurseSuffix : texts::takenFromPurseSuffix));
     };
-    const ledger::Outcome outcome = m_purseOperations.move(
+    const store::Outcome outcome = m_purseOperations.move(
         *purse, *amount, putIn ? ledger::PurseDirection::PutIn : ledger::PurseDirection::TakeOut, confirm);
-    reportOutOfRange(outcome);
-    if (outcome == ledger::Outcome::Done)
+    if (m_dialogs.report(outcome))
         refreshListsAndBalances();
 }
 
@@ -182,12 +180,10 @@ void MainWindow::onExpense()
     if (!date)
         return m_dialogs.error(text(texts::mustBeValidDate));
     const QString name = m_ui->R3->text();
-    const ledger::BookedExpense booked =
-        m_expenses.book({*date, *account, *amount, name, m_ui->R4->text(), *purse});
-    reportOutOfRange(booked.outcome);
-    if (booked.outcome != ledger::Outcome::Done)
+    const auto booked = m_expenses.book({*date, *account, *amount, name, m_ui->R4->text(), *purse});
+    if (!m_dialogs.report(booked))
         return;
-    showMoneyInPurses(booked.purseBalance, booked.purseTotal);
+    showMoneyInPurses(booked.value().purseBalance, booked.value().purseTotal);
     const QString lineBreak = text(texts::lineBreak);
     m_dialogs.information(text(ui::texts::informationTitle),
                           text(texts::expenseAmountLine) + typed + lineBreak + text(texts::expenseNameLine) +
@@ -221,7 +217,7 @@ void MainWindow::onSavePurse()
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (m_ui->T1->text().isEmpty() || !purse)
         m_dialogs.error(text(texts::purseCodeNeeded));
-    else if (!m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text()))
+    else if (!m_dialogs.report(m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text())))
         return;
     else
         m_dialogs.information(text(ui::texts::informationTitle), text(texts::changesSaved));
@@ -234,12 +230,11 @@ void MainWindow::onDeletePurse()
     if (m_ui->T1->text().isEmpty() || !purse) {
         m_dialogs.error(text(texts::choosePurseToDelete));
     } else if (m_dialogs.confirm(text(texts::deletePurseTitle), text(texts::confirmPurseDeletion))) {
-        const ledger::Outcome outcome = m_purses.remove(*purse);
-        if (outcome == ledger::Outcome::NotSaved)
+        const store::Outcome outcome = m_purses.remove(*purse);
+        if (!outcome && !outcome.isRefused())
             return;
-        if (outcome == ledger::Outcome::Done)
+        if (m_dialogs.report(outcome))
             m_dialogs.information(text(ui::texts::informationTitle), text(texts::purseDeleted));
-        reportOutOfRange(outcome);
     }
     refreshListsAndBalances();
 }
@@ -250,7 +245,7 @@ void MainWindow::onNewPurse()
     const QString name = ledger::tables::fitText(
         m_dialogs.askText(text(texts::newPursePrompt), text(texts::newPurseTitle)).value_or(QString()));
     if (!name.isEmpty()) {
-        if (!m_purses.create(name))
+        if (!m_dialogs.report(m_purses.create(name)))
             return;
         m_dialogs.information(text(ui::texts::informationTitle), text(texts::purseAdded));
     }
@@ -261,12 +256,6 @@ void MainWindow::showMoneyInPurses(store::Amount purseBalance, store::WideAmount
 {
     m_ui->T4->setText(purseBalance.toDisplayString());
     m_ui->T10->setText(purseTotal.toBalanceString());
-}
-
-void MainWindow::reportOutOfRange(ledger::Outcome outcome)
-{
-    if (outcome == ledger::Outcome::OutOfRange)
-        m_dialogs.error(text(store::texts::amountOutOfRange));
 }
 
 std::optional<int> MainWindow::chosenCode(const QComboBox* list)

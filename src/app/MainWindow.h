@@ -73,7 +73,6 @@ private:
     void onDeletePurse();    // VC3 "Удалить"
     void onNewPurse();       // VC4 "Новый"
     void showMoneyInPurses(store::Amount purseBalance, store::WideAmount purseTotal);
-    void reportOutOfRange(ledger::Outcome outcome);
     // The code of the entry a list shows ("3 - Питание" gives 3).
     static std::optional<int> chosenCode(const QComboBox* list);
     // The purse opened with "На редакцию": a name in T1 and a purse in Combo1.

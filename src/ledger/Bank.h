@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Outcome.h"
-
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
 
 #include <QDate>
@@ -34,7 +33,7 @@ class Bank
 public:
     explicit Bank(store::Store& store) : m_store(store) {}
 
-    Outcome record(const BankOperation& operation);
+    store::Outcome record(const BankOperation& operation);
 
 private:
     store::Store& m_store;

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Outcome.h"
-
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
 #include "store/WideAmount.h"
 
@@ -22,10 +21,9 @@ struct Expense
     int purse = 0;
 };
 
+// After the booking: the purse's money and the money of all purses.
 struct BookedExpense
 {
-    Outcome outcome = Outcome::NotSaved;
-    // After the booking: the purse's money and the money of all purses.
     store::Amount purseBalance;
     store::WideAmount purseTotal;
 };
@@ -41,7 +39,7 @@ class Expenses
 public:
     explicit Expenses(store::Store& store) : m_store(store) {}
 
-    BookedExpense book(const Expense& expense);
+    store::Result<BookedExpense> book(const Expense& expense);
 
 private:
     store::Store& m_store;

@@ -1,5 +1,7 @@
 #include "LedgerTables.h"
 
+#include "store/StoreTexts.h"
+
 namespace ledger::tables {
 
 namespace {
@@ -45,24 +47,24 @@ QString fitText(const QString& text)
     return text.left(splitsPair ? kTextLength - 1 : kTextLength);
 }
 
-Outcome finish(store::Transaction& tx)
+store::Outcome outOfRange()
 {
-    return tx.commit() ? Outcome::Done : Outcome::NotSaved;
+    return store::Outcome::refused(QString::fromUtf8(store::texts::amountOutOfRange));
 }
 
-Outcome finishInRange(store::Transaction& tx, const MoneyFigures& before,
-                      const std::function<void()>& beforeSave)
+store::Outcome finishInRange(store::Transaction& tx, const MoneyFigures& before,
+                             const std::function<void()>& beforeSave)
 {
     if (!tx.ok())
-        return finish(tx);
+        return store::Outcome::committed(tx.commit());
     const MoneyFigures after = MoneyFigures::read(tx, before.monthDays);
     if (!tx.ok())
-        return finish(tx);
+        return store::Outcome::committed(tx.commit());
     if (!after.keepsInRange(before))
-        return Outcome::OutOfRange;
+        return outOfRange();
     if (beforeSave)
         beforeSave();
-    return finish(tx);
+    return store::Outcome::committed(tx.commit());
 }
 
 } // namespace ledger::tables

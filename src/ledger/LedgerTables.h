@@ -1,9 +1,9 @@
 #pragma once
 
 #include "MoneyFigures.h"
-#include "Outcome.h"
 
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Transaction.h"
 
 #include <QString>
@@ -31,13 +31,14 @@ void writePurseBalance(store::Transaction& tx, int code, store::Amount balance);
 inline constexpr int kTextLength = 255;
 QString fitText(const QString& text);
 
-// Commits and tells how it went.
-Outcome finish(store::Transaction& tx);
+// The refusal of an operation that would put a stored value or a figure of
+// the main window outside the Currency range.
+store::Outcome outOfRange();
 // Commits unless the writes so far took a figure of `before` out of the
 // Currency range (or further out): then the transaction is left to roll
-// back and the outcome is OutOfRange. `beforeSave` runs after that check
-// and before the file is written.
-Outcome finishInRange(store::Transaction& tx, const MoneyFigures& before,
-                      const std::function<void()>& beforeSave = {});
+// back and the operation is refused. `beforeSave` runs after that check and
+// before the file is written.
+store::Outcome finishInRange(store::Transaction& tx, const MoneyFigures& before,
+                             const std::function<void()>& beforeSave = {});
 
 } // namespace ledger::tables

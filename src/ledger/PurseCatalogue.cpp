@@ -22,15 +22,15 @@ std::optional<PurseCard> PurseCatalogue::open(int code)
     return card;
 }
 
-bool PurseCatalogue::rename(int code, const QString& name, const QString& note)
+store::Outcome PurseCatalogue::rename(int code, const QString& name, const QString& note)
 {
     store::Transaction tx(m_store);
     tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
     tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1, F3) VALUES (?, ?, ?)"), {code, name, note});
-    return tx.commit().ok();
+    return store::Outcome::committed(tx.commit());
 }
 
-Outcome PurseCatalogue::remove(int code)
+store::Outcome PurseCatalogue::remove(int code)
 {
     store::Transaction tx(m_store);
     const MoneyFigures before = MoneyFigures::read(tx);
@@ -39,7 +39,7 @@ Outcome PurseCatalogue::remove(int code)
     return tables::finishInRange(tx, before);
 }
 
-std::optional<int> PurseCatalogue::create(const QString& name)
+store::Result<int> PurseCatalogue::create(const QString& name)
 {
     store::Transaction tx(m_store);
     const qlonglong code = store::nextCode(tx, {{QStringLiteral("Purse_Dict"), QStringLiteral("F0")},
@@ -48,7 +48,7 @@ std::optional<int> PurseCatalogue::create(const QString& name)
     tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1) VALUES (?, ?)"), {code, name});
     tx.execute(QStringLiteral("INSERT INTO Purse (F0, F1) VALUES (?, ?)"), {code, store::Amount()});
     if (!tx.commit())
-        return std::nullopt;
+        return store::Outcome::notSaved();
     return static_cast<int>(code);
 }
 

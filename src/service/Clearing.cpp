@@ -4,7 +4,7 @@
 
 namespace service {
 
-store::StoreResult Clearing::clearAll()
+store::Outcome Clearing::clearAll()
 {
     store::Transaction tx(m_store);
     for (const char* statement : {
@@ -17,7 +17,7 @@ store::StoreResult Clearing::clearAll()
              "UPDATE Tech SET F2 = 0 WHERE F0 = 'OSTATOK'",
          })
         tx.execute(QString::fromLatin1(statement));
-    return tx.commit();
+    return store::Outcome::committed(tx.commit());
 }
 
 } // namespace service

@@ -1,5 +1,7 @@
 #include "OperationDeletion.h"
 
+#include "ServiceTexts.h"
+
 #include "ledger/LedgerTables.h"
 #include "store/Transaction.h"
 
@@ -39,50 +41,54 @@ std::optional<OperationDeletion::Day> OperationDeletion::list(QDate day)
     return found;
 }
 
-OperationDeletion::Found OperationDeletion::find(const QString& sql, qlonglong number)
+store::Result<OperationDeletion::Operation> OperationDeletion::find(const QString& sql, const QString& typed)
 {
+    const store::Outcome noSuchOperation = store::Outcome::refused(QString::fromUtf8(texts::selectOperation));
+    const std::optional<qlonglong> number = numberOf(typed);
+    if (!number)
+        return noSuchOperation;
     store::Transaction tx(m_store);
-    const store::Rows rows = tx.query(sql, {number});
-    Found found;
-    found.readable = tx.commit().ok();
-    if (found.readable && !rows.empty())
-        found.operation = Operation{number, rows.front().amount(0), rows.front().text(1)};
-    return found;
+    const store::Rows rows = tx.query(sql, {*number});
+    if (!tx.commit())
+        return store::Outcome::notSaved();
+    if (rows.empty())
+        return noSuchOperation;
+    return Operation{*number, rows.front().amount(0), rows.front().text(1)};
 }
 
-OperationDeletion::Found OperationDeletion::findBankOperation(qlonglong number)
+store::Result<OperationDeletion::Operation> OperationDeletion::findBankOperation(const QString& typed)
 {
-    return find(QStringLiteral("SELECT F2, F3 FROM Bank WHERE F0 = ?"), number);
+    return find(QStringLiteral("SELECT F2, F3 FROM Bank WHERE F0 = ?"), typed);
 }
 
-OperationDeletion::Found OperationDeletion::findExpense(qlonglong number)
+store::Result<OperationDeletion::Operation> OperationDeletion::findExpense(const QString& typed)
 {
-    return find(QStringLiteral("SELECT F3, F4 FROM Bills WHERE F0 = ?"), number);
+    return find(QStringLiteral("SELECT F3, F4 FROM Bills WHERE F0 = ?"), typed);
 }
 
-ledger::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
+store::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
 {
     namespace tables = ledger::tables;
     store::Transaction tx(m_store);
     const store::Rows rows = tx.query(QStringLiteral("SELECT F2, F1 FROM Bank WHERE F0 = ?"), {number});
     if (rows.empty())
-        return tables::finish(tx);
+        return store::Outcome::committed(tx.commit());
     const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 1));
     const auto balance = (store::WideAmount(tables::storedBalance(tx)) - rows.front().amount(0)).toAmount();
     if (!balance)
-        return ledger::Outcome::OutOfRange;
+        return tables::outOfRange();
     tables::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bank WHERE F0 = ?"), {number});
     return tables::finishInRange(tx, before);
 }
 
-ledger::Outcome OperationDeletion::deleteExpense(qlonglong number)
+store::Outcome OperationDeletion::deleteExpense(qlonglong number)
 {
     namespace tables = ledger::tables;
     store::Transaction tx(m_store);
     const store::Rows rows = tx.query(QStringLiteral("SELECT F3, F6, F1 FROM Bills WHERE F0 = ?"), {number});
     if (rows.empty())
-        return tables::finish(tx);
+        return store::Outcome::committed(tx.commit());
     const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 2));
     const store::Amount amount = rows.front().amount(0);
     const QVariant purse = rows.front().value(1);
@@ -91,7 +97,7 @@ ledger::Outcome OperationDeletion::deleteExpense(qlonglong number)
     const auto balance = (store::WideAmount(tables::storedBalance(tx)) + amount).toAmount();
     const auto purseBalance = (store::WideAmount(inPurse) + amount).toAmount();
     if (!balance || !purseBalance)
-        return ledger::Outcome::OutOfRange;
+        return tables::outOfRange();
     tables::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bills WHERE F0 = ?"), {number});
     // A purse deleted since keeps no row: nothing to give back to.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 #include <QString>
 
@@ -21,8 +21,8 @@ public:
     // "" when none is set; nullopt when the data file could not be read.
     std::optional<QString> current();
     // Replaces the password row by one holding `password`.
-    store::StoreResult set(const QString& password);
-    store::StoreResult remove();
+    store::Outcome set(const QString& password);
+    store::Outcome remove();
 
 private:
     store::Store& m_store;

@@ -2,12 +2,13 @@
 
 #include "ledger/Bank.h"
 #include "ledger/LedgerTables.h"
+#include "store/StoreTexts.h"
 
 #include <gtest/gtest.h>
 
 using namespace velmora::test;
 using ledger::BankDirection;
-using ledger::Outcome;
+using store::texts::amountOutOfRange;
 
 namespace {
 
@@ -48,7 +49,7 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
         LedgerFile file(data);
         ledger::Bank bank(file.store());
         const QDate day(2026, 3, 14);
-        ASSERT_EQ(bank.record({day, typed(c.amount), c.direction, "Зарплата"}), Outcome::Done) << c.amount;
+        ASSERT_EQ(said(bank.record({day, typed(c.amount), c.direction, "Зарплата"})), "done") << c.amount;
         const store::Rows rows = store::Store(file.folder().path()).rows("Bank");
         ASSERT_EQ(rows.size(), 1u) << c.amount;
         EXPECT_EQ(rows[0].integer(0), 1);
@@ -67,9 +68,9 @@ TEST(Bank, CommentsAreStoredAsTypedUpToTheColumnSize)
                                    QString(), longest, ledger::tables::fitText(longest + "лишнее")}) {
         DataBuilder data;
         LedgerFile file(data);
-        ASSERT_EQ(ledger::Bank(file.store())
-                      .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment}),
-                  Outcome::Done);
+        ASSERT_EQ(said(ledger::Bank(file.store())
+                           .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment})),
+                  "done");
         EXPECT_EQ(store::Store(file.folder().path()).rows("Bank").at(0).text(3), comment);
     }
 }
@@ -83,22 +84,23 @@ TEST(Bank, NothingIsWrittenWhenAStatementOrTheSumFails)
     ledger::Bank bank(file.store());
 
     // A comment longer than its column: the insert fails, the balance stays.
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, 'x')}),
-              Outcome::NotSaved);
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, 'x')})),
+              "not saved");
     ASSERT_EQ(file.sink.messages.size(), 1);
     EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"))
         << file.sink.messages[0].toStdString();
 
     // A balance beyond the money columns' range is refused before any statement.
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}}),
-              Outcome::OutOfRange);
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}}),
-              Outcome::OutOfRange);
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}})),
+              amountOutOfRange);
+    EXPECT_EQ(
+        said(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}})),
+        amountOutOfRange);
     EXPECT_EQ(file.sink.messages.size(), 1);
     EXPECT_EQ(file.folder().bytes(), before);
 
     // The store goes on working after the failures.
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}}), Outcome::Done);
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}})), "done");
     EXPECT_EQ(file.balance(), "899999999999999");
 }
 
@@ -107,8 +109,9 @@ TEST(Bank, WithoutABalanceRowOnlyTheOperationIsKept)
     DataBuilder data;
     data.withoutBalanceRow();
     LedgerFile file(data);
-    EXPECT_EQ(ledger::Bank(file.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}}),
-              Outcome::Done);
+    EXPECT_EQ(
+        said(ledger::Bank(file.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}})),
+        "done");
     EXPECT_EQ(file.count("Bank"), 1);
     EXPECT_EQ(file.balance(), "null");
 }

@@ -36,7 +36,7 @@ TEST(PurseCatalogue, NewCodeFollowsTheLargestCodeInUse)
         DataBuilder data;
         c.fill(data);
         LedgerFile file(data);
-        ASSERT_EQ(ledger::PurseCatalogue(file.store()).create("Отпуск 'летний'"), c.code) << c.what;
+        ASSERT_EQ(ledger::PurseCatalogue(file.store()).create("Отпуск 'летний'").value(), c.code) << c.what;
         store::Store reader(file.folder().path());
         const store::Rows rows = reader.query("SELECT F1, F2, F3 FROM Purse_Dict WHERE F0 = ?", {c.code});
         ASSERT_EQ(rows.size(), 1u) << c.what;
@@ -98,7 +98,7 @@ TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
         .bill(QDate(2026, 3, 1), 1, "5", 2);
     LedgerFile file(data);
     ledger::PurseCatalogue purses(file.store());
-    ASSERT_EQ(purses.remove(2), ledger::Outcome::Done);
+    ASSERT_EQ(said(purses.remove(2)), "done");
     EXPECT_EQ(file.purse(2), "null");
     EXPECT_EQ(file.money("SELECT COUNT(*) * 10000 FROM Purse_Dict WHERE F0 = 2"), "0");
     EXPECT_EQ(file.count("Bills"), 1);
@@ -107,5 +107,5 @@ TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
     EXPECT_EQ(balances->bankAmount.toPlainString().toStdString(), "400");
     EXPECT_EQ(balances->purseEntries, QStringList({"1 - Наличные"}));
     // The expense keeps the deleted purse's code taken.
-    EXPECT_EQ(purses.create("Новая карта"), 3);
+    EXPECT_EQ(purses.create("Новая карта").value(), 3);
 }

@@ -68,7 +68,7 @@ private:
     void onListOperationsClicked();
     void onDeleteBankOperationClicked();
     void onDeleteExpenseClicked();
-    void finishDeletion(qlonglong number, ledger::Outcome outcome);
+    void finishDeletion(qlonglong number, const store::Outcome& outcome);
     void onCloseClicked();
 
     void showError(const QString& text);

@@ -15,9 +15,6 @@ inline constexpr char accountNameRequired[] = "Необходимо задать
 using ui::texts::changesSaved;
 inline constexpr char selectAccountToDelete[] = "Необходимо выбрать счет для удаления";
 inline constexpr char accountDeleted[] = "Счет успешно удален";
-// %1 is the number of expenses booked on the account.
-inline constexpr char accountInUse[] =
-    "Счет используется в расходах (%1). Перенесите их на другой счет и повторите удаление.";
 inline constexpr char newAccountPrompt[] = "Введите имя нового счета";
 inline constexpr char newAccountTitle[] = "Добавление счета";
 inline constexpr char accountAdded[] = "Счет успешно добавлен";
@@ -52,7 +49,6 @@ inline constexpr char cleared[] = "База данных очищена";
 
 // Deleting operations.
 inline constexpr const char* invalidOperationDate = ui::texts::mustBeValidDate;
-inline constexpr char selectOperation[] = "Необходимо выбрать номер операции для удаления!";
 inline constexpr char confirmBankDeletion[] = "Вы действительно хотите удалить операцию по Банку?";
 inline constexpr char confirmBillDeletion[] = "Вы действительно хотите удалить операцию по Счету?";
 inline constexpr char operationLine[] = "ОПЕРАЦИЯ N ";
