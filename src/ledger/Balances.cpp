@@ -1,8 +1,7 @@
 #include "Balances.h"
 
-#include "MoneyFigures.h"
-
 #include "store/CatalogueEntry.h"
+#include "store/MoneyFigures.h"
 #include "store/Transaction.h"
 
 namespace ledger {
@@ -24,7 +23,7 @@ Balances Balances::of(store::QuerySource& source)
     Balances balances;
     balances.accountEntries = catalogueEntries(source, QStringLiteral("Bills_Dict"));
     balances.purseEntries = catalogueEntries(source, QStringLiteral("Purse_Dict"));
-    const MoneyFigures figures = MoneyFigures::read(source);
+    const auto figures = store::MoneyFigures::read(source);
     balances.purseTotal = figures.purseTotal;
     balances.bankAmount = figures.bank;
     return balances;

@@ -1,7 +1,7 @@
 #include "PurseCatalogue.h"
 
-#include "LedgerTables.h"
-
+#include "store/MoneyFigures.h"
+#include "store/MoneyRows.h"
 #include "store/NextCode.h"
 #include "store/Transaction.h"
 
@@ -14,9 +14,7 @@ std::optional<PurseCard> PurseCatalogue::open(int code)
     const QString byCode = QStringLiteral("F0 = ?");
     card.name = tx.lookupValue(QStringLiteral("Purse_Dict"), QStringLiteral("F1"), byCode, {code}).toString();
     card.note = tx.lookupValue(QStringLiteral("Purse_Dict"), QStringLiteral("F3"), byCode, {code}).toString();
-    const store::Rows money = tx.query(QStringLiteral("SELECT F1 FROM Purse WHERE F0 = ?"), {code});
-    if (!money.empty())
-        card.balance = money.back().amount(0);
+    card.balance = store::money::purseBalance(tx, code);
     if (!tx.commit())
         return std::nullopt;
     return card;
@@ -33,10 +31,10 @@ store::Outcome PurseCatalogue::rename(int code, const QString& name, const QStri
 store::Outcome PurseCatalogue::remove(int code)
 {
     store::Transaction tx(m_store);
-    const MoneyFigures before = MoneyFigures::read(tx);
+    const auto before = store::MoneyFigures::read(tx);
     tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
-    tx.execute(QStringLiteral("DELETE FROM Purse WHERE F0 = ?"), {code});
-    return tables::finishInRange(tx, before);
+    store::money::removePurseBalance(tx, code);
+    return store::MoneyFigures::commitInRange(tx, before);
 }
 
 store::Result<int> PurseCatalogue::create(const QString& name)
@@ -46,7 +44,7 @@ store::Result<int> PurseCatalogue::create(const QString& name)
                                                 {QStringLiteral("Purse"), QStringLiteral("F0")},
                                                 {QStringLiteral("Bills"), QStringLiteral("F6")}});
     tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1) VALUES (?, ?)"), {code, name});
-    tx.execute(QStringLiteral("INSERT INTO Purse (F0, F1) VALUES (?, ?)"), {code, store::Amount()});
+    store::money::writePurseBalance(tx, static_cast<int>(code), store::Amount());
     if (!tx.commit())
         return store::Outcome::notSaved();
     return static_cast<int>(code);

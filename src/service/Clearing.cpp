@@ -1,5 +1,6 @@
 #include "Clearing.h"
 
+#include "store/MoneyRows.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -14,9 +15,9 @@ store::Outcome Clearing::clearAll()
              "DELETE FROM Purse",
              "DELETE FROM Purse_Dict",
              "UPDATE Tech SET F3 = Null WHERE F0 = 'BACKUP'",
-             "UPDATE Tech SET F2 = 0 WHERE F0 = 'OSTATOK'",
          })
         tx.execute(QString::fromLatin1(statement));
+    store::money::writeStoredBalance(tx, store::Amount());
     return store::Outcome::committed(tx.commit());
 }
 

@@ -2,12 +2,15 @@
 
 #include "ServiceTexts.h"
 
-#include "ledger/LedgerTables.h"
+#include "store/MoneyFigures.h"
+#include "store/MoneyRows.h"
 #include "store/Transaction.h"
 
 #include <limits>
 
 namespace service {
+
+namespace money = store::money;
 
 namespace {
 
@@ -68,41 +71,40 @@ store::Result<OperationDeletion::Operation> OperationDeletion::findExpense(const
 
 store::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
 {
-    namespace tables = ledger::tables;
     store::Transaction tx(m_store);
     const store::Rows rows = tx.query(QStringLiteral("SELECT F2, F1 FROM Bank WHERE F0 = ?"), {number});
     if (rows.empty())
         return store::Outcome::committed(tx.commit());
-    const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 1));
-    const auto balance = (store::WideAmount(tables::storedBalance(tx)) - rows.front().amount(0)).toAmount();
+    const auto before = store::MoneyFigures::read(tx, monthOf(rows.front(), 1));
+    const auto balance = (store::WideAmount(money::storedBalance(tx)) - rows.front().amount(0)).toAmount();
     if (!balance)
-        return tables::outOfRange();
-    tables::writeStoredBalance(tx, *balance);
+        return store::MoneyFigures::outOfRange();
+    money::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bank WHERE F0 = ?"), {number});
-    return tables::finishInRange(tx, before);
+    return store::MoneyFigures::commitInRange(tx, before);
 }
 
 store::Outcome OperationDeletion::deleteExpense(qlonglong number)
 {
-    namespace tables = ledger::tables;
     store::Transaction tx(m_store);
     const store::Rows rows = tx.query(QStringLiteral("SELECT F3, F6, F1 FROM Bills WHERE F0 = ?"), {number});
     if (rows.empty())
         return store::Outcome::committed(tx.commit());
-    const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 2));
+    const auto before = store::MoneyFigures::read(tx, monthOf(rows.front(), 2));
     const store::Amount amount = rows.front().amount(0);
-    const QVariant purse = rows.front().value(1);
-    const store::Amount inPurse =
-        tx.lookupAmount(QStringLiteral("Purse"), QStringLiteral("F1"), QStringLiteral("F0 = ?"), {purse});
-    const auto balance = (store::WideAmount(tables::storedBalance(tx)) + amount).toAmount();
-    const auto purseBalance = (store::WideAmount(inPurse) + amount).toAmount();
-    if (!balance || !purseBalance)
-        return tables::outOfRange();
-    tables::writeStoredBalance(tx, *balance);
+    // A purse deleted since has nothing to give back to.
+    const int purse = static_cast<int>(rows.front().integer(1));
+    const bool purseKept = rows.front().value(1).isValid() && money::purseExists(tx, purse);
+    const auto balance = (store::WideAmount(money::storedBalance(tx)) + amount).toAmount();
+    const auto purseBalance =
+        (store::WideAmount(money::purseBalance(tx, purse).value_or(store::Amount())) + amount).toAmount();
+    if (!balance || (purseKept && !purseBalance))
+        return store::MoneyFigures::outOfRange();
+    money::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bills WHERE F0 = ?"), {number});
-    // A purse deleted since keeps no row: nothing to give back to.
-    tx.execute(QStringLiteral("UPDATE Purse SET F1 = ? WHERE F0 = ?"), {*purseBalance, purse});
-    return tables::finishInRange(tx, before);
+    if (purseKept)
+        money::writePurseBalance(tx, purse, *purseBalance);
+    return store::MoneyFigures::commitInRange(tx, before);
 }
 
 std::optional<qlonglong> OperationDeletion::numberOf(const QString& text)

@@ -110,14 +110,19 @@ TEST(OperationDeletion, ANumberNotInTheTableChangesNothing)
     EXPECT_EQ(d.folder().bytes(), before);
 }
 
+// A purse deleted since gets nothing back; one still listed without a row of money gets a row.
 TEST(OperationDeletion, AnExpenseWhosePurseIsGoneStillGivesTheBalanceBack)
 {
-    DataBuilder data;
-    data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
-    ServiceData d(data);
-    ASSERT_EQ(said(OperationDeletion(d.store()).deleteExpense(1)), "done");
-    EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
-    EXPECT_EQ(d.rows("Purse"), QStringList({"1|100000"}));
+    for (const bool listed : {false, true}) {
+        DataBuilder data;
+        data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
+        if (listed)
+            data.purseWithoutMoney(9, "Копилка");
+        ServiceData d(data);
+        ASSERT_EQ(said(OperationDeletion(d.store()).deleteExpense(1)), "done");
+        EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
+        EXPECT_EQ(d.rows("Purse"), listed ? QStringList({"1|100000", "9|30000"}) : QStringList({"1|100000"}));
+    }
 }
 
 TEST(OperationDeletion, OperationNumberAsTyped)
