@@ -11,9 +11,7 @@ namespace service {
 std::optional<QStringList> AccountCatalogue::entries()
 {
     store::Transaction tx(m_store);
-    QStringList list;
-    for (const store::Row& row : tx.query(QStringLiteral("SELECT F0, F1 FROM Bills_Dict ORDER BY F0")))
-        list.append(store::CatalogueEntry::format(row.value(0), row.value(1)));
+    const QStringList list = store::CatalogueEntry::listOf(tx, QStringLiteral("Bills_Dict"));
     if (!tx.commit())
         return std::nullopt;
     return list;
