@@ -2,10 +2,10 @@
 
 #include "MainWindowTexts.h"
 #include "ledger/Balances.h"
-#include "ledger/LedgerTables.h"
 #include "ledger/MonthStatistics.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
+#include "store/TextLimit.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
@@ -32,6 +32,11 @@ MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock toda
       m_today(std::move(today)), m_bank(store), m_expenses(store), m_purseOperations(store), m_purses(store)
 {
     m_ui->setupUi(this);
+    // A text field stops where its column in the data file ends.
+    m_ui->R3->setMaxLength(store::textLimit("Bills", "F4"));
+    m_ui->R4->setMaxLength(store::textLimit("Bills", "F5"));
+    m_ui->T1->setMaxLength(store::textLimit("Purse_Dict", "F1"));
+    m_ui->T3->setMaxLength(store::textLimit("Purse_Dict", "F3"));
     auto* figures = new ui::FittedFigures(this);
     for (QLineEdit* field : {m_ui->S1, m_ui->S2, m_ui->S3, m_ui->S4, m_ui->T10, m_ui->T11, m_ui->T4})
         figures->add(field);
@@ -127,7 +132,7 @@ void MainWindow::onBankOperation()
     const bool deposit = m_ui->O1->isChecked();
     const store::Outcome outcome = m_bank.record(
         {*date, *amount, deposit ? ledger::BankDirection::Deposit : ledger::BankDirection::Withdrawal,
-         ledger::tables::fitText(comment)});
+         comment});
     // A failure of the store has been shown; the handler stops with the window as it is.
     if (!outcome && !outcome.isRefused())
         return;
@@ -242,8 +247,8 @@ void MainWindow::onDeletePurse()
 void MainWindow::onNewPurse()
 {
     // An empty name, or Cancel, adds nothing and says nothing.
-    const QString name = ledger::tables::fitText(
-        m_dialogs.askText(text(texts::newPursePrompt), text(texts::newPurseTitle)).value_or(QString()));
+    const QString name =
+        m_dialogs.askText(text(texts::newPursePrompt), text(texts::newPurseTitle)).value_or(QString());
     if (!name.isEmpty()) {
         if (!m_dialogs.report(m_purses.create(name)))
             return;

@@ -2,12 +2,15 @@
 
 #include "store/MoneyFigures.h"
 #include "store/MoneyRows.h"
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace ledger {
 
 store::Outcome Bank::record(const BankOperation& operation)
 {
+    if (auto refused = store::refuseTooLong({{"Bank", "F3", operation.comment}}))
+        return *refused;
     store::Transaction tx(m_store);
     const store::Amount stored = store::money::storedBalance(tx);
     const auto before = store::MoneyFigures::read(tx, {operation.date});

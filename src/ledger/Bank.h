@@ -28,6 +28,7 @@ struct BankOperation
 // kopecks, half up towards plus infinity (a deposit of 12,345 is kept as
 // 12,35, a withdrawal of 12,345 as −12,34), and the stored balance moved by
 // exactly that row's amount, so it always equals the sum of the operations.
+// A comment longer than its column holds is refused.
 class Bank
 {
 public:

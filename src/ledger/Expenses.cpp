@@ -2,6 +2,7 @@
 
 #include "store/MoneyFigures.h"
 #include "store/MoneyRows.h"
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace ledger {
@@ -9,6 +10,8 @@ namespace ledger {
 store::Result<BookedExpense> Expenses::book(const Expense& expense)
 {
     namespace money = store::money;
+    if (auto refused = store::refuseTooLong({{"Bills", "F4", expense.name}, {"Bills", "F5", expense.note}}))
+        return *refused;
     store::Transaction tx(m_store);
     const store::Amount stored = money::storedBalance(tx);
     const store::Amount purse = money::purseBalance(tx, expense.purse).value_or(store::Amount());

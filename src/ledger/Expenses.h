@@ -33,7 +33,8 @@ struct BookedExpense
 // in the bank (whole money less the purses) does not move. Neither balance is
 // kept from going below zero, and a negative expense raises both. The purse's
 // balance is read in the same transaction, so a balance changed by another
-// copy of the program since the purse was opened is not overwritten.
+// copy of the program since the purse was opened is not overwritten. A name
+// or note longer than its column holds is refused.
 class Expenses
 {
 public:

@@ -3,6 +3,7 @@
 #include "store/MoneyFigures.h"
 #include "store/MoneyRows.h"
 #include "store/NextCode.h"
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace ledger {
@@ -22,6 +23,8 @@ std::optional<PurseCard> PurseCatalogue::open(int code)
 
 store::Outcome PurseCatalogue::rename(int code, const QString& name, const QString& note)
 {
+    if (auto refused = store::refuseTooLong({{"Purse_Dict", "F1", name}, {"Purse_Dict", "F3", note}}))
+        return *refused;
     store::Transaction tx(m_store);
     tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
     tx.execute(QStringLiteral("INSERT INTO Purse_Dict (F0, F1, F3) VALUES (?, ?, ?)"), {code, name, note});
@@ -39,6 +42,8 @@ store::Outcome PurseCatalogue::remove(int code)
 
 store::Result<int> PurseCatalogue::create(const QString& name)
 {
+    if (auto refused = store::refuseTooLong({{"Purse_Dict", "F1", name}}))
+        return *refused;
     store::Transaction tx(m_store);
     const qlonglong code = store::nextCode(tx, {{QStringLiteral("Purse_Dict"), QStringLiteral("F0")},
                                                 {QStringLiteral("Purse"), QStringLiteral("F0")},

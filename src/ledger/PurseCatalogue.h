@@ -22,7 +22,8 @@ struct PurseCard
 // The catalogue of purses (Purse_Dict) and their rows of money (Purse).
 // Codes are whole numbers; a new purse gets 1 + the largest code of the
 // catalogue, of the money rows and of the expenses paid from a purse, so it
-// never takes over the expenses of a deleted one.
+// never takes over the expenses of a deleted one. A name or note longer than
+// its column holds is refused.
 class PurseCatalogue
 {
 public:

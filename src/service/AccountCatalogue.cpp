@@ -4,6 +4,7 @@
 
 #include "store/CatalogueEntry.h"
 #include "store/NextCode.h"
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -29,6 +30,8 @@ std::optional<QString> AccountCatalogue::name(int code)
 
 store::Outcome AccountCatalogue::rename(int code, const QString& name)
 {
+    if (auto refused = store::refuseTooLong({{"Bills_Dict", "F1", name}}))
+        return *refused;
     store::Transaction tx(m_store);
     tx.execute(QStringLiteral("DELETE FROM Bills_Dict WHERE F0 = ?"), {code});
     tx.execute(QStringLiteral("INSERT INTO Bills_Dict (F0, F1) VALUES (?, ?)"), {code, name});
@@ -48,6 +51,8 @@ store::Outcome AccountCatalogue::remove(int code)
 
 store::Result<int> AccountCatalogue::add(const QString& name)
 {
+    if (auto refused = store::refuseTooLong({{"Bills_Dict", "F1", name}}))
+        return *refused;
     store::Transaction tx(m_store);
     const qlonglong code = store::nextCode(tx, {{QStringLiteral("Bills_Dict"), QStringLiteral("F0")},
                                                 {QStringLiteral("Bills"), QStringLiteral("F2")}});

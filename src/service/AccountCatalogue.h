@@ -17,8 +17,6 @@ namespace service {
 class AccountCatalogue
 {
 public:
-    static constexpr int kMaxNameLength = 255;
-
     explicit AccountCatalogue(store::Store& store) : m_store(store) {}
 
     // "3 - Питание" for every account, in code order; nullopt when the data
@@ -26,7 +24,8 @@ public:
     std::optional<QStringList> entries();
     // The account's name; "" when there is no such account.
     std::optional<QString> name(int code);
-    // Keeps the code, so the account's expenses stay with it.
+    // Keeps the code, so the account's expenses stay with it. A name longer
+    // than its column holds is refused, here and in add().
     store::Outcome rename(int code, const QString& name);
     // Removes the catalogue row of an account without expenses; an account
     // that still has expenses is refused, the message giving their number.

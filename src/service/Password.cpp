@@ -1,5 +1,6 @@
 #include "Password.h"
 
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -22,6 +23,8 @@ std::optional<QString> Password::current()
 
 store::Outcome Password::set(const QString& password)
 {
+    if (auto refused = store::refuseTooLong({{"Tech", "F1", password}}))
+        return *refused;
     store::Transaction tx(m_store);
     tx.execute(kDeleteRow);
     tx.execute(QStringLiteral("INSERT INTO Tech (F0, F1) VALUES ('PW', ?)"), {password});

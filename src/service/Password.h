@@ -14,13 +14,12 @@ namespace service {
 class Password
 {
 public:
-    static constexpr int kMaxLength = 255;
-
     explicit Password(store::Store& store) : m_store(store) {}
 
     // "" when none is set; nullopt when the data file could not be read.
     std::optional<QString> current();
-    // Replaces the password row by one holding `password`.
+    // Replaces the password row by one holding `password`; one longer than
+    // its column holds is refused.
     store::Outcome set(const QString& password);
     store::Outcome remove();
 

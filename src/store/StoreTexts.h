@@ -12,6 +12,19 @@ inline constexpr char productName[] = "Velmora";
 inline constexpr char amountOutOfRange[] =
     "Сумма слишком велика: остаток вышел бы за допустимые пределы. Операция не выполнена.";
 
+// A text longer than its column holds; nothing is written. %1 is what the
+// text is, %2 the column's size.
+inline constexpr char textTooLong[] = "%1 не может быть длиннее %2 символов!";
+// What the texts that operations write are, put in place of %1.
+inline constexpr char bankComment[] = "Комментарий";
+inline constexpr char expenseName[] = "Наименование расхода";
+inline constexpr char expenseNote[] = "Примечание расхода";
+inline constexpr char accountName[] = "Наименование счета";
+inline constexpr char purseName[] = "Имя кошелька";
+inline constexpr char purseNote[] = "Примечание кошелька";
+inline constexpr char password[] = "Пароль";
+inline constexpr char anyText[] = "Текст";
+
 inline constexpr char fileMissing[] = "Файл данных %1 не найден.";
 inline constexpr char fileUnreadable[] = "Не удалось прочитать файл данных %1: %2.";
 inline constexpr char fileDamaged[] =

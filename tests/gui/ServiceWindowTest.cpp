@@ -202,7 +202,7 @@ void ServiceWindowTest::newCodesFollowEveryCodeInUse()
     QCOMPARE(h.dialogs.shown().size(), boxes);
     h.dialogs.answerText(QString(256, u'ы'));
     f.click("VC4A");
-    QCOMPARE(f.lastBox(), error(texts::accountNameTooLong));
+    QCOMPARE(f.lastBox(), error("Наименование счета не может быть длиннее 255 символов!"));
     QCOMPARE(folder.bytes(), before);
 }
 
@@ -359,7 +359,7 @@ void ServiceWindowTest::passwordIsSetKeptOrRemovedAndHonouredAtTheNextSignIn()
         // Too long for the column: refused before anything is written.
         h.dialogs.answerText(QString(256, u'п'));
         f.click("B2");
-        QCOMPARE(f.lastBox(), error(texts::passwordTooLong));
+        QCOMPARE(f.lastBox(), error("Пароль не может быть длиннее 255 символов!"));
     }
     {
         GuiHarness h(folder);

@@ -82,6 +82,9 @@ TEST(Expenses, AFailureWritesNothingAtAll)
 
     ledger::Expense tooLong = expense("10");
     tooLong.note = QString(256, u'я');
+    EXPECT_EQ(said(expenses.book(tooLong)), "Примечание расхода не может быть длиннее 255 символов!");
+    tooLong.date = QDate(10000, 1, 1);
+    tooLong.note.chop(1);
     EXPECT_EQ(said(expenses.book(tooLong)), "not saved");
     EXPECT_EQ(file.sink.messages.size(), 1);
     EXPECT_EQ(said(expenses.book(expense("-922337203685477"))), amountOutOfRange);

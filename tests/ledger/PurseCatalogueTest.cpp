@@ -76,7 +76,10 @@ TEST(PurseCatalogue, RenameKeepsTheCodeAndItsExpenses)
     DataBuilder data;
     data.purse(1, "Наличные", "10").purse(2, "Карта", "20").bill(QDate(2026, 3, 1), 1, "5", 2);
     LedgerFile file(data);
-    ASSERT_TRUE(ledger::PurseCatalogue(file.store()).rename(2, "Карта \"Мир\"\t", QString()));
+    ledger::PurseCatalogue purses(file.store());
+    EXPECT_EQ(said(purses.rename(2, "Карта", QString(256, u'ж'))),
+              "Примечание кошелька не может быть длиннее 255 символов!");
+    ASSERT_TRUE(purses.rename(2, "Карта \"Мир\"\t", QString()));
     store::Store reader(file.folder().path());
     const store::Rows rows = reader.query("SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
     ASSERT_EQ(rows.size(), 2u);

@@ -41,13 +41,14 @@ TEST(AccountCatalogue, NamesAreStoredAsTypedUpToTheColumnSize)
         ASSERT_TRUE(code) << name.toStdString();
         EXPECT_EQ(accounts.name(code.value()), name);
     }
-    // One more character does not fit: the statement is refused and nothing is written.
+    // One more character does not fit: refused before anything is written.
     const QByteArray before = d.folder().bytes();
-    EXPECT_FALSE(accounts.add(QString(256, u'щ')));
-    EXPECT_FALSE(accounts.rename(1, QString(256, u'щ')));
+    for (const store::Outcome& refused :
+         {store::Outcome(accounts.add(QString(256, u'щ'))), accounts.rename(1, QString(256, u'щ'))})
+        EXPECT_EQ(said(refused), "Наименование счета не может быть длиннее 255 символов!");
     EXPECT_EQ(d.folder().bytes(), before);
     EXPECT_EQ(accounts.name(1), QString("Д'Артаньян"));
-    EXPECT_EQ(d.sink.messages.size(), 2);
+    EXPECT_TRUE(d.sink.messages.isEmpty());
 }
 
 TEST(ExpenseTransfer, MovesOnlyTheSourceAccountsExpenses)

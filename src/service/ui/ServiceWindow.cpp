@@ -3,6 +3,7 @@
 #include "ServiceWindowTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
+#include "store/TextLimit.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
@@ -38,6 +39,7 @@ ServiceWindow::ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ui::Cloc
       m_clearing(store), m_deletion(store), m_transfer(store)
 {
     m_ui->setupUi(this);
+    m_ui->T1A->setMaxLength(store::textLimit("Bills_Dict", "F1"));
     m_ui->C16->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
     connectButtons();
 }
@@ -172,9 +174,7 @@ void ServiceWindow::onNewAccountClicked() // VC4A "Новый"
     const QString name =
         m_dialogs.askText(text(texts::newAccountPrompt), text(texts::newAccountTitle)).value_or(QString());
     bool changed = false;
-    if (name.size() > AccountCatalogue::kMaxNameLength)
-        showError(text(texts::accountNameTooLong));
-    else if (!name.isEmpty())
+    if (!name.isEmpty())
         changed = m_dialogs.report(m_accounts.add(name));
     if (changed)
         showInformation(text(texts::accountAdded));
@@ -206,8 +206,6 @@ void ServiceWindow::onPasswordClicked() // B2 "Пароль"
     // Cancel counts as an empty answer: it leads to the question about removing.
     const QString typed = m_dialogs.askText(text(texts::passwordPrompt), text(texts::passwordTitle), *current)
                               .value_or(QString());
-    if (typed.size() > Password::kMaxLength)
-        return showError(text(texts::passwordTooLong));
     if (!typed.isEmpty()) {
         if (m_dialogs.report(m_password.set(typed)))
             showInformation(text(texts::passwordSet));

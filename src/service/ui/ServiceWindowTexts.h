@@ -18,7 +18,6 @@ inline constexpr char accountDeleted[] = "Счет успешно удален";
 inline constexpr char newAccountPrompt[] = "Введите имя нового счета";
 inline constexpr char newAccountTitle[] = "Добавление счета";
 inline constexpr char accountAdded[] = "Счет успешно добавлен";
-inline constexpr char accountNameTooLong[] = "Наименование счета не может быть длиннее 255 символов!";
 
 // Password.
 inline constexpr char passwordPrompt[] = "Введите новый пароль (если пусто, то вход без пароля)";
@@ -26,7 +25,6 @@ inline constexpr char passwordTitle[] = "Изменение пароля";
 inline constexpr char passwordSet[] = "Новый пароль задан!";
 inline constexpr char removePasswordQuestion[] = "Хотите удалить пароль?";
 inline constexpr char passwordRemoved[] = "Пароль снят!";
-inline constexpr char passwordTooLong[] = "Пароль не может быть длиннее 255 символов!";
 
 // Currency rates.
 using ui::texts::mustBeNumber;
