@@ -112,6 +112,16 @@ void MainWindow::refreshMonthStatistics()
     m_ui->S4->setText(statistics->previous.expenses.toDisplayString());
 }
 
+void MainWindow::setAnalyticsAvailable(bool available)
+{
+    m_ui->B1->setEnabled(available);
+}
+
+void MainWindow::setServiceAvailable(bool available)
+{
+    m_ui->B2->setEnabled(available);
+}
+
 void MainWindow::onBankOperation()
 {
     const QString typed = m_ui->T9->text();

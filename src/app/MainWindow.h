@@ -48,6 +48,10 @@ public:
     // Income and expenses of the current and the previous month, by the
     // computer's calendar.
     void refreshMonthStatistics();
+    // "Аналитика" and "Сервис" stay disabled until whoever shows those
+    // windows is connected to them.
+    void setAnalyticsAvailable(bool available);
+    void setServiceAvailable(bool available);
 
 signals:
     void analyticsRequested(); // B1 "Аналитика"
