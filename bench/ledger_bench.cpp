@@ -19,8 +19,6 @@
 
 namespace {
 
-using ledger::Outcome;
-
 using bench::sampleFolder;
 
 // A store that has read its file already, as the program's store has after start-up.
@@ -35,9 +33,9 @@ std::unique_ptr<store::Store> openedStore(const benchmark::State& state)
 const store::Amount kAmount = store::Amount::fromUnits(1'234'500); // 123,45
 const QDate kDay(2026, 3, 31);
 
-void check(benchmark::State& state, bool ok)
+void check(benchmark::State& state, const store::Outcome& outcome)
 {
-    if (!ok)
+    if (!outcome)
         state.SkipWithError("the operation was not saved");
 }
 
@@ -51,8 +49,7 @@ void BM_BankDeposit(benchmark::State& state)
     auto store = openedStore(state);
     ledger::Bank bank(*store);
     for (auto _ : state)
-        check(state,
-              bank.record({kDay, kAmount, ledger::BankDirection::Deposit, "Зарплата"}) == Outcome::Done);
+        check(state, bank.record({kDay, kAmount, ledger::BankDirection::Deposit, "Зарплата"}));
     compareWithLimit(state);
 }
 
@@ -61,7 +58,7 @@ void BM_BankWithdrawal(benchmark::State& state)
     auto store = openedStore(state);
     ledger::Bank bank(*store);
     for (auto _ : state)
-        check(state, bank.record({kDay, kAmount, ledger::BankDirection::Withdrawal, {}}) == Outcome::Done);
+        check(state, bank.record({kDay, kAmount, ledger::BankDirection::Withdrawal, {}}));
     compareWithLimit(state);
 }
 
@@ -72,7 +69,7 @@ void BM_PurseMove(benchmark::State& state)
     bool in = true;
     for (auto _ : state) {
         const auto direction = in ? ledger::PurseDirection::PutIn : ledger::PurseDirection::TakeOut;
-        check(state, purses.move(1, kAmount, direction) == Outcome::Done);
+        check(state, purses.move(1, kAmount, direction));
         in = !in;
     }
     compareWithLimit(state);
@@ -83,7 +80,7 @@ void BM_Expense(benchmark::State& state)
     auto store = openedStore(state);
     ledger::Expenses expenses(*store);
     for (auto _ : state)
-        check(state, expenses.book({kDay, 1, kAmount, "Хлеб", "к обеду", 1}).outcome == Outcome::Done);
+        check(state, expenses.book({kDay, 1, kAmount, "Хлеб", "к обеду", 1}));
     compareWithLimit(state);
 }
 
@@ -110,9 +107,9 @@ void BM_NewPurse(benchmark::State& state)
     auto store = openedStore(state);
     ledger::PurseCatalogue catalogue(*store);
     for (auto _ : state) {
-        const std::optional<int> code = catalogue.create("Отпуск");
+        const store::Result<int> code = catalogue.create("Отпуск");
         state.PauseTiming();
-        check(state, code && catalogue.remove(*code) == ledger::Outcome::Done);
+        check(state, code ? catalogue.remove(code.value()) : store::Outcome(code));
         state.ResumeTiming();
     }
     compareWithLimit(state);
@@ -124,9 +121,9 @@ void BM_DeletePurse(benchmark::State& state)
     ledger::PurseCatalogue catalogue(*store);
     for (auto _ : state) {
         state.PauseTiming();
-        const std::optional<int> code = catalogue.create("Отпуск");
+        const store::Result<int> code = catalogue.create("Отпуск");
         state.ResumeTiming();
-        check(state, code && catalogue.remove(*code) == ledger::Outcome::Done);
+        check(state, code ? catalogue.remove(code.value()) : store::Outcome(code));
     }
     compareWithLimit(state);
 }

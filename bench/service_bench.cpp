@@ -39,10 +39,15 @@ std::unique_ptr<store::Store> openedStore(const benchmark::State& state)
     return store;
 }
 
-void check(benchmark::State& state, bool ok)
+void check(benchmark::State& state, bool done)
 {
-    if (!ok)
+    if (!done)
         state.SkipWithError("the operation was not saved");
+}
+
+void check(benchmark::State& state, const store::Outcome& outcome)
+{
+    check(state, outcome.isDone());
 }
 
 void compareWithLimit(benchmark::State& state)
@@ -55,9 +60,9 @@ void BM_AddAccount(benchmark::State& state)
     auto store = openedStore(state);
     service::AccountCatalogue accounts(*store);
     for (auto _ : state) {
-        const std::optional<int> code = accounts.add(QStringLiteral("Отпуск"));
+        const store::Result<int> code = accounts.add(QStringLiteral("Отпуск"));
         state.PauseTiming();
-        check(state, code && accounts.remove(*code).removed);
+        check(state, code ? accounts.remove(code.value()) : store::Outcome(code));
         state.ResumeTiming();
     }
     compareWithLimit(state);
@@ -69,7 +74,7 @@ void BM_RenameAccount(benchmark::State& state)
     service::AccountCatalogue accounts(*store);
     bool other = true;
     for (auto _ : state) {
-        check(state, accounts.rename(1, other ? QStringLiteral("Еда") : QStringLiteral("Питание")).ok());
+        check(state, accounts.rename(1, other ? QStringLiteral("Еда") : QStringLiteral("Питание")));
         other = !other;
     }
     compareWithLimit(state);
@@ -81,9 +86,9 @@ void BM_DeleteAccount(benchmark::State& state)
     service::AccountCatalogue accounts(*store);
     for (auto _ : state) {
         state.PauseTiming();
-        const std::optional<int> code = accounts.add(QStringLiteral("Отпуск"));
+        const store::Result<int> code = accounts.add(QStringLiteral("Отпуск"));
         state.ResumeTiming();
-        check(state, code && accounts.remove(*code).removed);
+        check(state, code ? accounts.remove(code.value()) : store::Outcome(code));
     }
     compareWithLimit(state);
 }
@@ -94,9 +99,9 @@ void BM_SetPassword(benchmark::State& state)
     auto store = openedStore(state);
     service::Password password(*store);
     for (auto _ : state) {
-        check(state, password.set(QStringLiteral("секрет")).ok());
+        check(state, password.set(QStringLiteral("секрет")));
         state.PauseTiming();
-        check(state, password.remove().ok());
+        check(state, password.remove());
         state.ResumeTiming();
     }
     compareWithLimit(state);
@@ -109,7 +114,7 @@ void BM_WriteRates(benchmark::State& state)
     std::int64_t cents = 9'000;
     for (auto _ : state) {
         const auto rate = store::Amount::fromUnits(100 * ++cents);
-        check(state, rates.write(rate, rate).ok());
+        check(state, rates.write(rate, rate));
     }
     compareWithLimit(state);
 }
@@ -131,8 +136,7 @@ void BM_DeleteBankOperation(benchmark::State& state)
         state.PauseTiming();
         const store::Rows newest = store->query("SELECT MAX(F0) FROM Bank");
         state.ResumeTiming();
-        check(state, !newest.empty() &&
-                         deletion.deleteBankOperation(newest.front().integer(0)) == ledger::Outcome::Done);
+        check(state, !newest.empty() && deletion.deleteBankOperation(newest.front().integer(0)));
     }
     compareWithLimit(state);
 }
@@ -146,8 +150,7 @@ void BM_DeleteExpense(benchmark::State& state)
         state.PauseTiming();
         const store::Rows newest = store->query("SELECT MAX(F0) FROM Bills");
         state.ResumeTiming();
-        check(state,
-              !newest.empty() && deletion.deleteExpense(newest.front().integer(0)) == ledger::Outcome::Done);
+        check(state, !newest.empty() && deletion.deleteExpense(newest.front().integer(0)));
     }
     compareWithLimit(state);
 }
@@ -159,7 +162,7 @@ void BM_MoveExpenses(benchmark::State& state)
     service::ExpenseTransfer transfer(*store);
     static bool forth = true; // each repetition moves the expenses where they are
     for (auto _ : state) {
-        check(state, (forth ? transfer.move(1, 2) : transfer.move(2, 1)).ok());
+        check(state, forth ? transfer.move(1, 2) : transfer.move(2, 1));
         forth = !forth;
     }
     compareWithLimit(state);
@@ -200,7 +203,7 @@ void BM_ClearAll(benchmark::State& state)
         store::Store store(dir.path());
         store.verify();
         state.ResumeTiming();
-        check(state, service::Clearing(store).clearAll().ok());
+        check(state, service::Clearing(store).clearAll());
     }
     bench::reportAgainstLimit(state, dir.path());
 }

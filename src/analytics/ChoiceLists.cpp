@@ -8,14 +8,6 @@ namespace analytics {
 
 namespace {
 
-QStringList catalogueEntries(store::Transaction& tx, const QString& table)
-{
-    QStringList entries;
-    for (const store::Row& row : tx.query(QStringLiteral("SELECT F0, F1 FROM %1 ORDER BY F0").arg(table)))
-        entries.append(store::CatalogueEntry::format(row.value(0), row.value(1)));
-    return entries;
-}
-
 // Null sorts first, so the undated operations' year leads the list.
 QStringList bankYears(store::Transaction& tx)
 {
@@ -34,8 +26,8 @@ std::optional<ChoiceLists> ChoiceLists::read(store::Store& store)
 {
     store::Transaction tx(store);
     ChoiceLists lists;
-    lists.accounts = catalogueEntries(tx, QStringLiteral("Bills_Dict"));
-    lists.months = catalogueEntries(tx, QStringLiteral("Mon"));
+    lists.accounts = store::CatalogueEntry::listOf(tx, QStringLiteral("Bills_Dict"));
+    lists.months = store::CatalogueEntry::listOf(tx, QStringLiteral("Mon"));
     lists.years = bankYears(tx);
     if (!tx.commit())
         return std::nullopt;

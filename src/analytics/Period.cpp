@@ -1,6 +1,7 @@
 #include "Period.h"
 
 #include "store/CatalogueEntry.h"
+#include "store/Dates.h"
 
 namespace analytics {
 
@@ -13,13 +14,6 @@ std::optional<int> wholeNumber(const QString& text, int lowest, int highest)
     if (!ok || value < lowest || value > highest)
         return std::nullopt;
     return value;
-}
-
-// Every stored date that begins with `prefix`; none for an empty prefix.
-QVariantList rangeOf(const QString& prefix)
-{
-    const QString end = QStringLiteral("~");
-    return prefix.isEmpty() ? QVariantList{end, end} : QVariantList{prefix, prefix + end};
 }
 
 } // namespace
@@ -47,16 +41,14 @@ std::optional<int> Period::year() const
 QVariantList Period::yearRange() const
 {
     const auto y = year();
-    return rangeOf(y ? QStringLiteral("%1").arg(*y, 4, 10, QLatin1Char('0')) : QString());
+    return y ? store::storedYearRange(*y) : store::noStoredDates();
 }
 
 QVariantList Period::monthRange() const
 {
     const auto y = year();
     const auto m = month();
-    return rangeOf(
-        y && m ? QStringLiteral("%1-%2").arg(*y, 4, 10, QLatin1Char('0')).arg(*m, 2, 10, QLatin1Char('0'))
-               : QString());
+    return y && m ? store::storedMonthRange(*y, *m) : store::noStoredDates();
 }
 
 QString Period::label() const

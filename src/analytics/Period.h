@@ -27,10 +27,8 @@ public:
     std::optional<int> year() const;
 
     // The stored dates of the year and of the month, as the two values of
-    // "F1 >= ? AND F1 < ?". Dates are kept as "yyyy-MM-dd[ HH:mm:ss]" texts,
-    // so March 2005 runs from "2005-03" up to "2005-03~" ('~' sorts after
-    // digits, '-' and ' '); a plain text comparison needs no date function per
-    // row. A period that matches nothing gives a range nothing falls into.
+    // "F1 >= ? AND F1 < ?" (see store::storedMonthRange). A period that
+    // matches nothing gives a range nothing falls into.
     QVariantList yearRange() const;
     QVariantList monthRange() const;
 

@@ -8,9 +8,9 @@
 #include "Twips.h"
 #include "analytics/ui/AnalyticsWindow.h"
 #include "charts/ui/ChartsWindow.h"
+#include "service/Password.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
-#include "store/Transaction.h"
 #include "ui/UiTexts.h"
 
 #include <QCloseEvent>
@@ -18,7 +18,6 @@
 #include <QIcon>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QPushButton>
 #include <QShortcut>
 
 // The pictures are compiled into the static library; this makes sure the
@@ -86,13 +85,12 @@ service::ServiceWindow* Frame::serviceWindow() const
 
 bool Frame::start()
 {
-    store::Transaction tx(*m_store);
-    const QVariant password = tx.lookupValue("Tech", "F1", "F0 = ?", {QStringLiteral("PW")}, 1);
-    if (!tx.commit()) {
+    const std::optional<QString> password = service::Password(*m_store).current();
+    if (!password) {
         requestQuit(kFailureExitCode);
         return false;
     }
-    if (!password.toString().isEmpty())
+    if (!password->isEmpty())
         showSignIn();
     else
         showMainWindow();
@@ -149,11 +147,10 @@ void Frame::showSplash()
 
 void Frame::onSignInRequested(const QString& typed)
 {
-    store::Transaction tx(*m_store);
-    const QVariant password = tx.lookupValue("Tech", "F1", "F0 = ?", {QStringLiteral("PW")}, 1);
-    if (!tx.commit())
+    const std::optional<QString> password = service::Password(*m_store).current();
+    if (!password)
         return;
-    if (typed != password.toString()) {
+    if (typed != *password) {
         // One wrong password ends the program; the user starts it again to retry.
         m_dialogs.error(QString::fromUtf8(texts::wrongPassword));
         close();
@@ -188,8 +185,7 @@ void Frame::onMainWindowClosed()
 void Frame::connectServiceButton()
 {
     connect(m_main, &MainWindow::serviceRequested, this, &Frame::showServiceWindow);
-    if (auto* button = m_main->findChild<QPushButton*>(QStringLiteral("B2")))
-        button->setEnabled(true);
+    m_main->setServiceAvailable(true);
 }
 
 void Frame::showServiceWindow()
@@ -215,8 +211,7 @@ analytics::AnalyticsWindow* Frame::analyticsWindow() const
 void Frame::connectAnalyticsButton()
 {
     connect(m_main, &MainWindow::analyticsRequested, this, &Frame::showAnalyticsWindow);
-    if (auto* button = m_main->findChild<QPushButton*>(QStringLiteral("B1")))
-        button->setEnabled(true);
+    m_main->setAnalyticsAvailable(true);
 }
 
 void Frame::showAnalyticsWindow()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "SplashWindow.h"
-#include "ledger/Clock.h"
+#include "ui/Clock.h"
 #include "ui/DialogErrorSink.h"
 #include "ui/Dialogs.h"
 
@@ -35,7 +35,7 @@ class SignInWindow;
 // What the frame takes from outside besides the program folder and the boxes.
 struct FrameOptions
 {
-    ledger::Clock today = ledger::systemToday;
+    ui::Clock today = ui::systemToday;
     int splashIntervalMs = SplashWindow::kDefaultIntervalMs;
     ui::DialogErrorSink::Log log = ui::writeToStandardError;
 };

@@ -1,11 +1,11 @@
 #include "MainWindow.h"
 
+#include "MainWindowTexts.h"
 #include "ledger/Balances.h"
-#include "ledger/LedgerTables.h"
-#include "ledger/LedgerTexts.h"
 #include "ledger/MonthStatistics.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
+#include "store/TextLimit.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
@@ -27,11 +27,16 @@ QString text(const char* utf8)
 
 } // namespace
 
-MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::MainWindow>()), m_store(store), m_dialogs(dialogs),
       m_today(std::move(today)), m_bank(store), m_expenses(store), m_purseOperations(store), m_purses(store)
 {
     m_ui->setupUi(this);
+    // A text field stops where its column in the data file ends.
+    m_ui->R3->setMaxLength(store::textLimit("Bills", "F4"));
+    m_ui->R4->setMaxLength(store::textLimit("Bills", "F5"));
+    m_ui->T1->setMaxLength(store::textLimit("Purse_Dict", "F1"));
+    m_ui->T3->setMaxLength(store::textLimit("Purse_Dict", "F3"));
     auto* figures = new ui::FittedFigures(this);
     for (QLineEdit* field : {m_ui->S1, m_ui->S2, m_ui->S3, m_ui->S4, m_ui->T10, m_ui->T11, m_ui->T4})
         figures->add(field);
@@ -107,37 +112,44 @@ void MainWindow::refreshMonthStatistics()
     m_ui->S4->setText(statistics->previous.expenses.toDisplayString());
 }
 
+void MainWindow::setAnalyticsAvailable(bool available)
+{
+    m_ui->B1->setEnabled(available);
+}
+
+void MainWindow::setServiceAvailable(bool available)
+{
+    m_ui->B2->setEnabled(available);
+}
+
 void MainWindow::onBankOperation()
 {
     const QString typed = m_ui->T9->text();
     const auto amount = store::Amount::parse(typed);
     if (!amount) {
-        m_dialogs.error(text(ledger::texts::mustBeNumber));
+        m_dialogs.error(text(texts::mustBeNumber));
         return finishBankOperation();
     }
     const auto date = store::parseDate(m_ui->T12->text());
     if (!date) {
-        m_dialogs.error(text(ledger::texts::mustBeValidDate));
+        m_dialogs.error(text(texts::mustBeValidDate));
         return finishBankOperation();
     }
     // Cancel gives an empty comment; the operation goes on.
     const QString comment =
-        m_dialogs.askText(text(ledger::texts::commentPrompt) + typed, text(ledger::texts::commentTitle))
-            .value_or(QString());
+        m_dialogs.askText(text(texts::commentPrompt) + typed, text(texts::commentTitle)).value_or(QString());
     // Anything but "Положить" chosen is a withdrawal.
     const bool deposit = m_ui->O1->isChecked();
-    const ledger::Outcome outcome = m_bank.record(
+    const store::Outcome outcome = m_bank.record(
         {*date, *amount, deposit ? ledger::BankDirection::Deposit : ledger::BankDirection::Withdrawal,
-         ledger::tables::fitText(comment)});
+         comment});
     // A failure of the store has been shown; the handler stops with the window as it is.
-    if (outcome == ledger::Outcome::NotSaved)
+    if (!outcome && !outcome.isRefused())
         return;
-    if (outcome == ledger::Outcome::Done)
-        m_dialogs.information(
-            text(ledger::texts::bankDoneTitle),
-            text(ledger::texts::amountPrefix) + typed +
-                text(deposit ? ledger::texts::depositedSuffix : ledger::texts::withdrawnSuffix));
-    reportOutOfRange(outcome);
+    if (m_dialogs.report(outcome))
+        m_dialogs.information(text(texts::bankDoneTitle),
+                              text(texts::amountPrefix) + typed +
+                                  text(deposit ? texts::depositedSuffix : texts::withdrawnSuffix));
     finishBankOperation();
 }
 
@@ -153,23 +165,21 @@ void MainWindow::onPurseOperation()
 {
     const std::optional<int> purse = openPurseCode();
     if (!purse)
-        return m_dialogs.error(text(ledger::texts::openPurseFirst));
+        return m_dialogs.error(text(texts::openPurseFirst));
     const QString typed = m_ui->T14->text();
     const auto amount = store::Amount::parse(typed);
     if (!amount)
-        return m_dialogs.error(text(ledger::texts::mustBeNumber));
+        return m_dialogs.error(text(texts::mustBeNumber));
     // Anything but "Положить" chosen takes money out.
     const bool putIn = m_ui->O3->isChecked();
     const auto confirm = [&] {
-        m_dialogs.information(
-            text(ui::texts::informationTitle),
-            text(ledger::texts::amountPrefix) + typed +
-                text(putIn ? ledger::texts::putInPurseSuffix : ledger::texts::takenFromPurseSuffix));
+        m_dialogs.information(text(ui::texts::informationTitle),
+                              text(texts::amountPrefix) + typed +
+                                  text(putIn ? texts::putInPurseSuffix : texts::takenFromPurseSuffix));
     };
-    const ledger::Outcome outcome = m_purseOperations.move(
+    const store::Outcome outcome = m_purseOperations.move(
         *purse, *amount, putIn ? ledger::PurseDirection::PutIn : ledger::PurseDirection::TakeOut, confirm);
-    reportOutOfRange(outcome);
-    if (outcome == ledger::Outcome::Done)
+    if (m_dialogs.report(outcome))
         refreshListsAndBalances();
 }
 
@@ -180,22 +190,19 @@ void MainWindow::onExpense()
     const std::optional<int> account = chosenCode(m_ui->R2);
     const std::optional<int> purse = openPurseCode();
     if (!purse || !account || !amount)
-        return m_dialogs.error(text(ledger::texts::expenseFieldsMissing));
+        return m_dialogs.error(text(texts::expenseFieldsMissing));
     const auto date = store::parseDate(m_ui->T12->text());
     if (!date)
-        return m_dialogs.error(text(ledger::texts::mustBeValidDate));
+        return m_dialogs.error(text(texts::mustBeValidDate));
     const QString name = m_ui->R3->text();
-    const ledger::BookedExpense booked =
-        m_expenses.book({*date, *account, *amount, name, m_ui->R4->text(), *purse});
-    reportOutOfRange(booked.outcome);
-    if (booked.outcome != ledger::Outcome::Done)
+    const auto booked = m_expenses.book({*date, *account, *amount, name, m_ui->R4->text(), *purse});
+    if (!m_dialogs.report(booked))
         return;
-    showMoneyInPurses(booked.purseBalance, booked.purseTotal);
-    const QString lineBreak = text(ledger::texts::lineBreak);
+    showMoneyInPurses(booked.value().purseBalance, booked.value().purseTotal);
+    const QString lineBreak = text(texts::lineBreak);
     m_dialogs.information(text(ui::texts::informationTitle),
-                          text(ledger::texts::expenseAmountLine) + typed + lineBreak +
-                              text(ledger::texts::expenseNameLine) + name + lineBreak +
-                              text(ledger::texts::expenseDoneLine));
+                          text(texts::expenseAmountLine) + typed + lineBreak + text(texts::expenseNameLine) +
+                              name + lineBreak + text(texts::expenseDoneLine));
     // The account, the date and the open purse stay for the next expense.
     m_ui->R1->clear();
     m_ui->R3->clear();
@@ -207,7 +214,7 @@ void MainWindow::onOpenPurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (!purse)
-        return m_dialogs.error(text(ledger::texts::choosePurseToEdit));
+        return m_dialogs.error(text(texts::choosePurseToEdit));
     const std::optional<ledger::PurseCard> card = m_purses.open(*purse);
     if (!card)
         return;
@@ -224,11 +231,11 @@ void MainWindow::onSavePurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (m_ui->T1->text().isEmpty() || !purse)
-        m_dialogs.error(text(ledger::texts::purseCodeNeeded));
-    else if (!m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text()))
+        m_dialogs.error(text(texts::purseCodeNeeded));
+    else if (!m_dialogs.report(m_purses.rename(*purse, m_ui->T1->text(), m_ui->T3->text())))
         return;
     else
-        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::changesSaved));
+        m_dialogs.information(text(ui::texts::informationTitle), text(texts::changesSaved));
     refreshListsAndBalances();
 }
 
@@ -236,15 +243,13 @@ void MainWindow::onDeletePurse()
 {
     const std::optional<int> purse = chosenCode(m_ui->Combo1);
     if (m_ui->T1->text().isEmpty() || !purse) {
-        m_dialogs.error(text(ledger::texts::choosePurseToDelete));
-    } else if (m_dialogs.confirm(text(ledger::texts::deletePurseTitle),
-                                 text(ledger::texts::confirmPurseDeletion))) {
-        const ledger::Outcome outcome = m_purses.remove(*purse);
-        if (outcome == ledger::Outcome::NotSaved)
+        m_dialogs.error(text(texts::choosePurseToDelete));
+    } else if (m_dialogs.confirm(text(texts::deletePurseTitle), text(texts::confirmPurseDeletion))) {
+        const store::Outcome outcome = m_purses.remove(*purse);
+        if (!outcome && !outcome.isRefused())
             return;
-        if (outcome == ledger::Outcome::Done)
-            m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseDeleted));
-        reportOutOfRange(outcome);
+        if (m_dialogs.report(outcome))
+            m_dialogs.information(text(ui::texts::informationTitle), text(texts::purseDeleted));
     }
     refreshListsAndBalances();
 }
@@ -252,13 +257,12 @@ void MainWindow::onDeletePurse()
 void MainWindow::onNewPurse()
 {
     // An empty name, or Cancel, adds nothing and says nothing.
-    const QString name = ledger::tables::fitText(
-        m_dialogs.askText(text(ledger::texts::newPursePrompt), text(ledger::texts::newPurseTitle))
-            .value_or(QString()));
+    const QString name =
+        m_dialogs.askText(text(texts::newPursePrompt), text(texts::newPurseTitle)).value_or(QString());
     if (!name.isEmpty()) {
-        if (!m_purses.create(name))
+        if (!m_dialogs.report(m_purses.create(name)))
             return;
-        m_dialogs.information(text(ui::texts::informationTitle), text(ledger::texts::purseAdded));
+        m_dialogs.information(text(ui::texts::informationTitle), text(texts::purseAdded));
     }
     refreshListsAndBalances();
 }
@@ -267,12 +271,6 @@ void MainWindow::showMoneyInPurses(store::Amount purseBalance, store::WideAmount
 {
     m_ui->T4->setText(purseBalance.toDisplayString());
     m_ui->T10->setText(purseTotal.toBalanceString());
-}
-
-void MainWindow::reportOutOfRange(ledger::Outcome outcome)
-{
-    if (outcome == ledger::Outcome::OutOfRange)
-        m_dialogs.error(text(ledger::texts::amountOutOfRange));
 }
 
 std::optional<int> MainWindow::chosenCode(const QComboBox* list)

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "ledger/Bank.h"
-#include "ledger/Clock.h"
 #include "ledger/Expenses.h"
 #include "ledger/PurseCatalogue.h"
 #include "ledger/PurseOperations.h"
+#include "ui/Clock.h"
 
 #include <QWidget>
 
@@ -33,7 +33,7 @@ class MainWindow : public QWidget
     Q_OBJECT
 
 public:
-    MainWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent = nullptr);
+    MainWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent = nullptr);
     ~MainWindow() override;
 
     // The load step: lists, balances, month statistics and today's date.
@@ -48,6 +48,10 @@ public:
     // Income and expenses of the current and the previous month, by the
     // computer's calendar.
     void refreshMonthStatistics();
+    // "Аналитика" and "Сервис" stay disabled until whoever shows those
+    // windows is connected to them.
+    void setAnalyticsAvailable(bool available);
+    void setServiceAvailable(bool available);
 
 signals:
     void analyticsRequested(); // B1 "Аналитика"
@@ -73,7 +77,6 @@ private:
     void onDeletePurse();    // VC3 "Удалить"
     void onNewPurse();       // VC4 "Новый"
     void showMoneyInPurses(store::Amount purseBalance, store::WideAmount purseTotal);
-    void reportOutOfRange(ledger::Outcome outcome);
     // The code of the entry a list shows ("3 - Питание" gives 3).
     static std::optional<int> chosenCode(const QComboBox* list);
     // The purse opened with "На редакцию": a name in T1 and a purse in Combo1.
@@ -83,7 +86,7 @@ private:
     std::unique_ptr<Ui::MainWindow> m_ui;
     store::Store& m_store;
     ui::Dialogs& m_dialogs;
-    ledger::Clock m_today;
+    ui::Clock m_today;
     ledger::Bank m_bank;
     ledger::Expenses m_expenses;
     ledger::PurseOperations m_purseOperations;

@@ -1,26 +1,31 @@
 #include "Bank.h"
 
-#include "LedgerTables.h"
+#include "store/MoneyFigures.h"
+#include "store/MoneyRows.h"
+#include "store/TextLimit.h"
+#include "store/Transaction.h"
 
 namespace ledger {
 
-Outcome Bank::record(const BankOperation& operation)
+store::Outcome Bank::record(const BankOperation& operation)
 {
+    if (auto refused = store::refuseTooLong({{"Bank", "F3", operation.comment}}))
+        return *refused;
     store::Transaction tx(m_store);
-    const store::Amount stored = tables::storedBalance(tx);
-    const MoneyFigures before = MoneyFigures::read(tx, {operation.date});
+    const store::Amount stored = store::money::storedBalance(tx);
+    const auto before = store::MoneyFigures::read(tx, {operation.date});
     if (!tx.ok())
-        return tables::finish(tx);
+        return store::Outcome::committed(tx.commit());
     const store::WideAmount typed = operation.amount;
     const auto row =
         (operation.direction == BankDirection::Deposit ? typed : -typed).roundedToCents().toAmount();
     const auto balance = row ? (store::WideAmount(stored) + *row).toAmount() : std::nullopt;
     if (!balance)
-        return Outcome::OutOfRange;
+        return store::MoneyFigures::outOfRange();
     tx.execute(QStringLiteral("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)"),
                {operation.date, *row, operation.comment});
-    tables::writeStoredBalance(tx, *balance);
-    return tables::finishInRange(tx, before);
+    store::money::writeStoredBalance(tx, *balance);
+    return store::MoneyFigures::commitInRange(tx, before);
 }
 
 } // namespace ledger

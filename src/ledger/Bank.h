@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Outcome.h"
-
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
 
 #include <QDate>
@@ -29,12 +28,13 @@ struct BankOperation
 // kopecks, half up towards plus infinity (a deposit of 12,345 is kept as
 // 12,35, a withdrawal of 12,345 as −12,34), and the stored balance moved by
 // exactly that row's amount, so it always equals the sum of the operations.
+// A comment longer than its column holds is refused.
 class Bank
 {
 public:
     explicit Bank(store::Store& store) : m_store(store) {}
 
-    Outcome record(const BankOperation& operation);
+    store::Outcome record(const BankOperation& operation);
 
 private:
     store::Store& m_store;

@@ -1,28 +1,36 @@
 #include "Expenses.h"
 
-#include "LedgerTables.h"
+#include "store/MoneyFigures.h"
+#include "store/MoneyRows.h"
+#include "store/TextLimit.h"
+#include "store/Transaction.h"
 
 namespace ledger {
 
-BookedExpense Expenses::book(const Expense& expense)
+store::Result<BookedExpense> Expenses::book(const Expense& expense)
 {
+    namespace money = store::money;
+    if (auto refused = store::refuseTooLong({{"Bills", "F4", expense.name}, {"Bills", "F5", expense.note}}))
+        return *refused;
     store::Transaction tx(m_store);
-    const store::Amount stored = tables::storedBalance(tx);
-    const store::Amount purse = tables::purseBalance(tx, expense.purse);
-    const MoneyFigures before = MoneyFigures::read(tx, {expense.date});
+    const store::Amount stored = money::storedBalance(tx);
+    const store::Amount purse = money::purseBalance(tx, expense.purse).value_or(store::Amount());
+    const auto before = store::MoneyFigures::read(tx, {expense.date});
     if (!tx.ok())
-        return {tables::finish(tx), {}, {}};
+        return store::Outcome::committed(tx.commit());
     const store::Amount spent = expense.amount.roundedToCents();
     const auto balance = (store::WideAmount(stored) - spent).toAmount();
     const auto purseBalance = (store::WideAmount(purse) - spent).toAmount();
     if (!balance || !purseBalance)
-        return {Outcome::OutOfRange, {}, {}};
+        return store::MoneyFigures::outOfRange();
     tx.execute(QStringLiteral("INSERT INTO Bills (F1, F2, F3, F4, F5, F6) VALUES (?, ?, ?, ?, ?, ?)"),
                {expense.date, expense.account, spent, expense.name, expense.note, expense.purse});
-    tables::writeStoredBalance(tx, *balance);
-    tables::writePurseBalance(tx, expense.purse, *purseBalance);
-    BookedExpense booked{Outcome::NotSaved, *purseBalance, tables::purseTotal(tx)};
-    booked.outcome = tables::finishInRange(tx, before);
+    money::writeStoredBalance(tx, *balance);
+    money::writePurseBalance(tx, expense.purse, *purseBalance);
+    const BookedExpense booked{*purseBalance, money::purseTotal(tx)};
+    const store::Outcome outcome = store::MoneyFigures::commitInRange(tx, before);
+    if (!outcome)
+        return outcome;
     return booked;
 }
 

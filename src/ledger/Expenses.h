@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Outcome.h"
-
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
 #include "store/WideAmount.h"
 
@@ -22,10 +21,9 @@ struct Expense
     int purse = 0;
 };
 
+// After the booking: the purse's money and the money of all purses.
 struct BookedExpense
 {
-    Outcome outcome = Outcome::NotSaved;
-    // After the booking: the purse's money and the money of all purses.
     store::Amount purseBalance;
     store::WideAmount purseTotal;
 };
@@ -35,13 +33,14 @@ struct BookedExpense
 // in the bank (whole money less the purses) does not move. Neither balance is
 // kept from going below zero, and a negative expense raises both. The purse's
 // balance is read in the same transaction, so a balance changed by another
-// copy of the program since the purse was opened is not overwritten.
+// copy of the program since the purse was opened is not overwritten. A name
+// or note longer than its column holds is refused.
 class Expenses
 {
 public:
     explicit Expenses(store::Store& store) : m_store(store) {}
 
-    BookedExpense book(const Expense& expense);
+    store::Result<BookedExpense> book(const Expense& expense);
 
 private:
     store::Store& m_store;

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Outcome.h"
-
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
 
 #include <functional>
@@ -28,8 +27,8 @@ public:
     // kopecks as a bank operation's amount is. `beforeSave` runs once the new
     // row is in place and before the file is written: the window confirms
     // there, so the confirmation comes before the new balance reaches the file.
-    Outcome move(int purseCode, store::Amount amount, PurseDirection direction,
-                 const std::function<void()>& beforeSave = {});
+    store::Outcome move(int purseCode, store::Amount amount, PurseDirection direction,
+                        const std::function<void()>& beforeSave = {});
 
 private:
     store::Store& m_store;

@@ -1,7 +1,10 @@
 #include "AccountCatalogue.h"
 
+#include "ServiceTexts.h"
+
 #include "store/CatalogueEntry.h"
 #include "store/NextCode.h"
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -9,9 +12,7 @@ namespace service {
 std::optional<QStringList> AccountCatalogue::entries()
 {
     store::Transaction tx(m_store);
-    QStringList list;
-    for (const store::Row& row : tx.query(QStringLiteral("SELECT F0, F1 FROM Bills_Dict ORDER BY F0")))
-        list.append(store::CatalogueEntry::format(row.value(0), row.value(1)));
+    const QStringList list = store::CatalogueEntry::listOf(tx, QStringLiteral("Bills_Dict"));
     if (!tx.commit())
         return std::nullopt;
     return list;
@@ -27,35 +28,37 @@ std::optional<QString> AccountCatalogue::name(int code)
     return value.toString();
 }
 
-store::StoreResult AccountCatalogue::rename(int code, const QString& name)
+store::Outcome AccountCatalogue::rename(int code, const QString& name)
 {
+    if (auto refused = store::refuseTooLong({{"Bills_Dict", "F1", name}}))
+        return *refused;
     store::Transaction tx(m_store);
     tx.execute(QStringLiteral("DELETE FROM Bills_Dict WHERE F0 = ?"), {code});
     tx.execute(QStringLiteral("INSERT INTO Bills_Dict (F0, F1) VALUES (?, ?)"), {code, name});
-    return tx.commit();
+    return store::Outcome::committed(tx.commit());
 }
 
-AccountCatalogue::Removal AccountCatalogue::remove(int code)
+store::Outcome AccountCatalogue::remove(int code)
 {
     store::Transaction tx(m_store);
     const store::Rows used = tx.query(QStringLiteral("SELECT COUNT(*) FROM Bills WHERE F2 = ?"), {code});
-    Removal removal;
-    removal.expenses = used.empty() ? 0 : used.front().integer(0);
-    if (!tx.ok() || removal.expenses > 0)
-        return removal;
+    const qlonglong expenses = used.empty() ? 0 : used.front().integer(0);
+    if (tx.ok() && expenses > 0)
+        return store::Outcome::refused(QString::fromUtf8(texts::accountInUse).arg(expenses));
     tx.execute(QStringLiteral("DELETE FROM Bills_Dict WHERE F0 = ?"), {code});
-    removal.removed = tx.commit().ok();
-    return removal;
+    return store::Outcome::committed(tx.commit());
 }
 
-std::optional<int> AccountCatalogue::add(const QString& name)
+store::Result<int> AccountCatalogue::add(const QString& name)
 {
+    if (auto refused = store::refuseTooLong({{"Bills_Dict", "F1", name}}))
+        return *refused;
     store::Transaction tx(m_store);
     const qlonglong code = store::nextCode(tx, {{QStringLiteral("Bills_Dict"), QStringLiteral("F0")},
                                                 {QStringLiteral("Bills"), QStringLiteral("F2")}});
     tx.execute(QStringLiteral("INSERT INTO Bills_Dict (F0, F1) VALUES (?, ?)"), {code, name});
     if (!tx.commit())
-        return std::nullopt;
+        return store::Outcome::notSaved();
     return static_cast<int>(code);
 }
 

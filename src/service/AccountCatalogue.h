@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 #include <QString>
 #include <QStringList>
@@ -17,16 +17,6 @@ namespace service {
 class AccountCatalogue
 {
 public:
-    static constexpr int kMaxNameLength = 255;
-
-    // What remove() did: an account with expenses is kept.
-    struct Removal
-    {
-        bool removed = false;
-        // The expenses booked on the account; nothing is removed while there are any.
-        qlonglong expenses = 0;
-    };
-
     explicit AccountCatalogue(store::Store& store) : m_store(store) {}
 
     // "3 - Питание" for every account, in code order; nullopt when the data
@@ -34,14 +24,15 @@ public:
     std::optional<QStringList> entries();
     // The account's name; "" when there is no such account.
     std::optional<QString> name(int code);
-    // Keeps the code, so the account's expenses stay with it.
-    store::StoreResult rename(int code, const QString& name);
-    // Removes the catalogue row of an account without expenses. Not removed
-    // when the data file could not be read or written (the store has said why).
-    Removal remove(int code);
+    // Keeps the code, so the account's expenses stay with it. A name longer
+    // than its column holds is refused, here and in add().
+    store::Outcome rename(int code, const QString& name);
+    // Removes the catalogue row of an account without expenses; an account
+    // that still has expenses is refused, the message giving their number.
+    store::Outcome remove(int code);
     // Adds an account under 1 + the largest code of the catalogue and of the
     // expenses, and returns that code.
-    std::optional<int> add(const QString& name);
+    store::Result<int> add(const QString& name);
 
 private:
     store::Store& m_store;

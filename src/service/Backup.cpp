@@ -5,9 +5,9 @@
 #include "jet/AtomicFile.h"
 #include "jet/RegularFile.h"
 #include "jet/Writer.h"
-#include "ledger/MoneyFigures.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
+#include "store/MoneyFigures.h"
 #include "store/Schema.h"
 #include "store/Snapshot.h"
 #include "store/Transaction.h"
@@ -96,7 +96,7 @@ std::optional<Backup::Outcome> Backup::moneyProblem(jet::Database contents, QDat
 {
     try {
         store::Snapshot backup(std::move(contents));
-        const auto figures = ledger::MoneyFigures::read(backup, ledger::MonthStatistics::shownMonths(today));
+        const auto figures = store::MoneyFigures::read(backup, store::MoneyFigures::shownMonths(today));
         if (!figures.keepsInRange({}))
             return failure(QString::fromUtf8(texts::amountOutOfRange));
     } catch (const std::bad_alloc&) {

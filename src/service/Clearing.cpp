@@ -1,10 +1,11 @@
 #include "Clearing.h"
 
+#include "store/MoneyRows.h"
 #include "store/Transaction.h"
 
 namespace service {
 
-store::StoreResult Clearing::clearAll()
+store::Outcome Clearing::clearAll()
 {
     store::Transaction tx(m_store);
     for (const char* statement : {
@@ -14,10 +15,10 @@ store::StoreResult Clearing::clearAll()
              "DELETE FROM Purse",
              "DELETE FROM Purse_Dict",
              "UPDATE Tech SET F3 = Null WHERE F0 = 'BACKUP'",
-             "UPDATE Tech SET F2 = 0 WHERE F0 = 'OSTATOK'",
          })
         tx.execute(QString::fromLatin1(statement));
-    return tx.commit();
+    store::money::writeStoredBalance(tx, store::Amount());
+    return store::Outcome::committed(tx.commit());
 }
 
 } // namespace service

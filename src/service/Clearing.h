@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 namespace service {
 
@@ -14,7 +14,7 @@ class Clearing
 public:
     explicit Clearing(store::Store& store) : m_store(store) {}
 
-    store::StoreResult clearAll();
+    store::Outcome clearAll();
 
 private:
     store::Store& m_store;

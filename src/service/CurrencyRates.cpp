@@ -29,13 +29,13 @@ std::optional<CurrencyRates::Rates> CurrencyRates::read()
     return rates;
 }
 
-store::StoreResult CurrencyRates::write(store::Amount usd, store::Amount eur)
+store::Outcome CurrencyRates::write(store::Amount usd, store::Amount eur)
 {
     const QString update = QStringLiteral("UPDATE Cur SET F1 = ? WHERE F0 = ?");
     store::Transaction tx(m_store);
     tx.execute(update, {usd.roundedToCents(), kUsdRow});
     tx.execute(update, {eur.roundedToCents(), kEurRow});
-    return tx.commit();
+    return store::Outcome::committed(tx.commit());
 }
 
 } // namespace service

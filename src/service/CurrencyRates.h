@@ -1,8 +1,8 @@
 #pragma once
 
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 #include <optional>
 
@@ -26,7 +26,7 @@ public:
     std::optional<Rates> read();
     // Stores both rates rounded to cents, half up. Only existing rows are
     // updated: a missing row stays missing.
-    store::StoreResult write(store::Amount usd, store::Amount eur);
+    store::Outcome write(store::Amount usd, store::Amount eur);
 
 private:
     store::Store& m_store;

@@ -4,12 +4,12 @@
 
 namespace service {
 
-store::StoreResult ExpenseTransfer::move(int fromAccount, int toAccount)
+store::Outcome ExpenseTransfer::move(int fromAccount, int toAccount)
 {
     store::Transaction tx(m_store);
     if (fromAccount != toAccount)
         tx.execute(QStringLiteral("UPDATE Bills SET F2 = ? WHERE F2 = ?"), {toAccount, fromAccount});
-    return tx.commit();
+    return store::Outcome::committed(tx.commit());
 }
 
 } // namespace service

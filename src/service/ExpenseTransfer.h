@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 namespace service {
 
@@ -14,7 +14,7 @@ public:
     explicit ExpenseTransfer(store::Store& store) : m_store(store) {}
 
     // Moving an account onto itself changes nothing and writes nothing.
-    store::StoreResult move(int fromAccount, int toAccount);
+    store::Outcome move(int fromAccount, int toAccount);
 
 private:
     store::Store& m_store;

@@ -1,11 +1,16 @@
 #include "OperationDeletion.h"
 
-#include "ledger/LedgerTables.h"
+#include "ServiceTexts.h"
+
+#include "store/MoneyFigures.h"
+#include "store/MoneyRows.h"
 #include "store/Transaction.h"
 
 #include <limits>
 
 namespace service {
+
+namespace money = store::money;
 
 namespace {
 
@@ -24,6 +29,22 @@ std::vector<QDate> monthOf(const store::Row& row, int dateColumn)
     return day.isValid() ? std::vector{day} : std::vector<QDate>{};
 }
 
+// An operation number typed or chosen: a positive whole number of the number
+// columns' range.
+std::optional<qlonglong> numberOf(const QString& text)
+{
+    const QString digits = text.trimmed();
+    if (digits.isEmpty() || digits.size() > 10)
+        return std::nullopt;
+    for (const QChar ch : digits)
+        if (ch < QLatin1Char('0') || ch > QLatin1Char('9'))
+            return std::nullopt;
+    const qlonglong number = digits.toLongLong();
+    if (number <= 0 || number > std::numeric_limits<std::int32_t>::max())
+        return std::nullopt;
+    return number;
+}
+
 } // namespace
 
 std::optional<OperationDeletion::Day> OperationDeletion::list(QDate day)
@@ -39,78 +60,67 @@ std::optional<OperationDeletion::Day> OperationDeletion::list(QDate day)
     return found;
 }
 
-OperationDeletion::Found OperationDeletion::find(const QString& sql, qlonglong number)
+store::Result<OperationDeletion::Operation> OperationDeletion::find(const QString& sql, const QString& typed)
 {
+    const store::Outcome noSuchOperation = store::Outcome::refused(QString::fromUtf8(texts::selectOperation));
+    const std::optional<qlonglong> number = numberOf(typed);
+    if (!number)
+        return noSuchOperation;
     store::Transaction tx(m_store);
-    const store::Rows rows = tx.query(sql, {number});
-    Found found;
-    found.readable = tx.commit().ok();
-    if (found.readable && !rows.empty())
-        found.operation = Operation{number, rows.front().amount(0), rows.front().text(1)};
-    return found;
+    const store::Rows rows = tx.query(sql, {*number});
+    if (!tx.commit())
+        return store::Outcome::notSaved();
+    if (rows.empty())
+        return noSuchOperation;
+    return Operation{*number, rows.front().amount(0), rows.front().text(1)};
 }
 
-OperationDeletion::Found OperationDeletion::findBankOperation(qlonglong number)
+store::Result<OperationDeletion::Operation> OperationDeletion::findBankOperation(const QString& typed)
 {
-    return find(QStringLiteral("SELECT F2, F3 FROM Bank WHERE F0 = ?"), number);
+    return find(QStringLiteral("SELECT F2, F3 FROM Bank WHERE F0 = ?"), typed);
 }
 
-OperationDeletion::Found OperationDeletion::findExpense(qlonglong number)
+store::Result<OperationDeletion::Operation> OperationDeletion::findExpense(const QString& typed)
 {
-    return find(QStringLiteral("SELECT F3, F4 FROM Bills WHERE F0 = ?"), number);
+    return find(QStringLiteral("SELECT F3, F4 FROM Bills WHERE F0 = ?"), typed);
 }
 
-ledger::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
+store::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
 {
-    namespace tables = ledger::tables;
     store::Transaction tx(m_store);
     const store::Rows rows = tx.query(QStringLiteral("SELECT F2, F1 FROM Bank WHERE F0 = ?"), {number});
     if (rows.empty())
-        return tables::finish(tx);
-    const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 1));
-    const auto balance = (store::WideAmount(tables::storedBalance(tx)) - rows.front().amount(0)).toAmount();
+        return store::Outcome::committed(tx.commit());
+    const auto before = store::MoneyFigures::read(tx, monthOf(rows.front(), 1));
+    const auto balance = (store::WideAmount(money::storedBalance(tx)) - rows.front().amount(0)).toAmount();
     if (!balance)
-        return ledger::Outcome::OutOfRange;
-    tables::writeStoredBalance(tx, *balance);
+        return store::MoneyFigures::outOfRange();
+    money::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bank WHERE F0 = ?"), {number});
-    return tables::finishInRange(tx, before);
+    return store::MoneyFigures::commitInRange(tx, before);
 }
 
-ledger::Outcome OperationDeletion::deleteExpense(qlonglong number)
+store::Outcome OperationDeletion::deleteExpense(qlonglong number)
 {
-    namespace tables = ledger::tables;
     store::Transaction tx(m_store);
     const store::Rows rows = tx.query(QStringLiteral("SELECT F3, F6, F1 FROM Bills WHERE F0 = ?"), {number});
     if (rows.empty())
-        return tables::finish(tx);
-    const auto before = ledger::MoneyFigures::read(tx, monthOf(rows.front(), 2));
+        return store::Outcome::committed(tx.commit());
+    const auto before = store::MoneyFigures::read(tx, monthOf(rows.front(), 2));
     const store::Amount amount = rows.front().amount(0);
-    const QVariant purse = rows.front().value(1);
-    const store::Amount inPurse =
-        tx.lookupAmount(QStringLiteral("Purse"), QStringLiteral("F1"), QStringLiteral("F0 = ?"), {purse});
-    const auto balance = (store::WideAmount(tables::storedBalance(tx)) + amount).toAmount();
-    const auto purseBalance = (store::WideAmount(inPurse) + amount).toAmount();
-    if (!balance || !purseBalance)
-        return ledger::Outcome::OutOfRange;
-    tables::writeStoredBalance(tx, *balance);
+    // A purse deleted since has nothing to give back to.
+    const int purse = static_cast<int>(rows.front().integer(1));
+    const bool purseKept = rows.front().value(1).isValid() && money::purseExists(tx, purse);
+    const auto balance = (store::WideAmount(money::storedBalance(tx)) + amount).toAmount();
+    const auto purseBalance =
+        (store::WideAmount(money::purseBalance(tx, purse).value_or(store::Amount())) + amount).toAmount();
+    if (!balance || (purseKept && !purseBalance))
+        return store::MoneyFigures::outOfRange();
+    money::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bills WHERE F0 = ?"), {number});
-    // A purse deleted since keeps no row: nothing to give back to.
-    tx.execute(QStringLiteral("UPDATE Purse SET F1 = ? WHERE F0 = ?"), {*purseBalance, purse});
-    return tables::finishInRange(tx, before);
-}
-
-std::optional<qlonglong> OperationDeletion::numberOf(const QString& text)
-{
-    const QString digits = text.trimmed();
-    if (digits.isEmpty() || digits.size() > 10)
-        return std::nullopt;
-    for (const QChar ch : digits)
-        if (ch < QLatin1Char('0') || ch > QLatin1Char('9'))
-            return std::nullopt;
-    const qlonglong number = digits.toLongLong();
-    if (number <= 0 || number > std::numeric_limits<std::int32_t>::max())
-        return std::nullopt;
-    return number;
+    if (purseKept)
+        money::writePurseBalance(tx, purse, *purseBalance);
+    return store::MoneyFigures::commitInRange(tx, before);
 }
 
 } // namespace service

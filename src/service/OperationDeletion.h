@@ -1,9 +1,8 @@
 #pragma once
 
-#include "ledger/Outcome.h"
 #include "store/Amount.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 #include <QDate>
 #include <QString>
@@ -34,36 +33,27 @@ public:
         QString name;
     };
 
-    // The outcome of looking an operation up: `readable` is false when the
-    // data file could not be read (the store has said why).
-    struct Found
-    {
-        bool readable = false;
-        std::optional<Operation> operation;
-    };
-
     explicit OperationDeletion(store::Store& store) : m_store(store) {}
 
     // Operations dated exactly `day` (with no time of day).
     std::optional<Day> list(QDate day);
 
-    Found findBankOperation(qlonglong number);
-    Found findExpense(qlonglong number);
+    // The operation whose number is typed or chosen in `typed`; refused when
+    // the text is not the number of an operation of its table.
+    store::Result<Operation> findBankOperation(const QString& typed);
+    store::Result<Operation> findExpense(const QString& typed);
 
     // Deleting a deposit lowers the balance by exactly its amount, deleting a
     // withdrawal (stored negative) raises it. A number no longer in the table
     // changes nothing. A deletion that would put the balance or a figure of
-    // the main window out of the money columns' range is refused (OutOfRange)
-    // with nothing written.
-    ledger::Outcome deleteBankOperation(qlonglong number);
+    // the main window out of the money columns' range is refused with
+    // nothing written.
+    store::Outcome deleteBankOperation(qlonglong number);
     // Gives the expense's amount back to the balance and to its purse.
-    ledger::Outcome deleteExpense(qlonglong number);
-
-    // An operation number typed or chosen: a positive whole number.
-    static std::optional<qlonglong> numberOf(const QString& text);
+    store::Outcome deleteExpense(qlonglong number);
 
 private:
-    Found find(const QString& sql, qlonglong number);
+    store::Result<Operation> find(const QString& sql, const QString& typed);
 
     store::Store& m_store;
 };

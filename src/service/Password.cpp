@@ -1,5 +1,6 @@
 #include "Password.h"
 
+#include "store/TextLimit.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -20,19 +21,21 @@ std::optional<QString> Password::current()
     return value.toString();
 }
 
-store::StoreResult Password::set(const QString& password)
+store::Outcome Password::set(const QString& password)
 {
+    if (auto refused = store::refuseTooLong({{"Tech", "F1", password}}))
+        return *refused;
     store::Transaction tx(m_store);
     tx.execute(kDeleteRow);
     tx.execute(QStringLiteral("INSERT INTO Tech (F0, F1) VALUES ('PW', ?)"), {password});
-    return tx.commit();
+    return store::Outcome::committed(tx.commit());
 }
 
-store::StoreResult Password::remove()
+store::Outcome Password::remove()
 {
     store::Transaction tx(m_store);
     tx.execute(kDeleteRow);
-    return tx.commit();
+    return store::Outcome::committed(tx.commit());
 }
 
 } // namespace service

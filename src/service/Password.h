@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/Outcome.h"
 #include "store/Store.h"
-#include "store/StoreResult.h"
 
 #include <QString>
 
@@ -14,15 +14,14 @@ namespace service {
 class Password
 {
 public:
-    static constexpr int kMaxLength = 255;
-
     explicit Password(store::Store& store) : m_store(store) {}
 
     // "" when none is set; nullopt when the data file could not be read.
     std::optional<QString> current();
-    // Replaces the password row by one holding `password`.
-    store::StoreResult set(const QString& password);
-    store::StoreResult remove();
+    // Replaces the password row by one holding `password`; one longer than
+    // its column holds is refused.
+    store::Outcome set(const QString& password);
+    store::Outcome remove();
 
 private:
     store::Store& m_store;

@@ -14,6 +14,14 @@ QString CatalogueEntry::format(const QVariant& code, const QVariant& name)
     return code.toString() + kSeparator + name.toString();
 }
 
+QStringList CatalogueEntry::listOf(QuerySource& source, const QString& table)
+{
+    QStringList entries;
+    for (const Row& row : source.query(QStringLiteral("SELECT F0, F1 FROM %1 ORDER BY F0").arg(table)))
+        entries.append(format(row.value(0), row.value(1)));
+    return entries;
+}
+
 QStringView CatalogueEntry::codePart(QStringView entry)
 {
     const qsizetype end = entry.indexOf(kCodeEnd);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "QuerySource.h"
+
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 #include <QVariant>
 
@@ -15,6 +18,9 @@ class CatalogueEntry
 {
 public:
     static QString format(const QVariant& code, const QVariant& name);
+    // Every entry of a catalogue (Bills_Dict, Purse_Dict, Mon: code F0, name
+    // F1), in code order.
+    static QStringList listOf(QuerySource& source, const QString& table);
 
     // The text before the first " -"; the whole text when there is none.
     static QStringView codePart(QStringView entry);

@@ -76,6 +76,36 @@ QString storedDateTime(const QDateTime& dateTime)
     return dateTime.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
+namespace {
+
+QVariantList datesBeginningWith(const QString& prefix)
+{
+    return {prefix, prefix + QLatin1Char('~')};
+}
+
+QString yearText(int year)
+{
+    return QStringLiteral("%1").arg(year, 4, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+QVariantList storedMonthRange(int year, int month)
+{
+    return datesBeginningWith(yearText(year) + QStringLiteral("-%1").arg(month, 2, 10, QLatin1Char('0')));
+}
+
+QVariantList storedYearRange(int year)
+{
+    return datesBeginningWith(yearText(year));
+}
+
+QVariantList noStoredDates()
+{
+    const QString afterEveryDate = QStringLiteral("~");
+    return {afterEveryDate, afterEveryDate};
+}
+
 QDate dateFromStored(QStringView text)
 {
     const QByteArray latin = text.left(10).toLatin1();

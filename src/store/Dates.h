@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QString>
 #include <QStringView>
+#include <QVariantList>
 
 #include <optional>
 
@@ -25,6 +26,15 @@ QString storedDate(QDate date);
 QString storedDateTime(const QDateTime& dateTime);
 // Back from that text; an invalid QDate when the text is not a stored date.
 QDate dateFromStored(QStringView text);
+
+// The stored dates of one month or one year, as the two values of
+// "F1 >= ? AND F1 < ?". March 2005 runs from "2005-03" up to "2005-03~" ('~'
+// sorts after digits, '-' and ' '): a plain text comparison that the index
+// on dates serves, with no date function per row.
+QVariantList storedMonthRange(int year, int month);
+QVariantList storedYearRange(int year);
+// A range no stored date falls into.
+QVariantList noStoredDates();
 
 // Jet's day count (days since 1899-12-30) and back; the time of day is dropped.
 jet::DateTime toJetDate(QDate date);

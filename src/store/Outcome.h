@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StoreResult.h"
+
 #include <QString>
 
 #include <optional>
@@ -18,6 +20,9 @@ public:
     static Outcome done() { return Outcome(Kind::Done, {}); }
     static Outcome notSaved() { return Outcome(Kind::NotSaved, {}); }
     static Outcome refused(QString message) { return Outcome(Kind::Refused, std::move(message)); }
+    // How a transaction's commit() ended: done, or not saved (the store has
+    // shown why).
+    static Outcome committed(const StoreResult& result) { return result ? done() : notSaved(); }
 
     bool isDone() const { return m_kind == Kind::Done; }
     bool isRefused() const { return m_kind == Kind::Refused; }
@@ -46,7 +51,8 @@ public:
     Result(Outcome outcome) : Outcome(std::move(outcome)) {}
     Result(T value) : Outcome(Outcome::done()), m_value(std::move(value)) {}
 
-    const T& value() const { return *m_value; }
+    // Throws std::bad_optional_access when the operation is not done.
+    const T& value() const { return m_value.value(); }
 
 private:
     std::optional<T> m_value;

@@ -1,6 +1,8 @@
 #include "Schema.h"
 
-#include "jet/Unicode.h"
+#include "StoreTexts.h"
+
+#include <QString>
 
 namespace store {
 
@@ -34,10 +36,6 @@ jet::Table table(std::u16string name, std::vector<Column> columns)
     return t;
 }
 
-const char16_t* const kMonthNames[12] = {u"Январь",   u"Февраль", u"Март",   u"Апрель",
-                                         u"Май",      u"Июнь",    u"Июль",   u"Август",
-                                         u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
-
 } // namespace
 
 std::vector<jet::Table> schemaTables()
@@ -69,7 +67,7 @@ jet::Database preparedDatabase(double creationDate)
     db.table(u"Cur")->rows = {{std::int32_t{2}, jet::Currency{0}}, {std::int32_t{3}, jet::Currency{0}}};
     auto& months = db.table(u"Mon")->rows;
     for (int m = 1; m <= 12; ++m)
-        months.push_back({std::int32_t{m}, std::u16string(kMonthNames[m - 1])});
+        months.push_back({std::int32_t{m}, QString::fromUtf8(texts::monthNames[m - 1]).toStdU16String()});
     return db;
 }
 
@@ -84,16 +82,18 @@ namespace {
 
 std::string tableMismatch(const jet::Table& expected, const jet::Table* actual)
 {
-    const std::string name = jet::toUtf8(expected.name);
+    const QString name = QString::fromStdU16String(expected.name);
     if (!actual)
-        return "нет таблицы " + name;
+        return QString::fromUtf8(texts::schemaNoTable).arg(name).toStdString();
     if (actual->columns.size() < expected.columns.size())
-        return "в таблице " + name + " не хватает столбцов";
+        return QString::fromUtf8(texts::schemaFewColumns).arg(name).toStdString();
     for (std::size_t i = 0; i < expected.columns.size(); ++i) {
         const Column& e = expected.columns[i];
         const Column& a = actual->columns[i];
         if (a.name != e.name || a.type != e.type)
-            return "столбец " + jet::toUtf8(e.name) + " таблицы " + name + " не того вида";
+            return QString::fromUtf8(texts::schemaWrongColumn)
+                .arg(name, QString::fromStdU16String(e.name))
+                .toStdString();
     }
     return {};
 }

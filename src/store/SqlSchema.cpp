@@ -1,6 +1,9 @@
 #include "SqlSchema.h"
 
+#include "StoreTexts.h"
 #include "jet/Unicode.h"
+
+#include <QString>
 
 namespace store::sql {
 
@@ -69,14 +72,14 @@ std::string checkName(const jet::Column& column)
 {
     switch (column.type) {
     case ColumnType::DateTime:
-        return "не дата";
+        return texts::checkNotDate;
     case ColumnType::Text:
-        return "текст длиннее " + std::to_string(column.maxChars()) + " знаков";
+        return QString::fromUtf8(texts::checkTextTooLong).arg(column.maxChars()).toStdString();
     case ColumnType::Binary:
     case ColumnType::Guid:
-        return "не той длины";
+        return texts::checkWrongLength;
     default:
-        return "число вне допустимого диапазона";
+        return texts::checkNumberOutOfRange;
     }
 }
 

@@ -4,6 +4,32 @@
 // cause in words.
 namespace store::texts {
 
+// The program's name: window titles and printed reports carry it.
+inline constexpr char productName[] = "Velmora";
+
+// The months as the prepared data file names them, January first.
+inline constexpr const char* monthNames[12] = {"Январь",   "Февраль", "Март",   "Апрель",
+                                               "Май",      "Июнь",    "Июль",   "Август",
+                                               "Сентябрь", "Октябрь", "Ноябрь", "Декабрь"};
+
+// An operation whose result would not fit the data file's money columns, or
+// would put a figure of the main window out of their range.
+inline constexpr char amountOutOfRange[] =
+    "Сумма слишком велика: остаток вышел бы за допустимые пределы. Операция не выполнена.";
+
+// A text longer than its column holds; nothing is written. %1 is what the
+// text is, %2 the column's size.
+inline constexpr char textTooLong[] = "%1 не может быть длиннее %2 символов!";
+// What the texts that operations write are, put in place of %1.
+inline constexpr char bankComment[] = "Комментарий";
+inline constexpr char expenseName[] = "Наименование расхода";
+inline constexpr char expenseNote[] = "Примечание расхода";
+inline constexpr char accountName[] = "Наименование счета";
+inline constexpr char purseName[] = "Имя кошелька";
+inline constexpr char purseNote[] = "Примечание кошелька";
+inline constexpr char password[] = "Пароль";
+inline constexpr char anyText[] = "Текст";
+
 inline constexpr char fileMissing[] = "Файл данных %1 не найден.";
 inline constexpr char fileUnreadable[] = "Не удалось прочитать файл данных %1: %2.";
 inline constexpr char fileDamaged[] =
@@ -67,5 +93,17 @@ inline constexpr char causeLongValueReused[] =
     "в таблице %1 длинное значение зациклено или ссылается на чужие данные";
 inline constexpr char causeDuplicateTable[] = "таблица %1 описана в файле дважды";
 inline constexpr char causeUnreadable[] = "файл не удалось разобрать";
+
+// How a file's tables differ from the data file's; %1 is a table, %2 a column.
+inline constexpr char schemaNoTable[] = "нет таблицы %1";
+inline constexpr char schemaFewColumns[] = "в таблице %1 не хватает столбцов";
+inline constexpr char schemaWrongColumn[] = "столбец %2 таблицы %1 не того вида";
+
+// The names of the checks on the store's columns, which an engine error on a
+// value the data file cannot hold carries; %1 is the column's size.
+inline constexpr char checkNotDate[] = "не дата";
+inline constexpr char checkTextTooLong[] = "текст длиннее %1 знаков";
+inline constexpr char checkWrongLength[] = "не той длины";
+inline constexpr char checkNumberOutOfRange[] = "число вне допустимого диапазона";
 
 } // namespace store::texts

@@ -19,4 +19,11 @@ bool Dialogs::confirm(const QString& title, const QString& text)
     return showMessage(text, title, DialogIcon::Information, DialogButtons::YesNo) == DialogAnswer::Yes;
 }
 
+bool Dialogs::report(const store::Outcome& outcome)
+{
+    if (outcome.isRefused())
+        error(outcome.message());
+    return outcome.isDone();
+}
+
 } // namespace ui

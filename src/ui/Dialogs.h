@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/Outcome.h"
+
 #include <QString>
 
 #include <optional>
@@ -47,6 +49,10 @@ public:
     void error(const QString& text);
     // Information icon, Yes and No; true only for Yes.
     bool confirm(const QString& title, const QString& text);
+    // What an operation's outcome still has to tell: a refusal's text as an
+    // error box. A store failure has been shown already, and success is the
+    // window's own box. True when the operation is done.
+    bool report(const store::Outcome& outcome);
 };
 
 } // namespace ui

@@ -1,14 +1,19 @@
 #pragma once
 
-#include "store/CommonTexts.h"
+#include "store/StoreTexts.h"
 
-// Titles every window's boxes share, and the log line format.
+// Texts that every window shows: the titles of their boxes, the mistakes of
+// typing they share, and the log line format.
 namespace ui::texts {
 
 inline constexpr const char* appTitle = store::texts::productName;
-using store::texts::errorTitle;
+inline constexpr char errorTitle[] = "Ошибка";
 inline constexpr char informationTitle[] = "Информация";
 inline constexpr char attentionTitle[] = "ВНИМАНИЕ!!!";
+
+inline constexpr char mustBeNumber[] = "Необходимо вводить число!";
+inline constexpr char mustBeValidDate[] = "Необходимо задать правильную дату операции!";
+inline constexpr char changesSaved[] = "Изменеия успешно внесены";
 
 // Standard error lines: the program's name, then the message.
 inline constexpr char logLine[] = "velmora: %1";

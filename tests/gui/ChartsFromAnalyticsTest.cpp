@@ -4,7 +4,7 @@
 #include "GuiHarness.h"
 #include "analytics/ui/AnalyticsWindow.h"
 #include "app/MainWindow.h"
-#include "charts/ChartsTexts.h"
+#include "charts/ui/ChartsTexts.h"
 #include "charts/ui/ChartsWindow.h"
 #include "ui/UiTexts.h"
 

@@ -4,11 +4,11 @@
 #include "analytics/ui/AnalyticsWindow.h"
 #include "app/AppTexts.h"
 #include "app/MainWindow.h"
+#include "app/MainWindowTexts.h"
 #include "app/SignInWindow.h"
 #include "charts/ui/ChartsWindow.h"
-#include "ledger/LedgerTexts.h"
-#include "service/ServiceTexts.h"
 #include "service/ui/ServiceWindow.h"
+#include "service/ui/ServiceWindowTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Store.h"
 #include "ui/UiTexts.h"
@@ -278,7 +278,7 @@ void HostileRun::afterStep(const QByteArray& before)
                  qPrintable(m_action + " showed " + box.title + ": " + box.text.left(200)));
         note(box.text);
         confirmed = confirmed || box.title == utf8(ui::texts::informationTitle) ||
-                    box.text.startsWith(utf8(ledger::texts::amountPrefix));
+                    box.text.startsWith(utf8(app::texts::amountPrefix));
     }
     m_seenBoxes = static_cast<int>(shown.size());
     if (!confirmed)
@@ -294,7 +294,7 @@ void HostileRun::afterStep(const QByteArray& before)
 // Keeps the run's own account of what the confirmations say was done.
 void HostileRun::note(const QString& text)
 {
-    namespace lt = ledger::texts;
+    namespace lt = app::texts;
     namespace st = service::texts;
     // Money moved in or out as stored: the typed amount or its negative, rounded.
     const auto in = [&](const char* end) { return amountIn(text, lt::amountPrefix, end).roundedToCents(); };

@@ -2,7 +2,7 @@
 // program's own message, in its order, and nothing written; texts stored as
 // typed; the keypad's decimal key; a failing statement stopping a handler.
 #include "MoneyWindowDriver.h"
-#include "ledger/LedgerTexts.h"
+#include "app/MainWindowTexts.h"
 
 #include <QApplication>
 #include <QFile>
@@ -208,19 +208,18 @@ void MoneyInputTest::bankChoicesAndComments()
     w.click("Command1");
     QCOMPARE(w.newBoxes(), QStringList{"Ошибка: Сумма в размере 12,345 снята"});
     QCOMPARE(w.dialogs().shown().last().icon, ui::DialogIcon::Information);
-    // A negative deposit is kept negative, and a bank operation closes an open purse.
+    // A comment longer than its column is refused, nothing is written, and the
+    // bank operation still closes an open purse.
     w.openPurse(kCash);
     w.click("O1");
     w.enter("T9", "-0,5");
-    w.dialogs().answerText(QString(300, u'ю'));
+    w.dialogs().answerText(QString(256, u'ю'));
     w.click("Command1");
-    QCOMPARE(w.newBoxes(), QStringList{"Ошибка: Сумма в размере -0,5 добавлена"});
-    CHECK_FIELDS(w, {{"T1", ""}, {"T9", ""}, {"T11", "887,16 р."}, {"S1", "-12,84"}});
+    QCOMPARE(w.newBoxes(), QStringList{"Ошибка: Комментарий не может быть длиннее 255 символов!"});
+    CHECK_FIELDS(w, {{"T1", ""}, {"T9", ""}, {"T11", "887,66 р."}, {"S1", "-12,34"}});
     QVERIFY(w.isEnabled("Combo1"));
-    // The comment is cut to the 255 characters its column holds.
-    QCOMPARE(w.rows("Bank"),
-             QStringList({"1 | 2026-03-15 | -12.34 | ", "2 | 2026-03-15 | -0.5 | " + QString(255, u'ю')}));
-    QCOMPARE(w.balance(), QString("OSTATOK | NULL | 987.16 | NULL"));
+    QCOMPARE(w.rows("Bank"), QStringList({"1 | 2026-03-15 | -12.34 | "}));
+    QCOMPARE(w.balance(), QString("OSTATOK | NULL | 987.66 | NULL"));
 }
 
 void MoneyInputTest::textsAreStoredAsTyped()
@@ -340,7 +339,7 @@ void MoneyInputTest::figuresBeyondTheRangeAreRefused()
     w.click(putIn ? "O3" : "O4");
     w.enter("T14", purseAmount);
     w.click("Command2");
-    QCOMPARE(w.newBoxes().last(), "Ошибка: " + utf8(ledger::texts::amountOutOfRange));
+    QCOMPARE(w.newBoxes().last(), "Ошибка: " + utf8(store::texts::amountOutOfRange));
     QCOMPARE(w.bytes(), written);
     CHECK_FIELDS(w, {{"T10", "0,00 р."}, {"T11", bank}, {"T4", "0"}});
 

@@ -4,7 +4,7 @@
 // With VELMORA_SCREENSHOT_DIR set, it also saves the pictures of the window
 // with a purse open and after an expense.
 #include "MoneyWindowDriver.h"
-#include "ledger/LedgerTexts.h"
+#include "app/MainWindowTexts.h"
 #include "ui/UiTexts.h"
 
 #include <QDir>
@@ -98,7 +98,7 @@ void MoneyWeekTest::newPurse()
     MoneyWindowDriver& w = *m_w;
     w.dialogs().answerText("Наличные");
     w.click("VC4");
-    QCOMPARE(w.dialogs().asked().last().title, text(ledger::texts::newPurseTitle));
+    QCOMPARE(w.dialogs().asked().last().title, text(app::texts::newPurseTitle));
     QCOMPARE(w.newBoxes(), QStringList{info("Кошелек успешно добавлен")});
     QCOMPARE(w.harness().items("Combo1"), QStringList{kCash});
     CHECK_FIELDS(w, {{"Combo1", ""}, {"T1", ""}, {"T4", ""}});

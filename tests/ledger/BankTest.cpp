@@ -1,13 +1,13 @@
 #include "LedgerFile.h"
 
 #include "ledger/Bank.h"
-#include "ledger/LedgerTables.h"
+#include "store/StoreTexts.h"
 
 #include <gtest/gtest.h>
 
 using namespace velmora::test;
 using ledger::BankDirection;
-using ledger::Outcome;
+using store::texts::amountOutOfRange;
 
 namespace {
 
@@ -48,7 +48,7 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
         LedgerFile file(data);
         ledger::Bank bank(file.store());
         const QDate day(2026, 3, 14);
-        ASSERT_EQ(bank.record({day, typed(c.amount), c.direction, "Зарплата"}), Outcome::Done) << c.amount;
+        ASSERT_EQ(said(bank.record({day, typed(c.amount), c.direction, "Зарплата"})), "done") << c.amount;
         const store::Rows rows = store::Store(file.folder().path()).rows("Bank");
         ASSERT_EQ(rows.size(), 1u) << c.amount;
         EXPECT_EQ(rows[0].integer(0), 1);
@@ -63,13 +63,13 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
 TEST(Bank, CommentsAreStoredAsTypedUpToTheColumnSize)
 {
     const QString longest = QString(254, QChar(u'ж')) + "'";
-    for (const QString& comment : {QString("Мамин долг 'за июнь'"), QString("\"кавычки\"\tи табуляция"),
-                                   QString(), longest, ledger::tables::fitText(longest + "лишнее")}) {
+    for (const QString& comment :
+         {QString("Мамин долг 'за июнь'"), QString("\"кавычки\"\tи табуляция"), QString(), longest}) {
         DataBuilder data;
         LedgerFile file(data);
-        ASSERT_EQ(ledger::Bank(file.store())
-                      .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment}),
-                  Outcome::Done);
+        ASSERT_EQ(said(ledger::Bank(file.store())
+                           .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment})),
+                  "done");
         EXPECT_EQ(store::Store(file.folder().path()).rows("Bank").at(0).text(3), comment);
     }
 }
@@ -82,23 +82,26 @@ TEST(Bank, NothingIsWrittenWhenAStatementOrTheSumFails)
     const QByteArray before = file.folder().bytes();
     ledger::Bank bank(file.store());
 
-    // A comment longer than its column: the insert fails, the balance stays.
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, 'x')}),
-              Outcome::NotSaved);
+    // One character more than the column holds: refused before anything is written.
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, u'ж')})),
+              "Комментарий не может быть длиннее 255 символов!");
+    // A date the file cannot hold: the insert fails, the balance stays.
+    EXPECT_EQ(said(bank.record({QDate(10000, 1, 2), typed("1"), BankDirection::Deposit, {}})), "not saved");
     ASSERT_EQ(file.sink.messages.size(), 1);
     EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"))
         << file.sink.messages[0].toStdString();
 
     // A balance beyond the money columns' range is refused before any statement.
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}}),
-              Outcome::OutOfRange);
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}}),
-              Outcome::OutOfRange);
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}})),
+              amountOutOfRange);
+    EXPECT_EQ(
+        said(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}})),
+        amountOutOfRange);
     EXPECT_EQ(file.sink.messages.size(), 1);
     EXPECT_EQ(file.folder().bytes(), before);
 
     // The store goes on working after the failures.
-    EXPECT_EQ(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}}), Outcome::Done);
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}})), "done");
     EXPECT_EQ(file.balance(), "899999999999999");
 }
 
@@ -107,8 +110,9 @@ TEST(Bank, WithoutABalanceRowOnlyTheOperationIsKept)
     DataBuilder data;
     data.withoutBalanceRow();
     LedgerFile file(data);
-    EXPECT_EQ(ledger::Bank(file.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}}),
-              Outcome::Done);
+    EXPECT_EQ(
+        said(ledger::Bank(file.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}})),
+        "done");
     EXPECT_EQ(file.count("Bank"), 1);
     EXPECT_EQ(file.balance(), "null");
 }

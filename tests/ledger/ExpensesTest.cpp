@@ -2,11 +2,12 @@
 
 #include "ledger/Balances.h"
 #include "ledger/Expenses.h"
+#include "store/StoreTexts.h"
 
 #include <gtest/gtest.h>
 
 using namespace velmora::test;
-using ledger::Outcome;
+using store::texts::amountOutOfRange;
 
 namespace {
 
@@ -38,8 +39,9 @@ TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
         DataBuilder data;
         data.balance("100").account(3, "Питание").purse(2, "Наличные", "40,0049").purse(5, "Карта", "7");
         LedgerFile file(data);
-        const ledger::BookedExpense booked = ledger::Expenses(file.store()).book(expense(c.amount));
-        ASSERT_EQ(booked.outcome, Outcome::Done) << c.amount;
+        const auto result = ledger::Expenses(file.store()).book(expense(c.amount));
+        ASSERT_EQ(said(result), "done") << c.amount;
+        const ledger::BookedExpense& booked = result.value();
         EXPECT_EQ(booked.purseBalance.toPlainString().toStdString(), c.purse) << c.amount;
         EXPECT_EQ(booked.purseTotal, store::WideAmount(booked.purseBalance) + typed("7")) << c.amount;
         const store::Rows bills = store::Store(file.folder().path()).rows("Bills");
@@ -63,10 +65,10 @@ TEST(Expenses, APurseWithoutARowStartsFromZero)
     DataBuilder data;
     data.balance("100").purseWithoutMoney(2, "Новый");
     LedgerFile file(data);
-    const ledger::BookedExpense booked = ledger::Expenses(file.store()).book(expense("15"));
-    ASSERT_EQ(booked.outcome, Outcome::Done);
+    const auto booked = ledger::Expenses(file.store()).book(expense("15"));
+    ASSERT_EQ(said(booked), "done");
     EXPECT_EQ(file.purse(2), "-15");
-    EXPECT_EQ(booked.purseTotal.toPlainString().toStdString(), "-15");
+    EXPECT_EQ(booked.value().purseTotal.toPlainString().toStdString(), "-15");
     EXPECT_EQ(file.balance(), "85");
 }
 
@@ -80,12 +82,12 @@ TEST(Expenses, AFailureWritesNothingAtAll)
 
     ledger::Expense tooLong = expense("10");
     tooLong.note = QString(256, u'я');
-    EXPECT_EQ(expenses.book(tooLong).outcome, Outcome::NotSaved);
-    EXPECT_EQ(file.sink.messages.size(), 1);
-    EXPECT_EQ(expenses.book(expense("-922337203685477")).outcome, Outcome::OutOfRange);
+    EXPECT_EQ(said(expenses.book(tooLong)), "Примечание расхода не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(expenses.book(expense("-922337203685477"))), amountOutOfRange);
+    EXPECT_TRUE(file.sink.messages.isEmpty());
     EXPECT_EQ(file.folder().bytes(), before);
 
-    EXPECT_EQ(expenses.book(expense("10")).outcome, Outcome::Done);
+    EXPECT_EQ(said(expenses.book(expense("10"))), "done");
     EXPECT_EQ(file.count("Bills"), 1);
     EXPECT_EQ(file.balance(), "90");
     EXPECT_EQ(file.purse(2), "30");

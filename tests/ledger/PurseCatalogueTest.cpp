@@ -36,7 +36,7 @@ TEST(PurseCatalogue, NewCodeFollowsTheLargestCodeInUse)
         DataBuilder data;
         c.fill(data);
         LedgerFile file(data);
-        ASSERT_EQ(ledger::PurseCatalogue(file.store()).create("Отпуск 'летний'"), c.code) << c.what;
+        ASSERT_EQ(ledger::PurseCatalogue(file.store()).create("Отпуск 'летний'").value(), c.code) << c.what;
         store::Store reader(file.folder().path());
         const store::Rows rows = reader.query("SELECT F1, F2, F3 FROM Purse_Dict WHERE F0 = ?", {c.code});
         ASSERT_EQ(rows.size(), 1u) << c.what;
@@ -76,7 +76,10 @@ TEST(PurseCatalogue, RenameKeepsTheCodeAndItsExpenses)
     DataBuilder data;
     data.purse(1, "Наличные", "10").purse(2, "Карта", "20").bill(QDate(2026, 3, 1), 1, "5", 2);
     LedgerFile file(data);
-    ASSERT_TRUE(ledger::PurseCatalogue(file.store()).rename(2, "Карта \"Мир\"\t", QString()));
+    ledger::PurseCatalogue purses(file.store());
+    EXPECT_EQ(said(purses.rename(2, "Карта", QString(256, u'ж'))),
+              "Примечание кошелька не может быть длиннее 255 символов!");
+    ASSERT_TRUE(purses.rename(2, "Карта \"Мир\"\t", QString()));
     store::Store reader(file.folder().path());
     const store::Rows rows = reader.query("SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
     ASSERT_EQ(rows.size(), 2u);
@@ -98,7 +101,7 @@ TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
         .bill(QDate(2026, 3, 1), 1, "5", 2);
     LedgerFile file(data);
     ledger::PurseCatalogue purses(file.store());
-    ASSERT_EQ(purses.remove(2), ledger::Outcome::Done);
+    ASSERT_EQ(said(purses.remove(2)), "done");
     EXPECT_EQ(file.purse(2), "null");
     EXPECT_EQ(file.money("SELECT COUNT(*) * 10000 FROM Purse_Dict WHERE F0 = 2"), "0");
     EXPECT_EQ(file.count("Bills"), 1);
@@ -107,5 +110,5 @@ TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
     EXPECT_EQ(balances->bankAmount.toPlainString().toStdString(), "400");
     EXPECT_EQ(balances->purseEntries, QStringList({"1 - Наличные"}));
     // The expense keeps the deleted purse's code taken.
-    EXPECT_EQ(purses.create("Новая карта"), 3);
+    EXPECT_EQ(purses.create("Новая карта").value(), 3);
 }

@@ -3,12 +3,13 @@
 #include "ledger/Balances.h"
 #include "ledger/PurseCatalogue.h"
 #include "ledger/PurseOperations.h"
+#include "store/StoreTexts.h"
 
 #include <gtest/gtest.h>
 
 using namespace velmora::test;
-using ledger::Outcome;
 using ledger::PurseDirection;
+using store::texts::amountOutOfRange;
 
 namespace {
 
@@ -47,7 +48,7 @@ TEST(PurseOperations, OnlyThePurseRowChanges)
         else
             data.purseWithoutMoney(4, "Карта");
         LedgerFile file(data);
-        EXPECT_EQ(ledger::PurseOperations(file.store()).move(4, typed(c.amount), c.direction), Outcome::Done)
+        EXPECT_EQ(said(ledger::PurseOperations(file.store()).move(4, typed(c.amount), c.direction)), "done")
             << c.what;
         EXPECT_EQ(file.purse(4), c.purse) << c.what;
         EXPECT_EQ(file.count("Purse"), 2) << c.what;
@@ -75,15 +76,16 @@ TEST(PurseOperations, TheConfirmationComesBeforeTheFileIsWritten)
         EXPECT_EQ(file.folder().bytes(), before);
     };
     ledger::PurseOperations purses(file.store());
-    EXPECT_EQ(purses.move(2, typed("1"), PurseDirection::PutIn, confirm), Outcome::Done);
+    EXPECT_EQ(said(purses.move(2, typed("1"), PurseDirection::PutIn, confirm)), "done");
     EXPECT_EQ(confirmations, 1);
     EXPECT_EQ(file.purse(2), "101");
 
     // Beyond the range nothing is confirmed and nothing written.
     const QByteArray after = file.folder().bytes();
-    EXPECT_EQ(purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm),
-              Outcome::OutOfRange);
-    EXPECT_EQ(purses.move(2, typed("922337203685477"), PurseDirection::PutIn, confirm), Outcome::OutOfRange);
+    EXPECT_EQ(said(purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm)),
+              amountOutOfRange);
+    EXPECT_EQ(said(purses.move(2, typed("922337203685477"), PurseDirection::PutIn, confirm)),
+              amountOutOfRange);
     EXPECT_EQ(confirmations, 1);
     EXPECT_EQ(file.folder().bytes(), after);
     EXPECT_TRUE(file.sink.messages.isEmpty());
@@ -98,10 +100,10 @@ TEST(PurseOperations, AFigureOutsideTheRangeMayOnlyComeCloser)
     LedgerFile file(data);
     ledger::PurseOperations purses(file.store());
     const QByteArray before = file.folder().bytes();
-    EXPECT_EQ(purses.move(2, typed("0,01"), PurseDirection::PutIn), Outcome::OutOfRange);
+    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::PutIn)), amountOutOfRange);
     EXPECT_EQ(file.folder().bytes(), before);
-    EXPECT_EQ(purses.move(2, typed("0,01"), PurseDirection::TakeOut), Outcome::Done);
+    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::TakeOut)), "done");
     EXPECT_EQ(file.purse(2), "922337203685476.99");
-    EXPECT_EQ(ledger::PurseCatalogue(file.store()).remove(1), Outcome::Done);
+    EXPECT_EQ(said(ledger::PurseCatalogue(file.store()).remove(1)), "done");
     EXPECT_TRUE(file.sink.messages.isEmpty());
 }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "store/ErrorSink.h"
+#include "store/Outcome.h"
 
 #include <QStringList>
+
+#include <string>
 
 namespace velmora::test {
 
@@ -18,5 +21,12 @@ public:
 
     QStringList messages;
 };
+
+// What an operation's outcome says, for comparisons: "done", "not saved" (the
+// sink holds why) or the text of the refusal.
+inline std::string said(const store::Outcome& outcome)
+{
+    return outcome.isDone() ? "done" : outcome.isRefused() ? outcome.message().toStdString() : "not saved";
+}
 
 } // namespace velmora::test

@@ -1,6 +1,7 @@
 #include "service/AccountCatalogue.h"
 #include "ServiceData.h"
 #include "service/ExpenseTransfer.h"
+#include "service/ServiceTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -19,16 +20,12 @@ TEST(AccountCatalogue, AnAccountKeepsItsExpensesAndIsRemovedOnlyWithoutThem)
     ASSERT_TRUE(accounts.rename(3, "Продукты"));
     EXPECT_EQ(accounts.name(3), QString("Продукты"));
     const QByteArray before = d.folder().bytes();
-    const AccountCatalogue::Removal refused = accounts.remove(4);
-    EXPECT_FALSE(refused.removed);
-    EXPECT_EQ(refused.expenses, 2);
+    EXPECT_EQ(said(accounts.remove(4)), QString::fromUtf8(service::texts::accountInUse).arg(2).toStdString());
     EXPECT_EQ(d.folder().bytes(), before);
     EXPECT_EQ(d.rows("Bills"), bills);
 
     ASSERT_TRUE(service::ExpenseTransfer(d.store()).move(4, 5));
-    const AccountCatalogue::Removal removed = accounts.remove(4);
-    EXPECT_TRUE(removed.removed);
-    EXPECT_EQ(removed.expenses, 0);
+    EXPECT_EQ(said(accounts.remove(4)), "done");
     EXPECT_EQ(accounts.entries(), QStringList({"3 - Продукты", "5 - Отпуск"}));
     EXPECT_EQ(accounts.name(4), QString());
     EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
@@ -41,16 +38,17 @@ TEST(AccountCatalogue, NamesAreStoredAsTypedUpToTheColumnSize)
     for (const QString& name : {QString("Д'Артаньян"), QString("\"Кавычки\" и 'апострофы'"),
                                 QString(255, u'щ'), QString("x'); DELETE FROM Bills_Dict; --")}) {
         const auto code = accounts.add(name);
-        ASSERT_TRUE(code.has_value()) << name.toStdString();
-        EXPECT_EQ(accounts.name(*code), name);
+        ASSERT_TRUE(code) << name.toStdString();
+        EXPECT_EQ(accounts.name(code.value()), name);
     }
-    // One more character does not fit: the statement is refused and nothing is written.
+    // One more character does not fit: refused before anything is written.
     const QByteArray before = d.folder().bytes();
-    EXPECT_FALSE(accounts.add(QString(256, u'щ')).has_value());
-    EXPECT_FALSE(accounts.rename(1, QString(256, u'щ')));
+    EXPECT_EQ(said(accounts.add(QString(256, u'щ'))),
+              "Наименование счета не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(accounts.rename(1, QString(256, u'щ'))), said(accounts.add(QString(256, u'щ'))));
     EXPECT_EQ(d.folder().bytes(), before);
     EXPECT_EQ(accounts.name(1), QString("Д'Артаньян"));
-    EXPECT_EQ(d.sink.messages.size(), 2);
+    EXPECT_TRUE(d.sink.messages.isEmpty());
 }
 
 TEST(ExpenseTransfer, MovesOnlyTheSourceAccountsExpenses)

@@ -1,11 +1,12 @@
 #include "service/OperationDeletion.h"
 #include "ServiceData.h"
+#include "service/ServiceTexts.h"
 
 #include <gtest/gtest.h>
 
 using namespace velmora::test;
-using ledger::Outcome;
 using service::OperationDeletion;
+using store::texts::amountOutOfRange;
 
 TEST(OperationDeletion, ListsADaysOperationsNewestFirst)
 {
@@ -45,18 +46,18 @@ TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
         data.bank(QDate(2026, 3, 31), c.sameMonth);
         ServiceData d(data);
         OperationDeletion deletion(d.store());
-        const auto found = deletion.findBankOperation(2);
-        ASSERT_TRUE(found.readable && found.operation);
-        EXPECT_EQ(found.operation->name, "Зарплата");
-        EXPECT_EQ(found.operation->amount, store::Amount::parse(QString::fromUtf8(c.amount)));
+        const auto found = deletion.findBankOperation("2");
+        ASSERT_EQ(said(found), "done");
+        EXPECT_EQ(found.value().name, "Зарплата");
+        EXPECT_EQ(found.value().amount, store::Amount::parse(QString::fromUtf8(c.amount)));
         const QByteArray before = d.folder().bytes();
-        const Outcome outcome = deletion.deleteBankOperation(2);
+        const store::Outcome outcome = deletion.deleteBankOperation(2);
         if (!c.after) {
-            EXPECT_EQ(outcome, Outcome::OutOfRange) << c.sameMonth;
+            EXPECT_EQ(said(outcome), amountOutOfRange) << c.sameMonth;
             EXPECT_EQ(d.folder().bytes(), before) << c.sameMonth;
             continue;
         }
-        ASSERT_EQ(outcome, Outcome::Done);
+        ASSERT_EQ(said(outcome), "done");
         EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), c.after) << c.amount;
         EXPECT_EQ(d.rows("Bank").size(), 2) << c.amount;
     }
@@ -69,12 +70,12 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
     data.bill(QDate(2026, 3, 1), 3, "150,25", 2).bill(QDate(2026, 3, 1), 3, "7", 1);
     ServiceData d(data);
     OperationDeletion deletion(d.store());
-    const auto found = deletion.findExpense(1);
-    ASSERT_TRUE(found.operation);
-    EXPECT_EQ(found.operation->amount.toDisplayString(), "150,25");
-    EXPECT_EQ(found.operation->name, "покупка");
+    const auto found = deletion.findExpense(" 1 ");
+    ASSERT_EQ(said(found), "done");
+    EXPECT_EQ(found.value().amount.toDisplayString(), "150,25");
+    EXPECT_EQ(found.value().name, "покупка");
 
-    ASSERT_EQ(deletion.deleteExpense(1), Outcome::Done);
+    ASSERT_EQ(said(deletion.deleteExpense(1)), "done");
     EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "1150.25");
     EXPECT_EQ(d.amount("Purse", "F1", "F0 = 2"), "200");
     EXPECT_EQ(d.amount("Purse", "F1", "F0 = 1"), "10");
@@ -85,7 +86,7 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
     full.balance("0").purse(1, "Наличные", "922337203685477").bill(QDate(2026, 3, 1), 3, "7", 1);
     ServiceData f(full);
     const QByteArray before = f.folder().bytes();
-    EXPECT_EQ(OperationDeletion(f.store()).deleteExpense(1), Outcome::OutOfRange);
+    EXPECT_EQ(said(OperationDeletion(f.store()).deleteExpense(1)), amountOutOfRange);
     EXPECT_EQ(f.folder().bytes(), before);
 }
 
@@ -99,34 +100,28 @@ TEST(OperationDeletion, ANumberNotInTheTableChangesNothing)
     ServiceData d(data);
     OperationDeletion deletion(d.store());
     const QByteArray before = d.folder().bytes();
-    // Bank number 2 does not exist; expense 1 is not a bank operation either way round.
-    EXPECT_FALSE(deletion.findBankOperation(2).operation);
-    EXPECT_FALSE(deletion.findExpense(2).operation);
-    ASSERT_EQ(deletion.deleteBankOperation(2), Outcome::Done);
-    ASSERT_EQ(deletion.deleteExpense(2), Outcome::Done);
+    // Bank number 2 and expense 2 do not exist; the other texts are no operation numbers at all.
+    for (const char* typed : {"2", "", "0", "-1", "+1", "1a", "1,0", "2147483649", "١"}) {
+        EXPECT_EQ(said(deletion.findBankOperation(typed)), service::texts::selectOperation) << typed;
+        EXPECT_EQ(said(deletion.findExpense(typed)), service::texts::selectOperation) << typed;
+    }
+    EXPECT_EQ(said(deletion.findBankOperation(" 1 ")), "done");
+    ASSERT_EQ(said(deletion.deleteBankOperation(2)), "done");
+    ASSERT_EQ(said(deletion.deleteExpense(2)), "done");
     EXPECT_EQ(d.folder().bytes(), before);
 }
 
+// A purse deleted since gets nothing back; one still listed without a row of money gets a row.
 TEST(OperationDeletion, AnExpenseWhosePurseIsGoneStillGivesTheBalanceBack)
 {
-    DataBuilder data;
-    data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
-    ServiceData d(data);
-    ASSERT_EQ(OperationDeletion(d.store()).deleteExpense(1), Outcome::Done);
-    EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
-    EXPECT_EQ(d.rows("Purse"), QStringList({"1|100000"}));
-}
-
-TEST(OperationDeletion, OperationNumberAsTyped)
-{
-    struct Case
-    {
-        const char* typed;
-        std::optional<qlonglong> number;
-    };
-    for (const Case& c : {Case{"17", 17}, Case{" 17 ", 17}, Case{"2147483647", 2147483647},
-                          Case{"", std::nullopt}, Case{"0", std::nullopt}, Case{"-5", std::nullopt},
-                          Case{"+5", std::nullopt}, Case{"5a", std::nullopt}, Case{"1,5", std::nullopt},
-                          Case{"2147483648", std::nullopt}, Case{"١٢", std::nullopt}})
-        EXPECT_EQ(OperationDeletion::numberOf(QString::fromUtf8(c.typed)), c.number) << c.typed;
+    for (const bool listed : {false, true}) {
+        DataBuilder data;
+        data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
+        if (listed)
+            data.purseWithoutMoney(9, "Копилка");
+        ServiceData d(data);
+        ASSERT_EQ(said(OperationDeletion(d.store()).deleteExpense(1)), "done");
+        EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
+        EXPECT_EQ(d.rows("Purse"), listed ? QStringList({"1|100000", "9|30000"}) : QStringList({"1|100000"}));
+    }
 }

@@ -40,8 +40,7 @@ void setUpGrid(QTableView* grid, QAbstractItemModel* model)
 
 } // namespace
 
-AnalyticsWindow::AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today,
-                                 QWidget* parent)
+AnalyticsWindow::AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::AnalyticsWindow>()), m_store(store), m_dialogs(dialogs),
       m_today(std::move(today)), m_yearModel(new YearTableModel(this)),
       m_detailModel(new DetailTableModel(this))

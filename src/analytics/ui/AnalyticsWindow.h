@@ -4,7 +4,7 @@
 #include "analytics/Period.h"
 #include "analytics/Recalculation.h"
 #include "analytics/ReportDocument.h"
-#include "ledger/Clock.h"
+#include "ui/Clock.h"
 
 #include <QWidget>
 
@@ -39,8 +39,7 @@ public:
     // printed or saved as PDF.
     using ReportViewer = std::function<void(const ReportDocument&)>;
 
-    AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today,
-                    QWidget* parent = nullptr);
+    AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent = nullptr);
     ~AnalyticsWindow() override;
 
     // The load step: fills the month, year and account lists, then rebuilds
@@ -87,7 +86,7 @@ private:
     std::unique_ptr<Ui::AnalyticsWindow> m_ui;
     store::Store& m_store;
     ui::Dialogs& m_dialogs;
-    ledger::Clock m_today;
+    ui::Clock m_today;
     YearTableModel* m_yearModel;
     DetailTableModel* m_detailModel;
     ReportViewer m_viewer;

@@ -1,6 +1,6 @@
 #include "ChartDrawing.h"
 
-#include "charts/ChartsTexts.h"
+#include "ChartsTexts.h"
 
 #include <QBarCategoryAxis>
 #include <QBarSeries>

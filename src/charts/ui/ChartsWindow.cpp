@@ -1,7 +1,7 @@
 #include "ChartsWindow.h"
 
 #include "ChartDrawing.h"
-#include "charts/ChartsTexts.h"
+#include "ChartsTexts.h"
 #include "charts/ExpenseCharts.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
@@ -12,7 +12,7 @@
 
 namespace charts {
 
-ChartsWindow::ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+ChartsWindow::ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ChartsWindow>()), m_store(store), m_dialogs(dialogs),
       m_today(std::move(today))
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ledger/Clock.h"
+#include "ui/Clock.h"
 
 #include <QWidget>
 
@@ -26,7 +26,7 @@ class ChartsWindow : public QWidget
     Q_OBJECT
 
 public:
-    ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent = nullptr);
+    ChartsWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent = nullptr);
     ~ChartsWindow() override;
 
     // The first display: puts the month entry ("3 - Март" or "3") and the
@@ -56,7 +56,7 @@ private:
     std::unique_ptr<Ui::ChartsWindow> m_ui;
     store::Store& m_store;
     ui::Dialogs& m_dialogs;
-    ledger::Clock m_today;
+    ui::Clock m_today;
 };
 
 } // namespace charts

@@ -1,8 +1,9 @@
 #include "ServiceWindow.h"
 
-#include "service/ServiceTexts.h"
+#include "ServiceWindowTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
+#include "store/TextLimit.h"
 #include "ui/CatalogueList.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
@@ -32,12 +33,13 @@ void fill(QComboBox* list, const QStringList& entries)
 
 } // namespace
 
-ServiceWindow::ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent)
+ServiceWindow::ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ServiceWindow>()), m_dialogs(dialogs),
       m_today(std::move(today)), m_accounts(store), m_password(store), m_rates(store), m_backup(store),
       m_clearing(store), m_deletion(store), m_transfer(store)
 {
     m_ui->setupUi(this);
+    m_ui->T1A->setMaxLength(store::textLimit("Bills_Dict", "F1"));
     m_ui->C16->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
     connectButtons();
 }
@@ -137,7 +139,7 @@ void ServiceWindow::onSaveAccountClicked() // VC2A "Сохранить"
     else if (!code)
         showError(text(texts::selectAccountToEdit));
     else
-        changed = m_accounts.rename(*code, name).ok();
+        changed = m_dialogs.report(m_accounts.rename(*code, name));
     if (changed)
         showInformation(text(texts::changesSaved));
     const auto entries = billsRef();
@@ -149,22 +151,21 @@ void ServiceWindow::onSaveAccountClicked() // VC2A "Сохранить"
 void ServiceWindow::onDeleteAccountClicked() // VC3A "Удалить"
 {
     const auto code = store::CatalogueEntry::codeOf(m_ui->Combo1A->currentText());
-    AccountCatalogue::Removal removal;
+    store::Outcome removal = store::Outcome::notSaved();
     // No question: only an account without expenses is removed.
     if (m_ui->T1A->text().isEmpty() || !code)
         showError(text(texts::selectAccountToDelete));
     else
         removal = m_accounts.remove(*code);
-    if (removal.removed)
+    if (m_dialogs.report(removal))
         showInformation(text(texts::accountDeleted));
-    else if (removal.expenses > 0)
-        showError(text(texts::accountInUse).arg(removal.expenses));
     const auto entries = billsRef();
     m_ui->Combo1A->setEnabled(true);
-    if (removal.removed)
+    if (removal)
         announceAccounts(entries);
-    // Moving its expenses away empties the account: it is offered as the source.
-    else if (removal.expenses > 0)
+    // The account still has expenses; moving them away empties it, so it is
+    // offered as the source.
+    else if (removal.isRefused())
         ui::CatalogueList::choose(m_ui->Combo1B, *code);
 }
 
@@ -173,10 +174,8 @@ void ServiceWindow::onNewAccountClicked() // VC4A "Новый"
     const QString name =
         m_dialogs.askText(text(texts::newAccountPrompt), text(texts::newAccountTitle)).value_or(QString());
     bool changed = false;
-    if (name.size() > AccountCatalogue::kMaxNameLength)
-        showError(text(texts::accountNameTooLong));
-    else if (!name.isEmpty())
-        changed = m_accounts.add(name).has_value();
+    if (!name.isEmpty())
+        changed = m_dialogs.report(m_accounts.add(name));
     if (changed)
         showInformation(text(texts::accountAdded));
     const auto entries = billsRef();
@@ -195,7 +194,7 @@ void ServiceWindow::onMoveExpensesClicked() // C3 "Операция"
     if (!confirm(text(texts::confirmMove) + QStringLiteral("\r\n") + text(texts::moveFrom) + from +
                  QStringLiteral("\r\n") + text(texts::moveTo) + to))
         return;
-    if (m_transfer.move(*fromCode, *toCode))
+    if (m_dialogs.report(m_transfer.move(*fromCode, *toCode)))
         showInformation(text(texts::moveDone));
 }
 
@@ -207,14 +206,12 @@ void ServiceWindow::onPasswordClicked() // B2 "Пароль"
     // Cancel counts as an empty answer: it leads to the question about removing.
     const QString typed = m_dialogs.askText(text(texts::passwordPrompt), text(texts::passwordTitle), *current)
                               .value_or(QString());
-    if (typed.size() > Password::kMaxLength)
-        return showError(text(texts::passwordTooLong));
     if (!typed.isEmpty()) {
-        if (m_password.set(typed))
+        if (m_dialogs.report(m_password.set(typed)))
             showInformation(text(texts::passwordSet));
         return;
     }
-    if (confirm(text(texts::removePasswordQuestion)) && m_password.remove())
+    if (confirm(text(texts::removePasswordQuestion)) && m_dialogs.report(m_password.remove()))
         showInformation(text(texts::passwordRemoved));
 }
 
@@ -224,7 +221,7 @@ void ServiceWindow::onRatesClicked() // B7 "Задать"
     const auto eur = store::Amount::parse(m_ui->T8->text());
     if (!usd || !eur)
         return showError(text(texts::mustBeNumber));
-    if (!m_rates.write(*usd, *eur))
+    if (!m_dialogs.report(m_rates.write(*usd, *eur)))
         return;
     showRates();
     showInformation(text(texts::ratesUpdated));
@@ -264,7 +261,7 @@ void ServiceWindow::onClearClicked() // C16
 {
     if (!confirm(text(texts::clearQuestion)))
         return;
-    if (!m_clearing.clearAll())
+    if (!m_dialogs.report(m_clearing.clearAll()))
         return;
     emit moneyChanged();
     showInformation(text(texts::cleared));
@@ -292,35 +289,23 @@ void ServiceWindow::forDel()
 
 void ServiceWindow::onDeleteBankOperationClicked() // C14 "Удалить"
 {
-    const auto number = OperationDeletion::numberOf(m_ui->Combo1->currentText());
-    const auto found = number ? m_deletion.findBankOperation(*number) : OperationDeletion::Found{true, {}};
-    if (!found.readable)
+    const auto found = m_deletion.findBankOperation(m_ui->Combo1->currentText());
+    if (!m_dialogs.report(found) || !confirm(text(texts::confirmBankDeletion) + describe(found.value())))
         return;
-    if (!found.operation)
-        return showError(text(texts::selectOperation));
-    if (!confirm(text(texts::confirmBankDeletion) + describe(*found.operation)))
-        return;
-    finishDeletion(*number, m_deletion.deleteBankOperation(*number));
+    finishDeletion(found.value().number, m_deletion.deleteBankOperation(found.value().number));
 }
 
 void ServiceWindow::onDeleteExpenseClicked() // C15 "Удалить"
 {
-    const auto number = OperationDeletion::numberOf(m_ui->Combo2->currentText());
-    const auto found = number ? m_deletion.findExpense(*number) : OperationDeletion::Found{true, {}};
-    if (!found.readable)
+    const auto found = m_deletion.findExpense(m_ui->Combo2->currentText());
+    if (!m_dialogs.report(found) || !confirm(text(texts::confirmBillDeletion) + describe(found.value())))
         return;
-    if (!found.operation)
-        return showError(text(texts::selectOperation));
-    if (!confirm(text(texts::confirmBillDeletion) + describe(*found.operation)))
-        return;
-    finishDeletion(*number, m_deletion.deleteExpense(*number));
+    finishDeletion(found.value().number, m_deletion.deleteExpense(found.value().number));
 }
 
-void ServiceWindow::finishDeletion(qlonglong number, ledger::Outcome outcome)
+void ServiceWindow::finishDeletion(qlonglong number, const store::Outcome& outcome)
 {
-    if (outcome == ledger::Outcome::OutOfRange)
-        return showError(text(texts::amountOutOfRange));
-    if (outcome != ledger::Outcome::Done)
+    if (!m_dialogs.report(outcome))
         return;
     emit moneyChanged();
     showInformation(text(texts::operationDeleted).arg(number));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ledger/Clock.h"
 #include "service/AccountCatalogue.h"
 #include "service/Backup.h"
 #include "service/Clearing.h"
@@ -8,6 +7,7 @@
 #include "service/ExpenseTransfer.h"
 #include "service/OperationDeletion.h"
 #include "service/Password.h"
+#include "ui/Clock.h"
 
 #include <QStringList>
 #include <QWidget>
@@ -32,7 +32,7 @@ class ServiceWindow : public QWidget
     Q_OBJECT
 
 public:
-    ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ledger::Clock today, QWidget* parent = nullptr);
+    ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent = nullptr);
     ~ServiceWindow() override;
 
     // The load step: rates, the last backup's date, today's date and the
@@ -68,7 +68,7 @@ private:
     void onListOperationsClicked();
     void onDeleteBankOperationClicked();
     void onDeleteExpenseClicked();
-    void finishDeletion(qlonglong number, ledger::Outcome outcome);
+    void finishDeletion(qlonglong number, const store::Outcome& outcome);
     void onCloseClicked();
 
     void showError(const QString& text);
@@ -79,7 +79,7 @@ private:
 
     std::unique_ptr<Ui::ServiceWindow> m_ui;
     ui::Dialogs& m_dialogs;
-    ledger::Clock m_today;
+    ui::Clock m_today;
     AccountCatalogue m_accounts;
     Password m_password;
     CurrencyRates m_rates;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/CommonTexts.h"
+#include "ui/UiTexts.h"
 
 // Every text of the charts window, used by the window and its tests.
 namespace charts::texts {
@@ -10,7 +10,7 @@ inline constexpr char parametersFrame[] = "Параметры";
 inline constexpr char monthLabel[] = "Месяц";
 inline constexpr char yearLabel[] = "Год";
 inline constexpr char excludeFrame[] = "Исключить";
-inline constexpr char excludeButton[] = "Исключить";
+inline constexpr const char* excludeButton = excludeFrame;
 inline constexpr char thresholdLabel[] = "расходы >";
 inline constexpr char monthChartFrame[] = "Диаграмма расходов по счетам ЗА МЕСЯЦ";
 inline constexpr char yearChartFrame[] = "Диаграмма расходов по счетам ЗА ГОД";
@@ -18,7 +18,7 @@ inline constexpr char noExpenses[] = "РАСХОДОВ НЕ БЫЛО!!!";
 inline constexpr char closeButton[] = "Закрыть";
 
 // Shown, with the title "Ошибка", when the threshold is not a number.
-using store::texts::mustBeNumber;
+using ui::texts::mustBeNumber;
 
 // The money axis: whole roubles in Russian notation.
 inline constexpr char valueAxisFormat[] = "%.0f";

@@ -1,10 +1,10 @@
 #include "Clock.h"
 
-namespace ledger {
+namespace ui {
 
 QDate systemToday()
 {
     return QDate::currentDate();
 }
 
-} // namespace ledger
+} // namespace ui

@@ -1,27 +1,27 @@
 #pragma once
 
-#include "store/CommonTexts.h"
+#include "ui/UiTexts.h"
 
-// Every text the main window's money operations show: messages, input boxes
-// and the titles that are not the shared "Ошибка" and "Информация". Texts are
-// kept exactly as the program has always shown them, misspellings included.
-namespace ledger::texts {
+// Every text the main window shows for its money operations: messages, input
+// boxes and the titles that are not the shared "Ошибка" and "Информация".
+// Texts are kept exactly as the program has always shown them, misspellings
+// included.
+namespace app::texts {
 
 // Validation
-using store::texts::mustBeNumber;
-using store::texts::mustBeValidDate;
+using ui::texts::mustBeNumber;
+using ui::texts::mustBeValidDate;
 inline constexpr char openPurseFirst[] = "Необходимо вызвать Кошелек на редакцию!";
 inline constexpr char expenseFieldsMissing[] =
     "Необходимо указать номер счета, сумму расхода и выбрать кошелек!";
 inline constexpr char choosePurseToEdit[] = "Необходимо выбрать кошелек для редакции";
 inline constexpr char purseCodeNeeded[] = "Необходимо задать код кошелька, например - 2";
 inline constexpr char choosePurseToDelete[] = "Необходимо выбрать кошелек для удаления";
-using store::texts::amountOutOfRange;
 
 // Bank: "Сумма в размере " + amount as typed + " добавлена" / " снята". The
 // confirmation carries the title of the error boxes.
-inline constexpr const char* bankDoneTitle = store::texts::errorTitle;
-inline constexpr char commentTitle[] = "Комментарий";
+inline constexpr const char* bankDoneTitle = ui::texts::errorTitle;
+inline constexpr const char* commentTitle = store::texts::bankComment;
 inline constexpr char commentPrompt[] = "Введите комментарий для суммы ";
 inline constexpr char amountPrefix[] = "Сумма в размере ";
 inline constexpr char depositedSuffix[] = " добавлена";
@@ -38,7 +38,7 @@ inline constexpr char expenseDoneLine[] = "Успешно добавлен!";
 inline constexpr char lineBreak[] = "\r\n";
 
 // Purse catalogue
-using store::texts::changesSaved;
+using ui::texts::changesSaved;
 inline constexpr char deletePurseTitle[] = "ВНИМАНИЕ!!! УДАЛЕНИЕ!!!";
 inline constexpr char confirmPurseDeletion[] = "Подтвердите удаление кошелька!";
 inline constexpr char purseDeleted[] = "Кошелек успешно удален";
@@ -46,4 +46,4 @@ inline constexpr char newPurseTitle[] = "Добавление кошелька";
 inline constexpr char newPursePrompt[] = "Введите имя нового кошелька";
 inline constexpr char purseAdded[] = "Кошелек успешно добавлен";
 
-} // namespace ledger::texts
+} // namespace app::texts

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace ledger {
+namespace ui {
 
 // Where "today" comes from: the computer's calendar in the program, a fixed
 // day in tests.
@@ -12,4 +12,4 @@ using Clock = std::function<QDate()>;
 
 QDate systemToday();
 
-} // namespace ledger
+} // namespace ui
