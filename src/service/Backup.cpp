@@ -69,7 +69,8 @@ Backup::Outcome Backup::copyToBackup()
     } catch (const StoreError& e) {
         return failure(e.message());
     }
-    if (const auto problem = dataFileProblem(bytes))
+    // The file the store has just written and checked needs no second decoding.
+    if (const auto problem = m_store.isCheckedFile(bytes) ? std::nullopt : dataFileProblem(bytes))
         return failure(
             StoreError::forFile(StoreError::Kind::Damaged, m_store.dataFilePath(), *problem).message());
     try {

@@ -43,6 +43,9 @@ public:
     const NextFile& nextFile();
     // Every table read back from SQLite.
     jet::Database dump() const;
+    // The last file, known to decode to what SQLite held when it was read or
+    // written; null when there is none.
+    const jet::FileImage* lastFile() const { return m_file ? &*m_file : nullptr; }
 
     // A prepared statement for `sql`, reused from earlier calls; asking for
     // it counts as running it. Use it to the end before asking for another

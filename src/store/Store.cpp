@@ -14,6 +14,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <cerrno>
 #include <stdexcept>
 
@@ -282,6 +283,13 @@ Rows Store::query(const QString& sql, const QVariantList& params)
     Rows rows = tx.query(sql, params);
     tx.commit();
     return rows;
+}
+
+bool Store::isCheckedFile(std::span<const std::uint8_t> bytes) const
+{
+    const jet::FileImage* file = m_image && !m_damage ? m_image->lastFile() : nullptr;
+    return file && file->shape().password == kFilePassword && schemaMismatch(file->shape()).empty() &&
+           std::ranges::equal(file->bytes(), bytes);
 }
 
 Rows Store::rows(const QString& table)

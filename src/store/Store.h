@@ -13,8 +13,10 @@
 #include <QVariant>
 #include <QVariantList>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 
 namespace store {
 
@@ -50,6 +52,10 @@ public:
     Rows query(const QString& sql, const QVariantList& params = {});
     // Every row of a table, in file order.
     Rows rows(const QString& table);
+    // True when `bytes` are the file this store last read or wrote and
+    // checked, with the data file's password and tables: a sound data file
+    // that need not be decoded again to know it.
+    bool isCheckedFile(std::span<const std::uint8_t> bytes) const;
 
 private:
     friend class Transaction;

@@ -142,6 +142,9 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
         EXPECT_EQ(d.folder().bytes(), before) << c.what;
         EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"})) << c.what;
     }
+    // Nor is a data file without the password copied to a backup.
+    ServiceData withoutPassword(open);
+    EXPECT_FALSE(Backup(withoutPassword.store()).make(QDate(2026, 3, 17)).done);
 }
 
 TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)

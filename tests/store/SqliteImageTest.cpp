@@ -144,7 +144,6 @@ TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
     changes[0].lastAutoNumber = 500;
     const jet::FileImage next(previous, changes);
     std::vector<std::uint8_t> bytes(next.bytes().begin(), next.bytes().end());
-    EXPECT_EQ(store::firstDifferenceInChangedFile(previous.bytes(), bytes, changes), "");
     struct Case
     {
         const char* what;
@@ -153,14 +152,9 @@ TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
     };
     const Case cases[] = {
         {"a value", [](auto& c) { c[0].rows[0].row[2] = jet::Currency{8}; }, "table Bank: row 6"},
-        {"a removal more",
-         [](auto& c) {
-             c[0].rows.insert(c[0].rows.begin(), {0, Kind::Remove, {}});
-         },
-         "table Bank: row 1"},
+        {"a removal moved", [](auto& c) { c[0].rows[1].position = 99; }, "table Bank: row 100"},
         {"an insert less", [](auto& c) { c[0].rows.pop_back(); }, "table Bank: row 400 more than expected"},
         {"a counter", [](auto& c) { c[3].lastAutoNumber = 1; }, "table Purse: autonumber counter"},
-        {"a table less", [](auto& c) { c.pop_back(); }, "number of tables"},
         {"a kept row's bytes", [&](auto&) { ++bytes[(next.dataPages(0)[0] + 1) * 4096 - 1]; },
          "table Bank: row 1"},
     };
