@@ -157,11 +157,13 @@ jet::Value readGuid(sqlite3_stmt* s, int column)
 
 } // namespace
 
-void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts)
+void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts,
+                int first)
 {
-    texts.resize(row.size());
+    texts.resize(std::max<std::size_t>(texts.size(), first - 1 + row.size()));
     for (std::size_t i = 0; i < row.size(); ++i)
-        if (const int rc = bindValue(statement, static_cast<int>(i + 1), row[i], texts[i]); rc != SQLITE_OK)
+        if (const int rc = bindValue(statement, static_cast<int>(first + i), row[i], texts[first - 1 + i]);
+            rc != SQLITE_OK)
             throw SQLite::Exception(sqlite3_db_handle(statement), rc);
 }
 

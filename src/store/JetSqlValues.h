@@ -16,11 +16,14 @@ struct sqlite3_stmt;
 // plain SQLite interface and copy nothing they need not copy.
 namespace store::sql {
 
-// Binds the values of one row to an INSERT of all columns. Blobs are bound
-// without copying: `row` must outlive the step. `texts` holds the texts and
-// dates as SQLite gets them until then. Throws std::range_error for a date
-// outside the years 100 to 9999 and SQLite::Exception when SQLite refuses a value.
-void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts);
+// Binds the values of one row to an INSERT of all columns, from parameter
+// `first` on. Blobs are bound without copying: `row` must outlive the step.
+// `texts` holds the texts and dates as SQLite gets them until then, from
+// place `first` - 1 on; it grows only when too short, which moves the texts
+// bound before. Throws std::range_error for a date outside the years 100 to
+// 9999 and SQLite::Exception when SQLite refuses a value.
+void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts,
+                int first = 1);
 // The cell of a column of that type. Throws std::range_error for a value the
 // column cannot hold (the table's constraints normally keep those out).
 jet::Value readJetValue(jet::ColumnType type, sqlite3_stmt* statement, int column);

@@ -22,6 +22,7 @@ namespace {
 
 // Past this many different statement texts the cache starts afresh.
 constexpr std::size_t kMaxCachedStatements = 256;
+constexpr std::size_t kRowsPerInsert = 50;
 const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX;
 
 // The numbered autonumber column; a GUID autonumber has no counter.
@@ -104,26 +105,44 @@ void SqliteImage::load(jet::Database database)
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
 }
 
-// Inserts the rows in order, so that their row ids are 1, 2, ...
+// Inserts the rows in order, so that their row ids are 1, 2, ..., several
+// rows a statement.
 void SqliteImage::loadTable(const jet::Table& table)
 {
-    std::string sql = "INSERT INTO " + tableName(table) + " VALUES (";
-    for (std::size_t i = 0; i < table.columns.size(); ++i)
-        sql += i ? ", ?" : "?";
-    const RawStatement insert = prepareRaw(m_db.getHandle(), sql + ")");
-    std::vector<std::string> texts;
-    for (const jet::Row& row : table.rows) {
-        if (row.size() != table.columns.size())
-            throw std::length_error("a row of table " + jet::toUtf8(table.name) +
-                                    " has the wrong number of values");
-        for (std::size_t i = 0; i < row.size(); ++i)
-            if (!sql::meetsCheck(table.columns[i], row[i]))
-                throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
-                                       " of table " + jet::toUtf8(table.name) + " does not fit it");
-        sql::bindJetRow(insert.get(), row, texts);
-        if (const int rc = sqlite3_step(insert.get()); rc != SQLITE_DONE)
+    const std::size_t width = table.columns.size();
+    const std::size_t batch = std::max<std::size_t>(
+        1, std::min<std::size_t>(kRowsPerInsert, 999 / std::max<std::size_t>(width, 1)));
+    const auto insertOf = [&](std::size_t rows) {
+        std::string sql = "INSERT INTO " + tableName(table) + " VALUES ";
+        for (std::size_t r = 0; r < rows; ++r) {
+            sql += r ? ", (" : "(";
+            for (std::size_t i = 0; i < width; ++i)
+                sql += i ? ", ?" : "?";
+            sql += ")";
+        }
+        return prepareRaw(m_db.getHandle(), sql);
+    };
+    const RawStatement full = insertOf(batch);
+    // SQLite reads the bound texts in place: they must not move until the step.
+    std::vector<std::string> texts(batch * width);
+    for (std::size_t start = 0; start < table.rows.size(); start += batch) {
+        const std::size_t rows = std::min(batch, table.rows.size() - start);
+        const RawStatement rest = rows < batch ? insertOf(rows) : RawStatement();
+        sqlite3_stmt* insert = rest ? rest.get() : full.get();
+        for (std::size_t r = 0; r < rows; ++r) {
+            const jet::Row& row = table.rows[start + r];
+            if (row.size() != width)
+                throw std::length_error("a row of table " + jet::toUtf8(table.name) +
+                                        " has the wrong number of values");
+            for (std::size_t i = 0; i < width; ++i)
+                if (!sql::meetsCheck(table.columns[i], row[i]))
+                    throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
+                                           " of table " + jet::toUtf8(table.name) + " does not fit it");
+            sql::bindJetRow(insert, row, texts, static_cast<int>(r * width + 1));
+        }
+        if (const int rc = sqlite3_step(insert); rc != SQLITE_DONE)
             throw SQLite::Exception(m_db.getHandle(), rc);
-        sqlite3_reset(insert.get());
+        sqlite3_reset(insert);
     }
 }
 
