@@ -2,12 +2,12 @@
 
 #include "DataFileCheck.h"
 #include "ServiceTexts.h"
-#include "jet/AtomicFile.h"
-#include "jet/RegularFile.h"
-#include "jet/Writer.h"
 #include "ledger/MoneyFigures.h"
+#include "store/AtomicFile.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
+#include "store/FileError.h"
+#include "store/RegularFile.h"
 #include "store/Schema.h"
 #include "store/Snapshot.h"
 #include "store/Transaction.h"
@@ -35,7 +35,7 @@ Backup::Backup(store::Store& store, store::FileWriter writer) : m_store(store), 
 {
     if (!m_writer)
         m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-            jet::writeFileAtomically(path, bytes);
+            store::writeFileAtomically(path, bytes);
         };
 }
 
@@ -112,11 +112,11 @@ Backup::Outcome Backup::restore(QDate today)
 {
     std::vector<std::uint8_t> bytes;
     try {
-        bytes = jet::readRegularFile(backupPath().toStdString()).bytes;
-    } catch (const jet::ReadError& e) {
-        if (e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT)
+        bytes = store::readRegularFile(backupPath().toStdString()).bytes;
+    } catch (const store::FileError& e) {
+        if (e.cause() == store::FileError::Cause::System && e.errorNumber() == ENOENT)
             return failure(QString::fromUtf8(texts::backupMissing).arg(backupPath()));
-        return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), store::describeJetError(e)));
+        return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), store::describeFailure(e)));
     }
     jet::Database contents;
     if (const auto problem = dataFileProblem(bytes, &contents))

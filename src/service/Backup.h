@@ -28,7 +28,7 @@ public:
         QDate date;
     };
 
-    // `writer` replaces jet::writeFileAtomically, for tests that make writes fail.
+    // `writer` replaces store::writeFileAtomically, for tests that make writes fail.
     explicit Backup(store::Store& store, store::FileWriter writer = {});
 
     QString backupPath() const;

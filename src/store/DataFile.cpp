@@ -1,12 +1,12 @@
 #include "DataFile.h"
 
+#include "AtomicFile.h"
 #include "FailureCause.h"
+#include "FileError.h"
+#include "RegularFile.h"
 #include "Schema.h"
-#include "jet/AtomicFile.h"
 #include "jet/Reader.h"
-#include "jet/RegularFile.h"
 
-#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,7 +23,7 @@ void removeTemporariesOf(const fs::path& file)
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const fs::path target = folder / file.filename();
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
-        if (jet::isTemporaryFileOf(target, entry.path()))
+        if (isTemporaryFileOf(target, entry.path()))
             fs::remove(entry.path(), error);
 }
 
@@ -46,13 +46,11 @@ StoreError DataFile::damaged(const QString& cause) const
 std::vector<std::uint8_t> DataFile::readBytes(FileSignature& signature) const
 {
     try {
-        jet::FileContents contents = jet::readRegularFile(m_path);
+        FileContents contents = readRegularFile(m_path);
         signature = FileSignature::fromStat(contents.status);
         return std::move(contents.bytes);
-    } catch (const jet::ReadError& e) {
-        const bool missing = e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT;
-        throw StoreError::forFile(missing ? Kind::Missing : Kind::Unreadable, displayPath(),
-                                  describeJetError(e));
+    } catch (const FileError& e) {
+        throw readFailure(displayPath(), e);
     }
 }
 
@@ -89,9 +87,9 @@ void DataFile::removeStaleTemporaries() const
 {
     removeTemporariesOf(m_path);
     try {
-        if (const fs::path target = jet::followLinks(m_path); target != m_path)
+        if (const fs::path target = followLinks(m_path); target != m_path)
             removeTemporariesOf(target);
-    } catch (const jet::Error&) {
+    } catch (const FileError&) {
         // A looping link: nothing can have been saved through it.
     }
 }

@@ -4,7 +4,6 @@
 #include "FailureCause.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
 
 #include <QDebug>

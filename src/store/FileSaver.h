@@ -12,7 +12,7 @@
 
 namespace store {
 
-// Puts bytes in place of a file; jet::writeFileAtomically unless a test
+// Puts bytes in place of a file; writeFileAtomically unless a test
 // hands in one that fails.
 using FileWriter = std::function<void(const std::filesystem::path&, std::span<const std::uint8_t>)>;
 

@@ -2,13 +2,13 @@
 
 #include "Transaction.h"
 
+#include "AtomicFile.h"
 #include "FailureCause.h"
 #include "RowReader.h"
 #include "Schema.h"
 #include "SqlParameters.h"
 #include "SqliteImage.h"
 #include "StoreTexts.h"
-#include "jet/Writer.h"
 
 #include <SQLiteCpp/Exception.h>
 
@@ -26,9 +26,8 @@ namespace {
 
 FileWriter defaultWriter()
 {
-    return [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-        jet::writeFileAtomically(path, bytes);
-    };
+    return
+        [](const fs::path& path, std::span<const std::uint8_t> bytes) { writeFileAtomically(path, bytes); };
 }
 
 QString fromStd(const char* text)

@@ -29,7 +29,7 @@ class SqliteImage;
 class Store
 {
 public:
-    // `writer` replaces jet::writeFileAtomically, for tests that make saves fail.
+    // `writer` replaces writeFileAtomically, for tests that make saves fail.
     explicit Store(const QString& programDir, ErrorSink* sink = nullptr, FileWriter writer = {});
     ~Store();
     Store(const Store&) = delete;

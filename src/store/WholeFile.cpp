@@ -1,15 +1,13 @@
 #include "WholeFile.h"
 
+#include "AtomicFile.h"
 #include "DataFile.h"
 #include "FailureCause.h"
+#include "FileError.h"
 #include "FileLock.h"
+#include "RegularFile.h"
 #include "Store.h"
 #include "StoreError.h"
-#include "jet/AtomicFile.h"
-#include "jet/RegularFile.h"
-#include "jet/Writer.h"
-
-#include <cerrno>
 
 namespace store {
 
@@ -43,7 +41,7 @@ WholeFile::WholeFile(const Store& store, FileWriter writer)
 {
     if (!m_writer)
         m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-            jet::writeFileAtomically(path, bytes);
+            writeFileAtomically(path, bytes);
         };
 }
 
@@ -51,11 +49,9 @@ std::vector<std::uint8_t> WholeFile::read() const
 {
     const ScopedLock lock(m_path);
     try {
-        return jet::readRegularFile(m_path).bytes;
-    } catch (const jet::ReadError& e) {
-        const bool missing = e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT;
-        throw StoreError::forFile(missing ? Kind::Missing : Kind::Unreadable,
-                                  QString::fromStdString(m_path.string()), describeJetError(e));
+        return readRegularFile(m_path).bytes;
+    } catch (const FileError& e) {
+        throw readFailure(QString::fromStdString(m_path.string()), e);
     }
 }
 

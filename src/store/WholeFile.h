@@ -19,7 +19,7 @@ class Store;
 class WholeFile
 {
 public:
-    // `writer` replaces jet::writeFileAtomically, for tests that make writes fail.
+    // `writer` replaces writeFileAtomically, for tests that make writes fail.
     explicit WholeFile(const Store& store, FileWriter writer = {});
 
     const std::filesystem::path& path() const { return m_path; }

@@ -1,8 +1,8 @@
 #include "service/Backup.h"
 #include "ServiceData.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
 #include "service/ServiceTexts.h"
+#include "store/FileError.h"
 #include "store/FileLock.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
@@ -42,7 +42,7 @@ QByteArray encoded(const jet::Database& db)
 // A writer that fails the way a full disk does, before anything is renamed.
 void diskFull(const std::filesystem::path& path, std::span<const std::uint8_t>)
 {
-    throw jet::WriteError(path, "write", ENOSPC);
+    throw store::FileError::writing(path, "write", ENOSPC);
 }
 
 QString message(const char* pattern, const QString& path, const QString& cause = {})
