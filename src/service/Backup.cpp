@@ -3,7 +3,6 @@
 #include "DataFileCheck.h"
 #include "ServiceTexts.h"
 #include "ledger/MoneyFigures.h"
-#include "store/AtomicFile.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
 #include "store/FileError.h"
@@ -31,13 +30,7 @@ const QString kBackupCriteria = QStringLiteral("F0 = 'BACKUP'");
 
 } // namespace
 
-Backup::Backup(store::Store& store, store::FileWriter writer) : m_store(store), m_writer(std::move(writer))
-{
-    if (!m_writer)
-        m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-            store::writeFileAtomically(path, bytes);
-        };
-}
+Backup::Backup(store::Store& store, store::FileWriter writer) : m_store(store), m_writer(std::move(writer)) {}
 
 QString Backup::backupPath() const
 {

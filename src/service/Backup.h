@@ -1,7 +1,7 @@
 #pragma once
 
 #include "jet/Database.h"
-#include "store/FileSaver.h"
+#include "store/FileWriter.h"
 #include "store/Store.h"
 
 #include <QDate>
@@ -28,8 +28,8 @@ public:
         QDate date;
     };
 
-    // `writer` replaces store::writeFileAtomically, for tests that make writes fail.
-    explicit Backup(store::Store& store, store::FileWriter writer = {});
+    // Tests hand in a `writer` that makes writes fail.
+    explicit Backup(store::Store& store, store::FileWriter writer = store::atomicWriter());
 
     QString backupPath() const;
 

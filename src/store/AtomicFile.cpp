@@ -1,6 +1,7 @@
 #include "AtomicFile.h"
 
 #include "FileError.h"
+#include "FileWriter.h"
 
 #include <atomic>
 #include <cerrno>
@@ -149,6 +150,12 @@ void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> byt
         throw FileError::writing(target, "rename", savedErrno);
     }
     syncFolder(target, ops);
+}
+
+FileWriter atomicWriter()
+{
+    return
+        [](const fs::path& path, std::span<const std::uint8_t> bytes) { writeFileAtomically(path, bytes); };
 }
 
 bool isTemporaryFileOf(const fs::path& target, const fs::path& candidate)

@@ -1,6 +1,5 @@
 #include "WholeFile.h"
 
-#include "AtomicFile.h"
 #include "DataFile.h"
 #include "FailureCause.h"
 #include "FileError.h"
@@ -14,40 +13,14 @@ namespace store {
 namespace fs = std::filesystem;
 using Kind = StoreError::Kind;
 
-namespace {
-
-// The store's lock, taken for one whole-file operation and given back at the
-// end of the scope. The lock file is the one the store itself uses.
-class ScopedLock
-{
-public:
-    explicit ScopedLock(const fs::path& dataFile) : m_lock(fs::path(dataFile.string() + ".lock"))
-    {
-        if (!m_lock.tryLock())
-            throw StoreError::forFile(Kind::Locked, QString::fromStdString(dataFile.string()));
-    }
-    ~ScopedLock() { m_lock.unlock(); }
-    ScopedLock(const ScopedLock&) = delete;
-    ScopedLock& operator=(const ScopedLock&) = delete;
-
-private:
-    FileLock m_lock;
-};
-
-} // namespace
-
 WholeFile::WholeFile(const Store& store, FileWriter writer)
     : m_path(store.dataFilePath().toStdString()), m_writer(std::move(writer))
-{
-    if (!m_writer)
-        m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-            writeFileAtomically(path, bytes);
-        };
-}
+{}
 
 std::vector<std::uint8_t> WholeFile::read() const
 {
-    const ScopedLock lock(m_path);
+    FileLock lock(m_path);
+    lock.take();
     try {
         return readRegularFile(m_path).bytes;
     } catch (const FileError& e) {
@@ -57,7 +30,8 @@ std::vector<std::uint8_t> WholeFile::read() const
 
 void WholeFile::replace(std::span<const std::uint8_t> bytes) const
 {
-    const ScopedLock lock(m_path);
+    FileLock lock(m_path);
+    lock.take();
     const QString shown = QString::fromStdString(m_path.string());
     if (isWriteProtected(m_path))
         throw StoreError::forFile(Kind::ReadOnly, shown);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileSaver.h"
+#include "FileWriter.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -19,8 +19,8 @@ class Store;
 class WholeFile
 {
 public:
-    // `writer` replaces writeFileAtomically, for tests that make writes fail.
-    explicit WholeFile(const Store& store, FileWriter writer = {});
+    // Tests hand in a `writer` that makes writes fail.
+    explicit WholeFile(const Store& store, FileWriter writer = atomicWriter());
 
     const std::filesystem::path& path() const { return m_path; }
 

@@ -173,8 +173,8 @@ TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
     ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)).done);
     ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray data = d.folder().bytes();
-    store::FileLock other(d.folder().dataFilePath().toStdString() + ".lock");
-    ASSERT_TRUE(other.tryLock());
+    store::FileLock other(d.folder().dataFilePath().toStdString());
+    other.take();
 
     const Backup::Outcome restored = Backup(d.store()).restore(QDate(2026, 3, 15));
     EXPECT_FALSE(restored.done);
@@ -185,6 +185,6 @@ TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
     EXPECT_FALSE(made.done);
     EXPECT_TRUE(made.message.isEmpty());
     ASSERT_EQ(d.sink.messages.size(), 1);
-    other.unlock();
+    other.release();
     EXPECT_EQ(Backup(d.store()).lastBackupDate(), QDate(2026, 3, 1));
 }
