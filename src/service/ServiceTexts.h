@@ -56,7 +56,7 @@ inline constexpr char cleared[] = "База данных очищена";
 
 // Causes of a refused data file or backup, put in place of %2.
 inline constexpr const char* causeEmptyFile = store::texts::causeEmptyFile;
-inline constexpr char causeOtherPassword[] = "файл защищён другим паролем";
+using store::texts::causeOtherPassword;
 
 // Deleting operations, and restoring a backup, whose money figures must fit.
 using store::texts::amountOutOfRange;

@@ -5,6 +5,7 @@
 #include "FileError.h"
 #include "RegularFile.h"
 #include "Schema.h"
+#include "StoreTexts.h"
 #include "jet/Reader.h"
 
 #include <sys/stat.h>
@@ -43,12 +44,10 @@ StoreError DataFile::damaged(const QString& cause) const
     return StoreError::forFile(Kind::Damaged, displayPath(), cause);
 }
 
-std::vector<std::uint8_t> DataFile::readBytes(FileSignature& signature) const
+FileContents DataFile::read() const
 {
     try {
-        FileContents contents = readRegularFile(m_path);
-        signature = FileSignature::fromStat(contents.status);
-        return std::move(contents.bytes);
+        return readRegularFile(m_path);
     } catch (const FileError& e) {
         throw readFailure(displayPath(), e);
     }
@@ -56,16 +55,22 @@ std::vector<std::uint8_t> DataFile::readBytes(FileSignature& signature) const
 
 LoadedFile DataFile::load() const
 {
+    return decode(read());
+}
+
+LoadedFile DataFile::decode(const FileContents& contents) const
+{
     LoadedFile loaded;
-    const std::vector<std::uint8_t> bytes = readBytes(loaded.signature);
+    loaded.signature = FileSignature::fromStat(contents.status);
     try {
         std::optional<jet::Error> damage;
-        loaded.database = jet::salvageDatabase(bytes, m_password, damage);
+        loaded.database = jet::salvageDatabase(contents.bytes, m_password, damage);
         if (damage)
             loaded.damage = damaged(describeJetError(*damage));
     } catch (const jet::Error& e) {
         if (e.code() == jet::ErrorCode::NotAValidPassword)
-            throw StoreError::forFile(Kind::WrongPassword, displayPath());
+            throw StoreError::forFile(Kind::WrongPassword, displayPath(),
+                                      QString::fromUtf8(texts::causeOtherPassword));
         loaded.damage = damaged(describeJetError(e));
     } catch (const std::bad_alloc&) {
         throw;

@@ -2,46 +2,77 @@
 
 #include "DataFile.h"
 #include "FailureCause.h"
-#include "FileError.h"
 #include "FileLock.h"
-#include "RegularFile.h"
+#include "Schema.h"
 #include "Store.h"
 #include "StoreError.h"
+#include "StoreTexts.h"
 
 namespace store {
 
 namespace fs = std::filesystem;
 using Kind = StoreError::Kind;
 
+namespace {
+
+QString shown(const fs::path& path)
+{
+    return QString::fromStdString(path.string());
+}
+
+// Runs `write`, turning its failure into CannotWrite naming `path`.
+template <typename Write> void writing(const fs::path& path, Write write)
+{
+    try {
+        write();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        throw StoreError::forFile(Kind::CannotWrite, shown(path), describeFailure(e));
+    }
+}
+
+} // namespace
+
 WholeFile::WholeFile(const Store& store, FileWriter writer)
     : m_path(store.dataFilePath().toStdString()), m_writer(std::move(writer))
 {}
 
-std::vector<std::uint8_t> WholeFile::read() const
+void WholeFile::copyTo(const fs::path& copy) const
 {
     FileLock lock(m_path);
     lock.take();
+    const DataFile file(m_path, kFilePassword);
+    const FileContents contents = file.read();
+    if (const LoadedFile loaded = file.decode(contents); loaded.damage)
+        throw *loaded.damage;
+    writing(copy, [&] { m_writer(copy, contents.bytes); });
+}
+
+CheckedFile WholeFile::check(const fs::path& candidate)
+{
+    const DataFile file(candidate, kFilePassword);
+    FileContents contents = file.read();
+    LoadedFile loaded = file.decode(contents);
+    if (loaded.damage)
+        throw *loaded.damage;
     try {
-        return readRegularFile(m_path).bytes;
-    } catch (const FileError& e) {
-        throw readFailure(QString::fromStdString(m_path.string()), e);
+        return CheckedFile(std::move(contents.bytes), std::move(loaded.database));
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        throw StoreError::forFile(Kind::Damaged, shown(candidate),
+                                  QString::fromUtf8(texts::causeValueNotAccepted));
     }
 }
 
-void WholeFile::replace(std::span<const std::uint8_t> bytes) const
+void WholeFile::replaceWith(const CheckedFile& file) const
 {
     FileLock lock(m_path);
     lock.take();
-    const QString shown = QString::fromStdString(m_path.string());
     if (isWriteProtected(m_path))
-        throw StoreError::forFile(Kind::ReadOnly, shown);
-    try {
-        m_writer(m_path, bytes);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::CannotWrite, shown, describeFailure(e));
-    }
+        throw StoreError::forFile(Kind::ReadOnly, shown(m_path));
+    writing(m_path, [&] { m_writer(m_path, file.bytes()); });
 }
 
 } // namespace store
