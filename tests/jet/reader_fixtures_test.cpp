@@ -2,7 +2,7 @@
 // mdb-export as an independent oracle (with its known faults accounted for).
 #include "support/Fixtures.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 #include "jet/Error.h"
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
@@ -53,7 +53,7 @@ void expectSameAsMdbExport(const std::filesystem::path& file, const jet::Table& 
     const std::string name = jet::toUtf8(table.name);
     const CommandResult oracle = run("mdb-export " + shellQuoted(file) + " " + shellQuoted(name));
     ASSERT_EQ(oracle.exitCode, 0) << oracle.output;
-    const std::string ours = jet::exportCsv(table);
+    const std::string ours = velmora::exportCsv(table);
     if (ours == oracle.output)
         return;
     const auto expected = parseCsv(oracle.output);
