@@ -32,7 +32,7 @@ void BM_Backup(benchmark::State& state)
     store.verify();
     service::Backup backup(store);
     for (auto _ : state)
-        if (!backup.make(QDate(2025, 6, 30)).done)
+        if (!backup.make(QDate(2025, 6, 30)))
             state.SkipWithError("the backup failed");
 }
 BENCHMARK(BM_Backup)->Unit(benchmark::kMillisecond);
@@ -43,10 +43,10 @@ void BM_Restore(benchmark::State& state)
 {
     store::Store store(sampleFolder().dir());
     service::Backup backup(store);
-    if (!backup.make(QDate(2025, 6, 30)).done)
+    if (!backup.make(QDate(2025, 6, 30)))
         state.SkipWithError("the backup failed");
     for (auto _ : state)
-        if (!backup.restore(QDate(2026, 3, 15)).done)
+        if (!backup.restore(QDate(2026, 3, 15)))
             state.SkipWithError("the restore failed");
 }
 BENCHMARK(BM_Restore)->Unit(benchmark::kMillisecond);

@@ -9,7 +9,7 @@
 
 namespace velmora::tool {
 
-// The whole file; jet::ReadError when it cannot be read or is no regular
+// The whole file; store::FileError when it cannot be read or is no regular
 // file (a FIFO, device or folder is never opened).
 std::vector<std::uint8_t> readBytes(const std::filesystem::path& path);
 

@@ -2,7 +2,7 @@
 
 #include "FileAccess.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
 
@@ -23,7 +23,7 @@ int runExport(const CommandLine& line, std::ostream& out)
     const jet::Table* table = db.table(jet::fromUtf8(line.arguments.at(1)));
     if (!table)
         throw ToolError("no table named '" + line.arguments.at(1) + "'");
-    out << jet::exportCsv(*table);
+    out << velmora::exportCsv(*table);
     return kExitOk;
 }
 

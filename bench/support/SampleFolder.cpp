@@ -2,6 +2,7 @@
 
 #include "SampleData.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/Store.h"
 
 #include <chrono>
@@ -20,8 +21,8 @@ SampleFolder::SampleFolder(int operations)
     options.opsPerMonth = operations / 120;
     options.seed = 2031;
     options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
-    jet::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
-                             jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+    store::writeFileAtomically((m_dir.path() + "/velmora.mdb").toStdString(),
+                               jet::encodeDatabase(velmora::makeSampleDatabase(options)));
 }
 
 const SampleFolder& sampleFolder(int operations)

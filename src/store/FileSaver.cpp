@@ -2,9 +2,9 @@
 
 #include "DatabaseDiff.h"
 #include "FailureCause.h"
+#include "FileError.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
 
 #include <QDebug>
@@ -18,11 +18,7 @@ FileSignature FileSaver::save(const jet::Database& database, const FileSignature
     const std::vector<std::uint8_t> bytes = encode(database);
     checkDecodesBack(bytes, database);
     checkUnchangedOnDisk(expected);
-    write(bytes);
-    const std::optional<FileSignature> written = FileSignature::of(m_file.path());
-    if (!written)
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), StoreError::describeErrno(errno));
-    return *written;
+    return write(bytes);
 }
 
 std::vector<std::uint8_t> FileSaver::encode(const jet::Database& database) const
@@ -57,15 +53,20 @@ void FileSaver::checkDecodesBack(std::span<const std::uint8_t> bytes, const jet:
 
 void FileSaver::checkUnchangedOnDisk(const FileSignature& expected) const
 {
-    const std::optional<FileSignature> current = FileSignature::of(m_file.path());
-    if (!current || *current != expected)
-        throw StoreError::forFile(Kind::ChangedOnDisk, m_file.displayPath());
+    try {
+        if (FileSignature::of(m_file.path()) == expected)
+            return;
+    } catch (const FileError&) {
+        // A file that is gone or cannot be examined has changed too.
+    }
+    throw StoreError::forFile(Kind::ChangedOnDisk, m_file.displayPath());
 }
 
-void FileSaver::write(std::span<const std::uint8_t> bytes) const
+FileSignature FileSaver::write(std::span<const std::uint8_t> bytes) const
 {
     try {
         m_writer(m_file.path(), bytes);
+        return FileSignature::of(m_file.path());
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {

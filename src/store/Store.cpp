@@ -3,18 +3,17 @@
 #include "Transaction.h"
 
 #include "FailureCause.h"
+#include "FileError.h"
 #include "RowReader.h"
 #include "Schema.h"
 #include "SqlParameters.h"
 #include "SqliteImage.h"
 #include "StoreTexts.h"
-#include "jet/Writer.h"
 
 #include <SQLiteCpp/Exception.h>
 
 #include <QDebug>
 
-#include <cerrno>
 #include <stdexcept>
 
 namespace store {
@@ -23,13 +22,6 @@ namespace fs = std::filesystem;
 using Kind = StoreError::Kind;
 
 namespace {
-
-FileWriter defaultWriter()
-{
-    return [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-        jet::writeFileAtomically(path, bytes);
-    };
-}
 
 QString fromStd(const char* text)
 {
@@ -40,8 +32,7 @@ QString fromStd(const char* text)
 
 Store::Store(const QString& programDir, ErrorSink* sink, FileWriter writer)
     : m_file(fs::absolute(fs::path(programDir.toStdString())) / kDataFileName, kFilePassword),
-      m_lock(fs::path(m_file.path().string() + ".lock")), m_sink(sink),
-      m_writer(writer ? std::move(writer) : defaultWriter())
+      m_lock(m_file.path()), m_sink(sink), m_writer(std::move(writer))
 {}
 
 Store::~Store()
@@ -57,7 +48,7 @@ void Store::verify()
     open();
     m_image->rollback();
     m_open = false;
-    m_lock.unlock();
+    m_lock.release();
     if (m_damage)
         throw *m_damage;
 }
@@ -96,14 +87,13 @@ long long Store::changeCount() const
 
 bool Store::open()
 {
-    if (!m_lock.tryLock())
-        throw StoreError::forFile(Kind::Locked, dataFilePath());
+    m_lock.take();
     bool readAnew = false;
     try {
         readAnew = refresh();
         m_image->begin();
     } catch (...) {
-        m_lock.unlock();
+        m_lock.release();
         throw;
     }
     m_changesAtOpen = m_image->totalChanges();
@@ -113,10 +103,12 @@ bool Store::open()
 
 bool Store::refresh()
 {
-    const std::optional<FileSignature> current = FileSignature::of(m_file.path());
-    if (!current)
-        throw StoreError::forFile(errno == ENOENT ? Kind::Missing : Kind::Unreadable, dataFilePath(),
-                                  StoreError::describeErrno(errno));
+    FileSignature current;
+    try {
+        current = FileSignature::of(m_file.path());
+    } catch (const FileError& e) {
+        throw readFailure(dataFilePath(), e);
+    }
     if (m_image && m_signature == current)
         return false;
     m_image.reset();
@@ -156,7 +148,7 @@ StoreResult Store::finish(bool commit)
         if (m_failure || !commit)
             m_image->rollback();
         m_open = false;
-        m_lock.unlock();
+        m_lock.release();
     }
     StoreResult result = m_failure ? StoreResult(*m_failure) : StoreResult();
     m_failure.reset();

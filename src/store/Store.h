@@ -29,8 +29,8 @@ class SqliteImage;
 class Store
 {
 public:
-    // `writer` replaces jet::writeFileAtomically, for tests that make saves fail.
-    explicit Store(const QString& programDir, ErrorSink* sink = nullptr, FileWriter writer = {});
+    // Tests hand in a `writer` that makes saves fail.
+    explicit Store(const QString& programDir, ErrorSink* sink = nullptr, FileWriter writer = atomicWriter());
     ~Store();
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;

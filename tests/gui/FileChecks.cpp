@@ -1,6 +1,6 @@
 #include "FileChecks.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 #include "jet/Reader.h"
 #include "store/Schema.h"
 
@@ -42,7 +42,7 @@ void compareWithMdbExport(const QString& path)
         QVERIFY2(exporter.waitForFinished(60000), "mdb-export did not finish");
         QCOMPARE(exporter.exitCode(), 0);
         QCOMPARE(QString::fromUtf8(exporter.readAllStandardOutput()),
-                 asMdbtoolsPrints(QString::fromStdString(jet::exportCsv(table))));
+                 asMdbtoolsPrints(QString::fromStdString(velmora::exportCsv(table))));
     }
 }
 

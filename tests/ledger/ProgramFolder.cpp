@@ -1,6 +1,7 @@
 #include "ProgramFolder.h"
 
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/Schema.h"
 
 #include <QDir>
@@ -23,7 +24,7 @@ QString ProgramFolder::dataFilePath() const
 
 void ProgramFolder::write(const jet::Database& db) const
 {
-    jet::writeFileAtomically(dataFilePath().toStdString(), jet::encodeDatabase(db));
+    store::writeFileAtomically(dataFilePath().toStdString(), jet::encodeDatabase(db));
 }
 
 void ProgramFolder::writeBytes(const QByteArray& bytes) const

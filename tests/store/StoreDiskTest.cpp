@@ -1,6 +1,7 @@
 #include "StoreFolder.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
+#include "store/FileError.h"
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
@@ -46,8 +47,8 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Store store(folder.dir(), &sink,
                 [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
                     if (diskFull)
-                        throw jet::WriteError(path, "write", ENOSPC);
-                    jet::writeFileAtomically(path, bytes);
+                        throw store::FileError::writing(path, "write", ENOSPC);
+                    store::writeFileAtomically(path, bytes);
                 });
     const std::vector<std::uint8_t> before = folder.dataFileBytes();
     {

@@ -2,6 +2,7 @@
 
 #include "jet/Reader.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/Schema.h"
 
 #include <cstdlib>
@@ -29,7 +30,7 @@ StoreFolder::~StoreFolder()
 
 void StoreFolder::writeDataFile(const jet::Database& db) const
 {
-    jet::writeFileAtomically(dataFile(), jet::encodeDatabase(db));
+    store::writeFileAtomically(dataFile(), jet::encodeDatabase(db));
 }
 
 void StoreFolder::writePreparedFile() const
@@ -47,7 +48,7 @@ std::vector<std::uint8_t> StoreFolder::dataFileBytes() const
 
 jet::Database StoreFolder::readDataFile() const
 {
-    return jet::readFile(dataFile(), kFilePassword);
+    return jet::readDatabase(dataFileBytes(), kFilePassword);
 }
 
 std::vector<std::string> StoreFolder::strayFiles() const

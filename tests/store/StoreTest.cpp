@@ -1,7 +1,7 @@
 #include "store/Store.h"
 #include "StoreFolder.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
 
@@ -181,7 +181,7 @@ TEST_F(StoreTest, NestedTransactionsWriteOnceAtTheOutermostCommit)
     Store counted(folder.dir(), &sink,
                   [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
                       ++writes;
-                      jet::writeFileAtomically(path, bytes);
+                      store::writeFileAtomically(path, bytes);
                   });
     const std::vector<std::uint8_t> before = folder.dataFileBytes();
     {

@@ -1,4 +1,4 @@
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ std::string field(ColumnType type, const Value& value)
     table.name = u"T";
     table.columns = {type == ColumnType::Text ? Column::text(u"C", 255) : Column::ofType(u"C", type)};
     table.rows = {{value}};
-    const std::string csv = jet::exportCsv(table);
+    const std::string csv = velmora::exportCsv(table);
     return csv.substr(2, csv.size() - 3);
 }
 
@@ -36,10 +36,10 @@ TEST(CsvExport, HeaderThenOneLinePerRow)
     table.name = u"Bank";
     table.columns = {Column::ofType(u"F0", ColumnType::Long, true), Column::text(u"Сумма прописью", 50),
                      Column::ofType(u"F2", ColumnType::Currency)};
-    EXPECT_EQ(jet::exportCsv(table), "F0,Сумма прописью,F2\n") << "an empty table is its header line";
+    EXPECT_EQ(velmora::exportCsv(table), "F0,Сумма прописью,F2\n") << "an empty table is its header line";
     table.rows = {{std::int32_t{1}, std::u16string(u"Зарплата"), jet::Currency{1000000}},
                   {std::int32_t{2}, jet::Null{}, jet::Null{}}};
-    EXPECT_EQ(jet::exportCsv(table), "F0,Сумма прописью,F2\n1,\"Зарплата\",100.0000\n2,,\n");
+    EXPECT_EQ(velmora::exportCsv(table), "F0,Сумма прописью,F2\n1,\"Зарплата\",100.0000\n2,,\n");
 }
 
 TEST(CsvExport, TextsAreQuotedWithQuotesDoubledAndLineBreaksKept)
