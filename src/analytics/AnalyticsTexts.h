@@ -13,14 +13,12 @@ inline constexpr char accountColumn[] = "Счет";
 inline constexpr char accountAgainColumn[] = "Счета";
 inline constexpr char totalColumn[] = "ИТОГО";
 inline constexpr char totalsRow[] = " -- ИТОГО -- ";
-inline constexpr const char* monthColumns[12] = {"Январь",   "Февраль", "Март",   "Апрель",
-                                                 "Май",      "Июнь",    "Июль",   "Август",
-                                                 "Сентябрь", "Октябрь", "Ноябрь", "Декабрь"};
+inline constexpr const auto& monthColumns = store::texts::monthNames;
 
 // The detail table.
 inline constexpr char dateColumn[] = "Дата";
 inline constexpr char amountColumn[] = "Сумма";
-inline constexpr char commentColumn[] = "Комментарий";
+inline constexpr const char* commentColumn = store::texts::bankComment;
 inline constexpr char purseColumn[] = "Кошелек";
 inline constexpr char numberColumn[] = "N_операции";
 inline constexpr char noteColumn[] = "Примечание";

@@ -21,7 +21,7 @@ inline constexpr char choosePurseToDelete[] = "Необходимо выбрат
 // Bank: "Сумма в размере " + amount as typed + " добавлена" / " снята". The
 // confirmation carries the title of the error boxes.
 inline constexpr const char* bankDoneTitle = ui::texts::errorTitle;
-inline constexpr char commentTitle[] = "Комментарий";
+inline constexpr const char* commentTitle = store::texts::bankComment;
 inline constexpr char commentPrompt[] = "Введите комментарий для суммы ";
 inline constexpr char amountPrefix[] = "Сумма в размере ";
 inline constexpr char depositedSuffix[] = " добавлена";

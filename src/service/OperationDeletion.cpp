@@ -29,6 +29,22 @@ std::vector<QDate> monthOf(const store::Row& row, int dateColumn)
     return day.isValid() ? std::vector{day} : std::vector<QDate>{};
 }
 
+// An operation number typed or chosen: a positive whole number of the number
+// columns' range.
+std::optional<qlonglong> numberOf(const QString& text)
+{
+    const QString digits = text.trimmed();
+    if (digits.isEmpty() || digits.size() > 10)
+        return std::nullopt;
+    for (const QChar ch : digits)
+        if (ch < QLatin1Char('0') || ch > QLatin1Char('9'))
+            return std::nullopt;
+    const qlonglong number = digits.toLongLong();
+    if (number <= 0 || number > std::numeric_limits<std::int32_t>::max())
+        return std::nullopt;
+    return number;
+}
+
 } // namespace
 
 std::optional<OperationDeletion::Day> OperationDeletion::list(QDate day)
@@ -105,20 +121,6 @@ store::Outcome OperationDeletion::deleteExpense(qlonglong number)
     if (purseKept)
         money::writePurseBalance(tx, purse, *purseBalance);
     return store::MoneyFigures::commitInRange(tx, before);
-}
-
-std::optional<qlonglong> OperationDeletion::numberOf(const QString& text)
-{
-    const QString digits = text.trimmed();
-    if (digits.isEmpty() || digits.size() > 10)
-        return std::nullopt;
-    for (const QChar ch : digits)
-        if (ch < QLatin1Char('0') || ch > QLatin1Char('9'))
-            return std::nullopt;
-    const qlonglong number = digits.toLongLong();
-    if (number <= 0 || number > std::numeric_limits<std::int32_t>::max())
-        return std::nullopt;
-    return number;
 }
 
 } // namespace service

@@ -52,9 +52,6 @@ public:
     // Gives the expense's amount back to the balance and to its purse.
     store::Outcome deleteExpense(qlonglong number);
 
-    // An operation number typed or chosen: a positive whole number.
-    static std::optional<qlonglong> numberOf(const QString& text);
-
 private:
     store::Result<Operation> find(const QString& sql, const QString& typed);
 

@@ -36,10 +36,6 @@ jet::Table table(std::u16string name, std::vector<Column> columns)
     return t;
 }
 
-const char16_t* const kMonthNames[12] = {u"Январь",   u"Февраль", u"Март",   u"Апрель",
-                                         u"Май",      u"Июнь",    u"Июль",   u"Август",
-                                         u"Сентябрь", u"Октябрь", u"Ноябрь", u"Декабрь"};
-
 } // namespace
 
 std::vector<jet::Table> schemaTables()
@@ -71,7 +67,7 @@ jet::Database preparedDatabase(double creationDate)
     db.table(u"Cur")->rows = {{std::int32_t{2}, jet::Currency{0}}, {std::int32_t{3}, jet::Currency{0}}};
     auto& months = db.table(u"Mon")->rows;
     for (int m = 1; m <= 12; ++m)
-        months.push_back({std::int32_t{m}, std::u16string(kMonthNames[m - 1])});
+        months.push_back({std::int32_t{m}, QString::fromUtf8(texts::monthNames[m - 1]).toStdU16String()});
     return db;
 }
 

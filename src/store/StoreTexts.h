@@ -7,6 +7,11 @@ namespace store::texts {
 // The program's name: window titles and printed reports carry it.
 inline constexpr char productName[] = "Velmora";
 
+// The months as the prepared data file names them, January first.
+inline constexpr const char* monthNames[12] = {"Январь",   "Февраль", "Март",   "Апрель",
+                                               "Май",      "Июнь",    "Июль",   "Август",
+                                               "Сентябрь", "Октябрь", "Ноябрь", "Декабрь"};
+
 // An operation whose result would not fit the data file's money columns, or
 // would put a figure of the main window out of their range.
 inline constexpr char amountOutOfRange[] =

@@ -2,6 +2,9 @@
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
 #include "RecordingSink.h"
+#include "ledger/MonthStatistics.h"
+
+#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -77,4 +80,8 @@ TEST(Balances, DamagedFileIsReportedAndShowsWhatCouldBeRead)
     EXPECT_TRUE(balances->purseEntries.isEmpty());
     EXPECT_EQ(sink.messages.size(), 1) << sink.messages.join("\n").toStdString();
     EXPECT_EQ(folder.bytes(), QByteArray(4096, 'x'));
+    // A missing file gives nothing, and says which file it missed.
+    QFile::remove(folder.dataFilePath());
+    EXPECT_FALSE(ledger::MonthStatistics::read(store, QDate(2026, 3, 1)).has_value());
+    EXPECT_TRUE(sink.messages.last().contains(folder.dataFilePath())) << sink.messages.last().toStdString();
 }

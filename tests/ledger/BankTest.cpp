@@ -63,20 +63,13 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
 TEST(Bank, CommentsAreStoredAsTypedUpToTheColumnSize)
 {
     const QString longest = QString(254, QChar(u'ж')) + "'";
-    for (const QString& comment : {QString("Мамин долг 'за июнь'"), QString("\"кавычки\"\tи табуляция"),
-                                   QString(), longest, longest + "ж"}) {
+    for (const QString& comment :
+         {QString("Мамин долг 'за июнь'"), QString("\"кавычки\"\tи табуляция"), QString(), longest}) {
         DataBuilder data;
         LedgerFile file(data);
-        const std::string outcome =
-            said(ledger::Bank(file.store())
-                     .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment}));
-        // One character more than the column holds is refused before anything is written.
-        if (comment.size() > longest.size()) {
-            EXPECT_EQ(outcome, "Комментарий не может быть длиннее 255 символов!");
-            EXPECT_EQ(file.count("Bank"), 0);
-            continue;
-        }
-        ASSERT_EQ(outcome, "done");
+        ASSERT_EQ(said(ledger::Bank(file.store())
+                           .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment})),
+                  "done");
         EXPECT_EQ(store::Store(file.folder().path()).rows("Bank").at(0).text(3), comment);
     }
 }
@@ -89,6 +82,9 @@ TEST(Bank, NothingIsWrittenWhenAStatementOrTheSumFails)
     const QByteArray before = file.folder().bytes();
     ledger::Bank bank(file.store());
 
+    // One character more than the column holds: refused before anything is written.
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, u'ж')})),
+              "Комментарий не может быть длиннее 255 символов!");
     // A date the file cannot hold: the insert fails, the balance stays.
     EXPECT_EQ(said(bank.record({QDate(10000, 1, 2), typed("1"), BankDirection::Deposit, {}})), "not saved");
     ASSERT_EQ(file.sink.messages.size(), 1);

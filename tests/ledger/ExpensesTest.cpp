@@ -83,11 +83,8 @@ TEST(Expenses, AFailureWritesNothingAtAll)
     ledger::Expense tooLong = expense("10");
     tooLong.note = QString(256, u'я');
     EXPECT_EQ(said(expenses.book(tooLong)), "Примечание расхода не может быть длиннее 255 символов!");
-    tooLong.date = QDate(10000, 1, 1);
-    tooLong.note.chop(1);
-    EXPECT_EQ(said(expenses.book(tooLong)), "not saved");
-    EXPECT_EQ(file.sink.messages.size(), 1);
     EXPECT_EQ(said(expenses.book(expense("-922337203685477"))), amountOutOfRange);
+    EXPECT_TRUE(file.sink.messages.isEmpty());
     EXPECT_EQ(file.folder().bytes(), before);
 
     EXPECT_EQ(said(expenses.book(expense("10"))), "done");

@@ -1,7 +1,6 @@
 #include "ledger/MonthStatistics.h"
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
 
 #include <gtest/gtest.h>
 
@@ -59,14 +58,4 @@ TEST(MonthStatistics, CurrentAndPreviousCalendarMonth)
         EXPECT_EQ(statistics->previous.income.toPlainString().toStdString(), c.previousIncome) << where;
         EXPECT_EQ(statistics->previous.expenses.toPlainString().toStdString(), c.previousExpenses) << where;
     }
-}
-
-TEST(MonthStatistics, UnreadableFileIsReportedAndGivesNothing)
-{
-    ProgramFolder folder;
-    RecordingSink sink;
-    store::Store store(folder.path(), &sink);
-    EXPECT_FALSE(ledger::MonthStatistics::read(store, QDate(2026, 3, 1)).has_value());
-    ASSERT_EQ(sink.messages.size(), 1);
-    EXPECT_TRUE(sink.messages.front().contains(folder.dataFilePath())) << sink.messages.front().toStdString();
 }

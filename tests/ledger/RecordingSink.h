@@ -26,9 +26,7 @@ public:
 // sink holds why) or the text of the refusal.
 inline std::string said(const store::Outcome& outcome)
 {
-    if (outcome.isDone())
-        return "done";
-    return outcome.isRefused() ? outcome.message().toStdString() : "not saved";
+    return outcome.isDone() ? "done" : outcome.isRefused() ? outcome.message().toStdString() : "not saved";
 }
 
 } // namespace velmora::test

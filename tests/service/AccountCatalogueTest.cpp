@@ -43,9 +43,9 @@ TEST(AccountCatalogue, NamesAreStoredAsTypedUpToTheColumnSize)
     }
     // One more character does not fit: refused before anything is written.
     const QByteArray before = d.folder().bytes();
-    for (const store::Outcome& refused :
-         {store::Outcome(accounts.add(QString(256, u'щ'))), accounts.rename(1, QString(256, u'щ'))})
-        EXPECT_EQ(said(refused), "Наименование счета не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(accounts.add(QString(256, u'щ'))),
+              "Наименование счета не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(accounts.rename(1, QString(256, u'щ'))), said(accounts.add(QString(256, u'щ'))));
     EXPECT_EQ(d.folder().bytes(), before);
     EXPECT_EQ(accounts.name(1), QString("Д'Артаньян"));
     EXPECT_TRUE(d.sink.messages.isEmpty());
