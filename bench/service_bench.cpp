@@ -8,6 +8,7 @@
 #include "service/ExpenseTransfer.h"
 #include "service/OperationDeletion.h"
 #include "store/Store.h"
+#include "store/Transaction.h"
 
 #include <benchmark/benchmark.h>
 
@@ -29,7 +30,7 @@ const bench::SampleFolder& sampleFolder()
 void BM_Backup(benchmark::State& state)
 {
     store::Store store(sampleFolder().dir());
-    store.verify();
+    store::Transaction(store).commit();
     service::Backup backup(store);
     for (auto _ : state)
         if (!backup.make(QDate(2025, 6, 30)))
@@ -54,7 +55,7 @@ BENCHMARK(BM_Restore)->Unit(benchmark::kMillisecond);
 void BM_ListDayOperations(benchmark::State& state)
 {
     store::Store store(sampleFolder().dir());
-    store.verify();
+    store::Transaction(store).commit();
     service::OperationDeletion deletion(store);
     for (auto _ : state)
         benchmark::DoNotOptimize(deletion.list(QDate(2024, 3, 15)));
@@ -68,7 +69,7 @@ void BM_DeleteExpense(benchmark::State& state)
     store::Store store(sampleFolder().dir());
     service::OperationDeletion deletion(store);
     for (auto _ : state) {
-        const store::Rows newest = store.query("SELECT MAX(F0) FROM Bills");
+        const store::Rows newest = store::Transaction(store).query("SELECT MAX(F0) FROM Bills");
         if (newest.empty() || !deletion.deleteExpense(newest.front().integer(0)))
             state.SkipWithError("the deletion failed");
     }
@@ -79,7 +80,7 @@ BENCHMARK(BM_DeleteExpense)->Unit(benchmark::kMillisecond);
 void BM_MoveExpenses(benchmark::State& state)
 {
     store::Store store(sampleFolder().dir());
-    store.verify();
+    store::Transaction(store).commit();
     service::ExpenseTransfer transfer(store);
     bool forth = true;
     for (auto _ : state) {

@@ -4,6 +4,7 @@
 #include "jet/Writer.h"
 #include "store/AtomicFile.h"
 #include "store/Store.h"
+#include "store/Transaction.h"
 
 #include <chrono>
 #include <map>
@@ -40,7 +41,7 @@ store::Store& sampleStore(int operations)
     auto& slot = stores[operations];
     if (!slot) {
         slot = std::make_unique<store::Store>(sampleFolder(operations).dir());
-        slot->verify();
+        store::Transaction(*slot).commit();
     }
     return *slot;
 }

@@ -6,6 +6,7 @@
 #include "store/FileLock.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
+#include "support/StoreCalls.h"
 
 #include <QDir>
 #include <QFile>
@@ -90,7 +91,7 @@ TEST(Backup, ASecondBackupReplacesTheFirst)
     ServiceData d;
     Backup backup(d.store());
     ASSERT_TRUE(backup.make(QDate(2026, 3, 15)));
-    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     ASSERT_TRUE(backup.make(QDate(2026, 3, 16)));
     EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
     EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 16));
@@ -149,7 +150,7 @@ TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
 {
     ServiceData d;
     ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
-    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray oldBackup = contents(d.backupPath());
     Backup failing(d.store(), diskFull);
 
@@ -172,7 +173,7 @@ TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
 {
     ServiceData d;
     ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
-    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray data = d.folder().bytes();
     store::FileLock other(d.folder().dataFilePath().toStdString());
     other.take();

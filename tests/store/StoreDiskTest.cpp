@@ -5,6 +5,7 @@
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +20,7 @@ namespace {
 
 QVariant balanceOf(Store& store)
 {
-    return store.lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"}, 2);
+    return lookupValue(store, "Tech", "F2", "F0 = ?", {"OSTATOK"}, 2);
 }
 
 bool setBalance(Transaction& tx, std::int64_t units)
@@ -69,7 +70,7 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Transaction tx(store);
     setBalance(tx, 300);
     EXPECT_TRUE(tx.commit());
-    EXPECT_EQ(Store(folder.dir()).lookupValue("Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
+    EXPECT_EQ(lookupValue(Store(folder.dir()), "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
 }
 
 TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
@@ -88,8 +89,8 @@ TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
         tx.execute("INSERT INTO Bank (F2) VALUES (?)", {Amount::fromUnits(units)});
         ASSERT_TRUE(tx.commit());
         EXPECT_EQ(balanceOf(reader).toLongLong(), units);
-        EXPECT_EQ(reader.rows("Bank").size(), static_cast<std::size_t>(units));
-        EXPECT_EQ(reader.lookupValue("Bank", "F0", "").toInt(), units); // one counter for both
+        EXPECT_EQ(rows(reader, "Bank").size(), static_cast<std::size_t>(units));
+        EXPECT_EQ(lookupValue(reader, "Bank", "F0", "").toInt(), units); // one counter for both
     }
 }
 
@@ -174,6 +175,6 @@ TEST(StoreDisk, TemporaryFilesOfAnInterruptedSaveAreRemovedOnLoading)
     std::ofstream(folder.path() / "velmora.mdb.tmp-999999-1") << "half a file";
     std::ofstream(folder.path() / "notes.txt") << "the user's";
     Store store(folder.dir());
-    store.verify();
+    ASSERT_TRUE(opens(store));
     EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"notes.txt"});
 }
