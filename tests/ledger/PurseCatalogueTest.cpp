@@ -82,13 +82,13 @@ TEST(PurseCatalogue, RenameKeepsTheCodeAndItsExpenses)
               "Примечание кошелька не может быть длиннее 255 символов!");
     ASSERT_TRUE(purses.rename(2, "Карта \"Мир\"\t", QString()));
     store::Store reader(file.folder().path());
-    const store::Rows purses = query(reader, "SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
-    ASSERT_EQ(purses.size(), 2u);
-    EXPECT_EQ(purses[1].integer(0), 2);
-    EXPECT_EQ(purses[1].text(1), QString("Карта \"Мир\"\t"));
+    const store::Rows dict = query(reader, "SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
+    ASSERT_EQ(dict.size(), 2u);
+    EXPECT_EQ(dict[1].integer(0), 2);
+    EXPECT_EQ(dict[1].text(1), QString("Карта \"Мир\"\t"));
     // An empty note is kept as an empty text, not as Null.
-    EXPECT_TRUE(purses[1].value(2).isValid());
-    EXPECT_EQ(purses[1].text(2), QString());
+    EXPECT_TRUE(dict[1].value(2).isValid());
+    EXPECT_EQ(dict[1].text(2), QString());
     EXPECT_EQ(file.purse(2), "20");
     EXPECT_EQ(rows(reader, "Bills").at(0).integer(6), 2);
 }
