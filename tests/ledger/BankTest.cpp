@@ -50,7 +50,8 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
         ledger::Bank bank(file.store());
         const QDate day(2026, 3, 14);
         ASSERT_EQ(bank.record({day, typed(c.amount), c.direction, "Зарплата"}), Outcome::Done) << c.amount;
-        const store::Rows bankRows = rows(store::Store(file.folder().path()), "Bank");
+        store::Store reader(file.folder().path());
+        const store::Rows bankRows = rows(reader, "Bank");
         ASSERT_EQ(bankRows.size(), 1u) << c.amount;
         EXPECT_EQ(bankRows[0].integer(0), 1);
         EXPECT_EQ(bankRows[0].date(1), day);
@@ -71,7 +72,8 @@ TEST(Bank, CommentsAreStoredAsTypedUpToTheColumnSize)
         ASSERT_EQ(ledger::Bank(file.store())
                       .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment}),
                   Outcome::Done);
-        EXPECT_EQ(rows(store::Store(file.folder().path()), "Bank").at(0).text(3), comment);
+        store::Store reader(file.folder().path());
+        EXPECT_EQ(rows(reader, "Bank").at(0).text(3), comment);
     }
 }
 

@@ -43,7 +43,8 @@ TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
         ASSERT_EQ(booked.outcome, Outcome::Done) << c.amount;
         EXPECT_EQ(booked.purseBalance.toPlainString().toStdString(), c.purse) << c.amount;
         EXPECT_EQ(booked.purseTotal, store::WideAmount(booked.purseBalance) + typed("7")) << c.amount;
-        const store::Rows bills = rows(store::Store(file.folder().path()), "Bills");
+        store::Store reader(file.folder().path());
+        const store::Rows bills = rows(reader, "Bills");
         ASSERT_EQ(bills.size(), 1u);
         EXPECT_EQ(bills[0].date(1), QDate(2026, 3, 14));
         EXPECT_EQ(bills[0].integer(2), 3);

@@ -24,19 +24,6 @@ using Clock = std::chrono::steady_clock;
 constexpr int kTrials = 120;
 const QDate kBackupDay(2026, 3, 15);
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-        throw std::runtime_error("cannot write " + path.toStdString());
-}
-
 // A data file with enough rows that saving it takes a while, marked by the
 // name of its only account.
 DataBuilder marked(const QString& account)

@@ -70,7 +70,8 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Transaction tx(store);
     setBalance(tx, 300);
     EXPECT_TRUE(tx.commit());
-    EXPECT_EQ(lookupValue(Store(folder.dir()), "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
+    Store reader(folder.dir());
+    EXPECT_EQ(lookupValue(reader, "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
 }
 
 TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)

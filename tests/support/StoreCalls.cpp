@@ -36,16 +36,6 @@ Rows rows(Store& store, const QString& table)
     return rows;
 }
 
-QVariant lookupValue(Store&& store, const QString& table, const QString& column, const QString& criteria)
-{
-    return lookupValue(store, table, column, criteria);
-}
-
-Rows rows(Store&& store, const QString& table)
-{
-    return rows(store, table);
-}
-
 bool opens(Store& store)
 {
     return Transaction(store).commit().ok();

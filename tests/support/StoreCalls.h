@@ -24,8 +24,4 @@ Rows rows(Store& store, const QString& table);
 // Opens the data file and closes it again: false when the store failed.
 bool opens(Store& store);
 
-// On a store made for the call: what a new reader of the file sees.
-QVariant lookupValue(Store&& store, const QString& table, const QString& column, const QString& criteria);
-Rows rows(Store&& store, const QString& table);
-
 } // namespace store
