@@ -2,7 +2,7 @@
 
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
+#include "support/RecordingSink.h"
 
 #include "store/Store.h"
 

@@ -2,8 +2,8 @@
 
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
 #include "store/Store.h"
+#include "support/RecordingSink.h"
 
 #include <QString>
 #include <QStringList>

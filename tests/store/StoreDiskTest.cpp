@@ -5,6 +5,7 @@
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
+#include "support/RecordingSink.h"
 #include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
@@ -13,8 +14,8 @@
 #include <fstream>
 
 using namespace store;
-using store::test::RecordingSink;
 using store::test::StoreFolder;
+using velmora::test::RecordingSink;
 
 namespace {
 

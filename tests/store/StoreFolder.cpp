@@ -62,17 +62,6 @@ std::vector<std::string> StoreFolder::strayFiles() const
     return names;
 }
 
-void RecordingSink::engineError(int number, const QString& description)
-{
-    engineErrors.append(engineErrorText(number, description));
-}
-
-void RecordingSink::storeFailure(const StoreError& error)
-{
-    storeFailures.append(error.message());
-    failureKinds.push_back(error.kind());
-}
-
 jet::Database sampleDatabase()
 {
     jet::Database db = preparedDatabase(45000);

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "jet/Database.h"
-#include "store/ErrorSink.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <cstdint>
 #include <filesystem>
@@ -35,18 +33,6 @@ public:
 
 private:
     std::filesystem::path m_path;
-};
-
-// Records what the store reports instead of showing boxes.
-class RecordingSink : public ErrorSink
-{
-public:
-    void engineError(int number, const QString& description) override;
-    void storeFailure(const StoreError& error) override;
-
-    QStringList engineErrors;  // as their boxes read
-    QStringList storeFailures; // messages
-    std::vector<StoreError::Kind> failureKinds;
 };
 
 // A prepared database with an extra account and purse, for tests that need rows.

@@ -4,6 +4,7 @@
 #include "store/AtomicFile.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
+#include "support/RecordingSink.h"
 #include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +12,8 @@
 #include <cerrno>
 
 using namespace store;
-using store::test::RecordingSink;
 using store::test::StoreFolder;
+using velmora::test::RecordingSink;
 
 namespace {
 
