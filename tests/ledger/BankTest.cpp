@@ -2,7 +2,6 @@
 
 #include "ledger/Bank.h"
 #include "ledger/LedgerTables.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 

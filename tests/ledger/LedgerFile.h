@@ -3,6 +3,7 @@
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
 #include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include "store/Store.h"
 

@@ -2,7 +2,6 @@
 #include "jet/Reader.h"
 #include "service/Backup.h"
 #include "store/Schema.h"
-#include "support/StoreCalls.h"
 
 #include <QDir>
 #include <QFile>

@@ -6,7 +6,6 @@
 #include "store/FileLock.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
-#include "support/StoreCalls.h"
 
 #include <QDir>
 #include <QFile>

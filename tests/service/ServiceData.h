@@ -4,6 +4,7 @@
 #include "ProgramFolder.h"
 #include "store/Store.h"
 #include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <QString>
 #include <QStringList>

@@ -182,13 +182,3 @@ TEST(AtomicFile, FolderSyncAfterTheRename)
     }
     EXPECT_EQ(bytesOf(target), pattern(40, 8));
 }
-
-TEST(AtomicFile, RecognisesItsTemporaryFiles)
-{
-    const std::filesystem::path target = "/data/velmora.mdb";
-    EXPECT_TRUE(store::isTemporaryFileOf(target, "/data/velmora.mdb.tmp-123-4"));
-    EXPECT_FALSE(store::isTemporaryFileOf(target, "/data/velmora.mdb"));
-    EXPECT_FALSE(store::isTemporaryFileOf(target, "/data/velmora.mdb.lock"));
-    EXPECT_FALSE(store::isTemporaryFileOf(target, "/other/velmora.mdb.tmp-123-4"));
-    EXPECT_FALSE(store::isTemporaryFileOf(target, "/data/velmora_backup.mdb.tmp-123-4"));
-}

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "jet/Database.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <QString>
 
@@ -9,6 +11,8 @@
 #include <vector>
 
 namespace store::test {
+
+using velmora::test::RecordingSink;
 
 // A temporary program folder, removed with everything in it at the end.
 class StoreFolder
@@ -28,7 +32,7 @@ public:
     void writePreparedFile() const;
     std::vector<std::uint8_t> dataFileBytes() const;
     jet::Database readDataFile() const;
-    // Names of the files in the folder other than the data file and its lock.
+    // Names of the files in the folder other than the data file and its lock, sorted.
     std::vector<std::string> strayFiles() const;
 
 private:

@@ -1,14 +1,12 @@
 #include "StoreFolder.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
-#include "support/RecordingSink.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
 using namespace store;
+using store::test::RecordingSink;
 using store::test::StoreFolder;
-using velmora::test::RecordingSink;
 
 namespace {
 

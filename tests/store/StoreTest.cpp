@@ -4,16 +4,14 @@
 #include "store/AtomicFile.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
-#include "support/RecordingSink.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 
 using namespace store;
+using store::test::RecordingSink;
 using store::test::StoreFolder;
-using velmora::test::RecordingSink;
 
 namespace {
 
