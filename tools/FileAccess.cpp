@@ -2,7 +2,6 @@
 
 #include "jet/Error.h"
 #include "store/FileError.h"
-#include "store/RegularFile.h"
 
 #include <ctime>
 #include <new>
@@ -25,11 +24,6 @@ const char* causeOf(jet::ErrorCode code)
 }
 
 } // namespace
-
-std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
-{
-    return store::readRegularFile(path).bytes;
-}
 
 void refuseExisting(const std::filesystem::path& path)
 {

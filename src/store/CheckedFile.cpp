@@ -2,6 +2,8 @@
 
 #include "Snapshot.h"
 
+#include "jet/Database.h"
+
 namespace store {
 
 CheckedFile::CheckedFile(std::vector<std::uint8_t> bytes, jet::Database contents)

@@ -2,11 +2,13 @@
 
 #include "QuerySource.h"
 
-#include "jet/Database.h"
-
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+namespace jet {
+struct Database;
+}
 
 namespace store {
 

@@ -80,19 +80,6 @@ QString error(const QString& text)
     return utf8("Ошибка|") + text;
 }
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
 } // namespace
 
 void ServiceOperationsTest::backupThenRestoreBringsBackTheBackupAndEndsTheProgram()

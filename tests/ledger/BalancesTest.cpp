@@ -1,7 +1,7 @@
 #include "ledger/Balances.h"
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
+#include "support/RecordingSink.h"
 #include "ledger/MonthStatistics.h"
 
 #include <QFile>

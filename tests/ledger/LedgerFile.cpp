@@ -1,5 +1,4 @@
 #include "LedgerFile.h"
-#include "support/StoreCalls.h"
 
 namespace velmora::test {
 

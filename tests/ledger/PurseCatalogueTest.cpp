@@ -2,7 +2,6 @@
 
 #include "ledger/Balances.h"
 #include "ledger/PurseCatalogue.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 

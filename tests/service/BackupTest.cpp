@@ -6,7 +6,6 @@
 #include "store/FileLock.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
-#include "support/StoreCalls.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,19 +19,6 @@ using namespace velmora::test;
 using service::Backup;
 
 namespace {
-
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
 
 QByteArray encoded(const jet::Database& db)
 {

@@ -1,7 +1,6 @@
 #include "ServiceData.h"
 
 #include "store/Schema.h"
-#include "support/StoreCalls.h"
 
 #include <QDir>
 

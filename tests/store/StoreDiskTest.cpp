@@ -5,7 +5,6 @@
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -70,7 +69,8 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Transaction tx(store);
     setBalance(tx, 300);
     EXPECT_TRUE(tx.commit());
-    EXPECT_EQ(lookupValue(Store(folder.dir()), "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
+    Store reader(folder.dir());
+    EXPECT_EQ(lookupValue(reader, "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
 }
 
 TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
@@ -168,13 +168,16 @@ TEST(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
     EXPECT_EQ(saved.password, original.password);
 }
 
+// Only the data file's own temporary files go, not those of the backup's writes.
 TEST(StoreDisk, TemporaryFilesOfAnInterruptedSaveAreRemovedOnLoading)
 {
     StoreFolder folder;
     folder.writePreparedFile();
     std::ofstream(folder.path() / "velmora.mdb.tmp-999999-1") << "half a file";
+    std::ofstream(folder.path() / "velmora_backup.mdb.tmp-999999-2") << "half a backup";
     std::ofstream(folder.path() / "notes.txt") << "the user's";
     Store store(folder.dir());
     ASSERT_TRUE(opens(store));
-    EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"notes.txt"});
+    EXPECT_EQ(folder.strayFiles(),
+              (std::vector<std::string>{"notes.txt", "velmora_backup.mdb.tmp-999999-2"}));
 }

@@ -1,7 +1,6 @@
 #include "StoreFolder.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,6 @@
 #include "store/AtomicFile.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
-#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 

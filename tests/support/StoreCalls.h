@@ -1,10 +1,6 @@
 #pragma once
 
-#include "store/Row.h"
-
-#include <QString>
-#include <QVariant>
-#include <QVariantList>
+#include "store/Transaction.h"
 
 #include <optional>
 
@@ -14,18 +10,47 @@
 // Declared in the store's namespace so that a call on a Store finds them.
 namespace store {
 
-class Store;
+template <typename Work> auto inOwnTransaction(Store& store, Work work)
+{
+    Transaction tx(store);
+    auto result = work(tx);
+    return tx.commit() ? result : decltype(result){};
+}
 
-QVariant lookupValue(Store& store, const QString& table, const QString& column, const QString& criteria,
-                     const QVariantList& params = {}, std::optional<int> index = std::nullopt);
-bool execute(Store& store, const QString& sql, const QVariantList& params = {});
-Rows query(Store& store, const QString& sql, const QVariantList& params = {});
-Rows rows(Store& store, const QString& table);
+inline QVariant lookupValue(Store& store, const QString& table, const QString& column,
+                            const QString& criteria, const QVariantList& params = {},
+                            std::optional<int> index = std::nullopt)
+{
+    return inOwnTransaction(
+        store, [&](Transaction& tx) { return tx.lookupValue(table, column, criteria, params, index); });
+}
+inline bool execute(Store& store, const QString& sql, const QVariantList& params = {})
+{
+    return inOwnTransaction(store, [&](Transaction& tx) { return tx.execute(sql, params); });
+}
+inline Rows query(Store& store, const QString& sql, const QVariantList& params = {})
+{
+    return inOwnTransaction(store, [&](Transaction& tx) { return tx.query(sql, params); });
+}
+inline Rows rows(Store& store, const QString& table)
+{
+    return inOwnTransaction(store, [&](Transaction& tx) { return tx.rows(table); });
+}
 // Opens the data file and closes it again: false when the store failed.
-bool opens(Store& store);
+inline bool opens(Store& store)
+{
+    return inOwnTransaction(store, [](Transaction&) { return true; });
+}
 
 // On a store made for the call: what a new reader of the file sees.
-QVariant lookupValue(Store&& store, const QString& table, const QString& column, const QString& criteria);
-Rows rows(Store&& store, const QString& table);
+inline QVariant lookupValue(Store&& store, const QString& table, const QString& column,
+                            const QString& criteria)
+{
+    return lookupValue(store, table, column, criteria);
+}
+inline Rows rows(Store&& store, const QString& table)
+{
+    return rows(store, table);
+}
 
 } // namespace store

@@ -27,12 +27,6 @@ ProgramResult tool(std::vector<std::string> args)
     return runProgram(args);
 }
 
-std::string slurp(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 const char* mdbSchemaType(const jet::Column& column)
 {
     static std::string text;
@@ -191,7 +185,8 @@ TEST(DataTool, NeverOverwritesAFile)
         EXPECT_NE(result.err.find(file.string() + ": the file already exists"), std::string::npos)
             << result.err;
     }
-    EXPECT_EQ(slurp(file), "precious");
+    const std::vector<std::uint8_t> kept = store::readRegularFile(file).bytes;
+    EXPECT_EQ(std::string(kept.begin(), kept.end()), "precious");
 }
 
 TEST(DataTool, FailuresNameTheFileAndTheCause)
