@@ -25,8 +25,7 @@ using bench::sampleFolder;
 std::unique_ptr<store::Store> openedStore(const benchmark::State& state)
 {
     auto store = std::make_unique<store::Store>(sampleFolder(static_cast<int>(state.range(0))).dir());
-    store->verify();
-    store->lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"});
+    store::Transaction(*store).commit();
     return store;
 }
 

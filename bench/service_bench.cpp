@@ -14,6 +14,7 @@
 #include "service/OperationDeletion.h"
 #include "service/Password.h"
 #include "store/Store.h"
+#include "store/Transaction.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -35,7 +36,7 @@ int operations(const benchmark::State& state)
 std::unique_ptr<store::Store> openedStore(const benchmark::State& state)
 {
     auto store = std::make_unique<store::Store>(sampleFolder(operations(state)).dir());
-    store->verify();
+    store::Transaction(*store).commit();
     return store;
 }
 
@@ -134,7 +135,7 @@ void BM_DeleteBankOperation(benchmark::State& state)
     service::OperationDeletion deletion(*store);
     for (auto _ : state) {
         state.PauseTiming();
-        const store::Rows newest = store->query("SELECT MAX(F0) FROM Bank");
+        const store::Rows newest = store::Transaction(*store).query("SELECT MAX(F0) FROM Bank");
         state.ResumeTiming();
         check(state, !newest.empty() && deletion.deleteBankOperation(newest.front().integer(0)));
     }
@@ -148,7 +149,7 @@ void BM_DeleteExpense(benchmark::State& state)
     service::OperationDeletion deletion(*store);
     for (auto _ : state) {
         state.PauseTiming();
-        const store::Rows newest = store->query("SELECT MAX(F0) FROM Bills");
+        const store::Rows newest = store::Transaction(*store).query("SELECT MAX(F0) FROM Bills");
         state.ResumeTiming();
         check(state, !newest.empty() && deletion.deleteExpense(newest.front().integer(0)));
     }
@@ -174,7 +175,7 @@ void BM_Backup(benchmark::State& state)
     auto store = openedStore(state);
     service::Backup backup(*store);
     for (auto _ : state)
-        check(state, backup.make(QDate(2025, 6, 30)).done);
+        check(state, backup.make(QDate(2025, 6, 30)));
     compareWithLimit(state);
 }
 
@@ -184,9 +185,9 @@ void BM_Restore(benchmark::State& state)
 {
     auto store = openedStore(state);
     service::Backup backup(*store);
-    check(state, backup.make(QDate(2025, 6, 30)).done);
+    check(state, backup.make(QDate(2025, 6, 30)));
     for (auto _ : state)
-        check(state, backup.restore(QDate(2026, 3, 15)).done);
+        check(state, backup.restore(QDate(2026, 3, 15)));
     compareWithLimit(state);
 }
 
@@ -201,7 +202,7 @@ void BM_ClearAll(benchmark::State& state)
         QFile::remove(copy);
         QFile::copy(sampleFolder(operations(state)).dataFile(), copy);
         store::Store store(dir.path());
-        store.verify();
+        store::Transaction(store).commit();
         state.ResumeTiming();
         check(state, service::Clearing(store).clearAll());
     }

@@ -28,7 +28,7 @@ void BM_OpenStore(benchmark::State& state)
     const QString dir = sampleFolder().dir();
     for (auto _ : state) {
         store::Store store(dir);
-        store.verify();
+        store::Transaction(store).commit();
     }
 }
 BENCHMARK(BM_OpenStore)->Unit(benchmark::kMillisecond);
@@ -47,9 +47,12 @@ BENCHMARK(BM_LookupValueInTransaction)->Unit(benchmark::kMicrosecond);
 void BM_LookupValueOnItsOwn(benchmark::State& state)
 {
     store::Store store(sampleFolder().dir());
-    store.verify();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(store.lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"}, 2));
+    store::Transaction(store).commit();
+    for (auto _ : state) {
+        store::Transaction tx(store);
+        benchmark::DoNotOptimize(tx.lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"}, 2));
+        tx.commit();
+    }
 }
 BENCHMARK(BM_LookupValueOnItsOwn)->Unit(benchmark::kMicrosecond);
 
@@ -69,7 +72,7 @@ BENCHMARK(BM_MonthSumOfExpenses)->Unit(benchmark::kMillisecond);
 void BM_DepositTransaction(benchmark::State& state)
 {
     store::Store store(sampleFolder().dir());
-    store.verify();
+    store::Transaction(store).commit();
     for (auto _ : state) {
         store::Transaction tx(store);
         const store::Amount amount = store::Amount::fromUnits(1'000'000);

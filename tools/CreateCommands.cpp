@@ -4,6 +4,7 @@
 #include "SampleData.h"
 
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/Schema.h"
 
 #include <charconv>
@@ -61,7 +62,7 @@ void write(const std::filesystem::path& path, jet::Database db, const std::u16st
 {
     db.password = password;
     const std::vector<std::uint8_t> bytes = jet::encodeDatabase(db);
-    jet::writeFileAtomically(path, bytes);
+    store::writeFileAtomically(path, bytes);
 }
 
 } // namespace

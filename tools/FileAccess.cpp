@@ -1,7 +1,7 @@
 #include "FileAccess.h"
 
 #include "jet/Error.h"
-#include "jet/RegularFile.h"
+#include "store/FileError.h"
 
 #include <ctime>
 #include <new>
@@ -13,12 +13,8 @@ namespace {
 const char* causeOf(jet::ErrorCode code)
 {
     switch (code) {
-    case jet::ErrorCode::FileNotFound:
-        return "cannot read the file";
     case jet::ErrorCode::NotAValidPassword:
         return "wrong password";
-    case jet::ErrorCode::FileInUse:
-        return "the file is in use";
     case jet::ErrorCode::CannotWrite:
         return "cannot write the file";
     case jet::ErrorCode::DamagedFile:
@@ -28,11 +24,6 @@ const char* causeOf(jet::ErrorCode code)
 }
 
 } // namespace
-
-std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
-{
-    return jet::readRegularFile(path).bytes;
-}
 
 void refuseExisting(const std::filesystem::path& path)
 {
@@ -55,12 +46,13 @@ std::string describeFailure(const std::exception& error)
 {
     if (dynamic_cast<const std::bad_alloc*>(&error))
         return "not enough memory";
+    if (const auto* fileError = dynamic_cast<const store::FileError*>(&error))
+        return std::string(fileError->isWrite() ? "cannot write the file (" : "cannot read the file (") +
+               fileError->detail() + ")";
     const auto* jetError = dynamic_cast<const jet::Error*>(&error);
     if (!jetError)
         return dynamic_cast<const ToolError*>(&error) ? error.what() : "unexpected error";
-    const auto* readError = dynamic_cast<const jet::ReadError*>(&error);
-    const std::string detail = readError ? readError->detail() : jetError->what();
-    return std::string(causeOf(jetError->code())) + " (" + detail + ")";
+    return std::string(causeOf(jetError->code())) + " (" + jetError->what() + ")";
 }
 
 } // namespace velmora::tool

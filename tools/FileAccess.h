@@ -1,17 +1,11 @@
 #pragma once
 
 #include "ToolError.h"
-#include <cstdint>
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace velmora::tool {
-
-// The whole file; jet::ReadError when it cannot be read or is no regular
-// file (a FIFO, device or folder is never opened).
-std::vector<std::uint8_t> readBytes(const std::filesystem::path& path);
 
 // Throws ToolError when something already lies at `path`: the tool never
 // overwrites a data file.

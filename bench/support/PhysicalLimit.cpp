@@ -1,6 +1,6 @@
 #include "PhysicalLimit.h"
 
-#include "jet/Writer.h"
+#include "store/AtomicFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -27,7 +27,7 @@ double measure(const QString& folder, std::int64_t bytes)
     std::vector<double> seconds;
     for (int i = 0; i < kWrites; ++i) {
         const auto start = std::chrono::steady_clock::now();
-        jet::writeFileAtomically(path, data);
+        store::writeFileAtomically(path, data);
         seconds.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }
     std::remove(path.c_str());

@@ -2,7 +2,9 @@
 
 #include "SampleData.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/Store.h"
+#include "store/Transaction.h"
 
 #include <benchmark/benchmark.h>
 
@@ -25,7 +27,7 @@ void writeSample(const std::string& path, int operations)
     options.opsPerMonth = operations / 120;
     options.seed = 2031;
     options.lastDay = std::chrono::sys_days{std::chrono::year{2026} / 3 / 31};
-    jet::writeFileAtomically(path, jet::encodeDatabase(velmora::makeSampleDatabase(options)));
+    store::writeFileAtomically(path, jet::encodeDatabase(velmora::makeSampleDatabase(options)));
 }
 
 std::vector<long> sizes()
@@ -74,7 +76,7 @@ store::Store& sampleStore(int operations)
     auto& slot = stores[operations];
     if (!slot) {
         slot = std::make_unique<store::Store>(sampleFolder(operations).dir());
-        slot->verify();
+        store::Transaction(*slot).commit();
     }
     return *slot;
 }

@@ -10,10 +10,8 @@ namespace jet {
 // the same number a user of the format would recognise.
 enum class ErrorCode
 {
-    FileNotFound = 3024,      // "Could not find file"
     NotAValidPassword = 3031, // "Not a valid password."
-    FileInUse = 3045,         // "Could not use file; file already in use."
-    CannotWrite = 3026,       // "Not enough space on disk." and other write failures
+    CannotWrite = 3026,       // a value or a file the format cannot hold
     DamagedFile = 3343,       // "Unrecognized database format."
 };
 

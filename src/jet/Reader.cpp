@@ -3,7 +3,6 @@
 #include "Catalog.h"
 #include "Error.h"
 #include "Header.h"
-#include "RegularFile.h"
 #include "RowDecoder.h"
 #include "Unicode.h"
 #include "UsageMap.h"
@@ -145,11 +144,6 @@ Database salvageDatabase(std::span<const std::uint8_t> file, std::u16string_view
     Collector collector;
     visitFile(file, password, collector, &damage);
     return std::move(collector.db);
-}
-
-Database readFile(const std::filesystem::path& path, std::u16string_view password)
-{
-    return readDatabase(readRegularFile(path).bytes, password);
 }
 
 std::vector<std::u16string> tableNames(std::span<const std::uint8_t> file, std::u16string_view password)

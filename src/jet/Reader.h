@@ -4,7 +4,6 @@
 #include "Error.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <string>
@@ -52,10 +51,6 @@ public:
 // copy of it in memory.
 void visitDatabase(std::span<const std::uint8_t> file, std::u16string_view password,
                    DatabaseVisitor& visitor);
-
-// Reads the file from disk (ReadError when it cannot: missing, not a regular
-// file) and decodes it.
-Database readFile(const std::filesystem::path& path, std::u16string_view password);
 
 // The user-table names only, without decoding rows.
 std::vector<std::u16string> tableNames(std::span<const std::uint8_t> file, std::u16string_view password);

@@ -1,43 +1,33 @@
 #include "Backup.h"
 
-#include "DataFileCheck.h"
 #include "ServiceTexts.h"
-#include "jet/AtomicFile.h"
-#include "jet/RegularFile.h"
-#include "jet/Writer.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
 #include "store/MoneyFigures.h"
 #include "store/Schema.h"
-#include "store/Snapshot.h"
 #include "store/Transaction.h"
 #include "store/WholeFile.h"
 
-#include <cerrno>
+#include <optional>
 
 namespace service {
 
 namespace fs = std::filesystem;
+using store::Outcome;
 using store::StoreError;
 
 namespace {
 
-Backup::Outcome failure(const QString& message)
+QString text(const char* utf8)
 {
-    return Backup::Outcome{false, message, {}};
+    return QString::fromUtf8(utf8);
 }
 
 const QString kBackupCriteria = QStringLiteral("F0 = 'BACKUP'");
 
 } // namespace
 
-Backup::Backup(store::Store& store, store::FileWriter writer) : m_store(store), m_writer(std::move(writer))
-{
-    if (!m_writer)
-        m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-            jet::writeFileAtomically(path, bytes);
-        };
-}
+Backup::Backup(store::Store& store, store::FileWriter writer) : m_store(store), m_writer(std::move(writer)) {}
 
 QString Backup::backupPath() const
 {
@@ -45,43 +35,33 @@ QString Backup::backupPath() const
     return QString::fromStdString((data.parent_path() / store::kBackupFileName).string());
 }
 
-Backup::Outcome Backup::make(QDate today)
+store::Result<QDate> Backup::make(QDate today)
 {
     store::Transaction tx(m_store);
     const QVariant previous =
         tx.lookupValue(QStringLiteral("Tech"), QStringLiteral("F3"), kBackupCriteria, {}, 3);
     tx.execute(QStringLiteral("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'"), {today});
     if (!tx.commit())
-        return failure({});
-    Outcome outcome = copyToBackup();
-    if (outcome.done)
-        outcome.date = today;
-    else
+        return Outcome::notSaved();
+    Outcome copied = copyToBackup();
+    if (!copied) {
         restoreRecordedDate(previous);
-    return outcome;
+        return copied;
+    }
+    return today;
 }
 
-Backup::Outcome Backup::copyToBackup()
+Outcome Backup::copyToBackup()
 {
-    std::vector<std::uint8_t> bytes;
     try {
-        bytes = store::WholeFile(m_store).read();
+        store::WholeFile(m_store, m_writer).copyTo(backupPath().toStdString());
     } catch (const StoreError& e) {
-        return failure(e.message());
+        // Only the copy is written: CannotWrite is the backup's, everything else the data file's.
+        if (e.kind() == StoreError::Kind::CannotWrite)
+            return Outcome::refused(text(texts::backupNotWritten).arg(backupPath(), e.cause()));
+        return Outcome::refused(e.message());
     }
-    // The file the store has just written and checked needs no second decoding.
-    if (const auto problem = m_store.isCheckedFile(bytes) ? std::nullopt : dataFileProblem(bytes))
-        return failure(
-            StoreError::forFile(StoreError::Kind::Damaged, m_store.dataFilePath(), *problem).message());
-    try {
-        m_writer(backupPath().toStdString(), bytes);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& e) {
-        return failure(
-            QString::fromUtf8(texts::backupNotWritten).arg(backupPath(), store::describeFailure(e)));
-    }
-    return Outcome{true, {}, {}};
+    return Outcome::done();
 }
 
 void Backup::restoreRecordedDate(const QVariant& previous)
@@ -93,43 +73,43 @@ void Backup::restoreRecordedDate(const QVariant& previous)
 
 // A backup whose money the main window could not show in the Currency range
 // is not put in place.
-std::optional<Backup::Outcome> Backup::moneyProblem(jet::Database contents, QDate today) const
+Outcome Backup::checkMoney(store::QuerySource& contents, QDate today) const
 {
     try {
-        store::Snapshot backup(std::move(contents));
-        const auto figures = store::MoneyFigures::read(backup, store::MoneyFigures::shownMonths(today));
+        const auto figures = store::MoneyFigures::read(contents, store::MoneyFigures::shownMonths(today));
         if (!figures.keepsInRange({}))
-            return failure(QString::fromUtf8(texts::amountOutOfRange));
+            return Outcome::refused(text(texts::amountOutOfRange));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
-        return failure(
-            QString::fromUtf8(texts::backupDamaged).arg(backupPath(), QString::fromUtf8(e.what())));
+        return Outcome::refused(text(texts::backupDamaged).arg(backupPath(), store::describeFailure(e)));
     }
-    return std::nullopt;
+    return Outcome::done();
 }
 
-Backup::Outcome Backup::restore(QDate today)
+QString Backup::refusal(const StoreError& error) const
 {
-    std::vector<std::uint8_t> bytes;
+    if (error.kind() == StoreError::Kind::Missing)
+        return text(texts::backupMissing).arg(backupPath());
+    return text(texts::backupDamaged).arg(backupPath(), error.cause());
+}
+
+store::Result<QDate> Backup::restore(QDate today)
+{
+    std::optional<store::CheckedFile> backup;
     try {
-        bytes = jet::readRegularFile(backupPath().toStdString()).bytes;
-    } catch (const jet::ReadError& e) {
-        if (e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT)
-            return failure(QString::fromUtf8(texts::backupMissing).arg(backupPath()));
-        return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), store::describeJetError(e)));
-    }
-    jet::Database contents;
-    if (const auto problem = dataFileProblem(bytes, &contents))
-        return failure(QString::fromUtf8(texts::backupDamaged).arg(backupPath(), *problem));
-    if (auto refused = moneyProblem(std::move(contents), today))
-        return *refused;
-    try {
-        store::WholeFile(m_store, m_writer).replace(bytes);
+        backup.emplace(store::WholeFile::check(backupPath().toStdString()));
     } catch (const StoreError& e) {
-        return failure(e.message());
+        return Outcome::refused(refusal(e));
     }
-    return Outcome{true, {}, lastBackupDate()};
+    if (Outcome money = checkMoney(backup->contents(), today); !money)
+        return money;
+    try {
+        store::WholeFile(m_store, m_writer).replaceWith(*backup);
+    } catch (const StoreError& e) {
+        return Outcome::refused(e.message());
+    }
+    return lastBackupDate();
 }
 
 QDate Backup::lastBackupDate()

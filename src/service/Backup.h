@@ -1,13 +1,16 @@
 #pragma once
 
-#include "jet/Database.h"
-#include "store/FileSaver.h"
+#include "store/FileWriter.h"
+#include "store/Outcome.h"
 #include "store/Store.h"
 
 #include <QDate>
 #include <QString>
 
-#include <optional>
+namespace store {
+class QuerySource;
+class StoreError;
+} // namespace store
 
 namespace service {
 
@@ -18,39 +21,30 @@ namespace service {
 class Backup
 {
 public:
-    struct Outcome
-    {
-        bool done = false;
-        // For a failure: what to tell the user; empty when the store has
-        // already shown the failure.
-        QString message;
-        // The date the backup carries; invalid when it has none.
-        QDate date;
-    };
-
-    // `writer` replaces jet::writeFileAtomically, for tests that make writes fail.
-    explicit Backup(store::Store& store, store::FileWriter writer = {});
+    // Tests hand in a `writer` that makes writes fail.
+    explicit Backup(store::Store& store, store::FileWriter writer = store::atomicWriter());
 
     QString backupPath() const;
 
     // Records `today` as the date of the last backup in the data file, then
-    // copies the file to the backup. When the copy fails, the recorded date
-    // goes back to what it was and the old backup stays as it was. A data
-    // file that does not decode is never copied over a backup.
-    Outcome make(QDate today);
-    // Puts the backup in place of the data file, if it is a Velmora data
-    // file with the data file's password and all its tables, and the money
-    // figures the main window would show of it on `today` fit the Currency
-    // range; otherwise changes nothing. The outcome's date is the one the
-    // backup carries.
-    Outcome restore(QDate today);
+    // copies the file to the backup; done with `today`. When the copy fails,
+    // the recorded date goes back to what it was and the old backup stays as
+    // it was. A data file that does not decode is never copied over a backup.
+    store::Result<QDate> make(QDate today);
+    // Puts the backup in place of the data file, if the store judges it a
+    // sound data file, as it judges the data file, and the money figures the
+    // main window would show of it on `today` fit the Currency range;
+    // otherwise changes nothing. Done with the date the backup carries
+    // (invalid when it has none).
+    store::Result<QDate> restore(QDate today);
     // The date of the last backup recorded in the data file; invalid when
     // there is none (after a clearing) or the file could not be read.
     QDate lastBackupDate();
 
 private:
-    Outcome copyToBackup();
-    std::optional<Outcome> moneyProblem(jet::Database contents, QDate today) const;
+    store::Outcome copyToBackup();
+    store::Outcome checkMoney(store::QuerySource& contents, QDate today) const;
+    QString refusal(const store::StoreError& error) const;
     void restoreRecordedDate(const QVariant& previous);
 
     store::Store& m_store;

@@ -21,7 +21,7 @@ inline constexpr char backupDamaged[] = "Резервная копия %1 пов
 
 // Causes of a refused data file or backup, put in place of %2.
 inline constexpr const char* causeEmptyFile = store::texts::causeEmptyFile;
-inline constexpr char causeOtherPassword[] = "файл защищён другим паролем";
+using store::texts::causeOtherPassword;
 
 // A restore of a backup whose money figures would not fit.
 using store::texts::amountOutOfRange;

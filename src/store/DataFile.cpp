@@ -1,12 +1,13 @@
 #include "DataFile.h"
 
+#include "AtomicFile.h"
 #include "FailureCause.h"
+#include "FileError.h"
+#include "RegularFile.h"
 #include "Schema.h"
-#include "jet/AtomicFile.h"
+#include "StoreTexts.h"
 #include "jet/Reader.h"
-#include "jet/RegularFile.h"
 
-#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,7 +24,7 @@ void removeTemporariesOf(const fs::path& file)
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const fs::path target = folder / file.filename();
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
-        if (jet::isTemporaryFileOf(target, entry.path()))
+        if (isTemporaryFileOf(target, entry.path()))
             fs::remove(entry.path(), error);
 }
 
@@ -43,31 +44,33 @@ StoreError DataFile::damaged(const QString& cause) const
     return StoreError::forFile(Kind::Damaged, displayPath(), cause);
 }
 
-std::vector<std::uint8_t> DataFile::readBytes(FileSignature& signature) const
+FileContents DataFile::read() const
 {
     try {
-        jet::FileContents contents = jet::readRegularFile(m_path);
-        signature = FileSignature::fromStat(contents.status);
-        return std::move(contents.bytes);
-    } catch (const jet::ReadError& e) {
-        const bool missing = e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT;
-        throw StoreError::forFile(missing ? Kind::Missing : Kind::Unreadable, displayPath(),
-                                  describeJetError(e));
+        return readRegularFile(m_path);
+    } catch (const FileError& e) {
+        throw readFailure(displayPath(), e);
     }
 }
 
 LoadedFile DataFile::load() const
 {
+    return decode(read());
+}
+
+LoadedFile DataFile::decode(const FileContents& contents) const
+{
     LoadedFile loaded;
-    loaded.bytes = readBytes(loaded.signature);
+    loaded.signature = FileSignature::fromStat(contents.status);
     try {
         std::optional<jet::Error> damage;
-        loaded.database = jet::salvageDatabase(loaded.bytes, m_password, damage);
+        loaded.database = jet::salvageDatabase(contents.bytes, m_password, damage);
         if (damage)
             loaded.damage = damaged(describeJetError(*damage));
     } catch (const jet::Error& e) {
         if (e.code() == jet::ErrorCode::NotAValidPassword)
-            throw StoreError::forFile(Kind::WrongPassword, displayPath());
+            throw StoreError::forFile(Kind::WrongPassword, displayPath(),
+                                      QString::fromUtf8(texts::causeOtherPassword));
         loaded.damage = damaged(describeJetError(e));
     } catch (const std::bad_alloc&) {
         throw;
@@ -89,9 +92,9 @@ void DataFile::removeStaleTemporaries() const
 {
     removeTemporariesOf(m_path);
     try {
-        if (const fs::path target = jet::followLinks(m_path); target != m_path)
+        if (const fs::path target = followLinks(m_path); target != m_path)
             removeTemporariesOf(target);
-    } catch (const jet::Error&) {
+    } catch (const FileError&) {
         // A looping link: nothing can have been saved through it.
     }
 }

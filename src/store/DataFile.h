@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileSignature.h"
+#include "RegularFile.h"
 #include "StoreError.h"
 #include "jet/Database.h"
 
@@ -38,9 +39,15 @@ public:
     const std::filesystem::path& path() const { return m_path; }
     QString displayPath() const;
 
-    // Reads and decodes the file and checks that it holds the eight tables.
-    // Throws StoreError (Missing, Unreadable, WrongPassword); damage is no
-    // failure here but part of the result.
+    // Reads the file. Throws StoreError: Missing or Unreadable.
+    FileContents read() const;
+    // Decodes what was read of this file and checks that it holds the eight
+    // tables: the one judgement of what a Velmora data file is, for the data
+    // file and for a file that is to take its place. A file without a
+    // password opens, as it does with the Jet engine. Throws StoreError
+    // (WrongPassword); damage is no failure here but part of the result.
+    LoadedFile decode(const FileContents& contents) const;
+    // read() and decode().
     LoadedFile load() const;
     // Removes temporary files that a save interrupted by a crash left behind,
     // beside the file a link points at too. Only while holding the lock: no
@@ -48,7 +55,6 @@ public:
     void removeStaleTemporaries() const;
 
 private:
-    std::vector<std::uint8_t> readBytes(FileSignature& signature) const;
     StoreError damaged(const QString& cause) const;
 
     std::filesystem::path m_path;

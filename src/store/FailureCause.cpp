@@ -1,12 +1,13 @@
 #include "FailureCause.h"
 
+#include "FileError.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
-#include "jet/AtomicFile.h"
-#include "jet/RegularFile.h"
+#include "jet/Error.h"
 
 #include <QStringList>
 
+#include <cerrno>
 #include <new>
 
 namespace store {
@@ -88,14 +89,14 @@ QString describeValueThatDoesNotFit(const jet::Error& e)
     return where.isEmpty() ? cause : cause + QStringLiteral(" (") + where.join(QStringLiteral(", ")) + ')';
 }
 
-QString describeRead(const jet::ReadError& e)
+QString describeFile(const FileError& e)
 {
     switch (e.cause()) {
-    case jet::ReadError::Cause::NotRegularFile:
+    case FileError::Cause::NotRegularFile:
         return text(texts::causeNotRegular);
-    case jet::ReadError::Cause::TooLarge:
+    case FileError::Cause::TooLarge:
         return text(texts::causeTooLarge);
-    case jet::ReadError::Cause::System:
+    case FileError::Cause::System:
         break;
     }
     return StoreError::describeErrno(e.errorNumber());
@@ -105,10 +106,6 @@ QString describeRead(const jet::ReadError& e)
 
 QString describeJetError(const jet::Error& error)
 {
-    if (const auto* read = dynamic_cast<const jet::ReadError*>(&error))
-        return describeRead(*read);
-    if (const auto* write = dynamic_cast<const jet::WriteError*>(&error))
-        return StoreError::describeErrno(write->errorNumber());
     switch (error.reason()) {
     case jet::Reason::ValueDoesNotFit:
         return describeValueThatDoesNotFit(error);
@@ -123,9 +120,18 @@ QString describeFailure(const std::exception& error)
 {
     if (const auto* jetError = dynamic_cast<const jet::Error*>(&error))
         return describeJetError(*jetError);
+    if (const auto* fileError = dynamic_cast<const FileError*>(&error))
+        return describeFile(*fileError);
     if (dynamic_cast<const std::bad_alloc*>(&error))
         return text(texts::causeNoMemory);
     return text(texts::causeUnexpected);
+}
+
+StoreError readFailure(const QString& path, const FileError& error)
+{
+    const bool missing = error.cause() == FileError::Cause::System && error.errorNumber() == ENOENT;
+    return StoreError::forFile(missing ? StoreError::Kind::Missing : StoreError::Kind::Unreadable, path,
+                               describeFile(error));
 }
 
 } // namespace store

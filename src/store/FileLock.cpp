@@ -11,7 +11,9 @@
 
 namespace store {
 
-FileLock::FileLock(std::filesystem::path lockFile) : m_path(std::move(lockFile)) {}
+FileLock::FileLock(const std::filesystem::path& dataFile)
+    : m_dataFile(QString::fromStdString(dataFile.string())), m_path(dataFile.string() + ".lock")
+{}
 
 FileLock::~FileLock()
 {
@@ -44,10 +46,10 @@ void FileLock::openLockFile()
     }
 }
 
-bool FileLock::tryLock()
+void FileLock::take()
 {
     if (m_locked)
-        return true;
+        return;
     if (m_fd < 0)
         openLockFile();
     int rc = 0;
@@ -55,14 +57,13 @@ bool FileLock::tryLock()
     }
     if (rc != 0) {
         if (errno == EWOULDBLOCK)
-            return false;
+            throw StoreError::forFile(StoreError::Kind::Locked, m_dataFile);
         fail(StoreError::describeErrno(errno));
     }
     m_locked = true;
-    return true;
 }
 
-void FileLock::unlock()
+void FileLock::release()
 {
     if (m_locked)
         ::flock(m_fd, LOCK_UN);

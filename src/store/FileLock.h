@@ -6,29 +6,30 @@
 
 namespace store {
 
-// An exclusive advisory lock (flock) on a lock file beside the data file.
-// The lock file stays open for the lock's lifetime, so taking and releasing
-// the lock again costs one system call each.
+// The lock of a data file: an exclusive advisory lock (flock) on the file
+// beside it with ".lock" appended. The lock file stays open for the lock's
+// lifetime, so taking and releasing the lock again costs one system call
+// each; closing it (the destructor) releases the lock too.
 class FileLock
 {
 public:
-    explicit FileLock(std::filesystem::path lockFile);
+    explicit FileLock(const std::filesystem::path& dataFile);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    // Takes the lock without waiting: false when another holder has it.
-    // Throws StoreError (LockUnusable, naming the lock file) when the lock
-    // file cannot be opened or created, or is not a regular file.
-    bool tryLock();
-    void unlock();
-    bool isLocked() const { return m_locked; }
-    const std::filesystem::path& path() const { return m_path; }
+    // Takes the lock without waiting. Throws StoreError: Locked (naming the
+    // data file) when another holder has it; LockUnusable (naming the lock
+    // file) when the lock file cannot be opened or created, or is not a
+    // regular file.
+    void take();
+    void release();
 
 private:
     void openLockFile();
     [[noreturn]] void fail(const QString& cause) const;
 
+    QString m_dataFile;
     std::filesystem::path m_path;
     int m_fd = -1;
     bool m_locked = false;

@@ -1,9 +1,9 @@
 #include "FileSaver.h"
 
 #include "FailureCause.h"
+#include "FileError.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
-#include "jet/AtomicFile.h"
 
 #include <QDebug>
 
@@ -15,11 +15,7 @@ FileSignature FileSaver::save(const NextFile& next, const FileSignature& expecte
 {
     checkDecodesBack(next);
     checkUnchangedOnDisk(expected);
-    write(next.bytes());
-    const std::optional<FileSignature> written = FileSignature::of(m_file.path());
-    if (!written)
-        throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), StoreError::describeErrno(errno));
-    return *written;
+    return write(next.bytes());
 }
 
 void FileSaver::checkDecodesBack(const NextFile& next) const
@@ -43,15 +39,20 @@ void FileSaver::checkDecodesBack(const NextFile& next) const
 
 void FileSaver::checkUnchangedOnDisk(const FileSignature& expected) const
 {
-    const std::optional<FileSignature> current = FileSignature::of(m_file.path());
-    if (!current || *current != expected)
-        throw StoreError::forFile(Kind::ChangedOnDisk, m_file.displayPath());
+    try {
+        if (FileSignature::of(m_file.path()) == expected)
+            return;
+    } catch (const FileError&) {
+        // A file that is gone or cannot be examined has changed too.
+    }
+    throw StoreError::forFile(Kind::ChangedOnDisk, m_file.displayPath());
 }
 
-void FileSaver::write(std::span<const std::uint8_t> bytes) const
+FileSignature FileSaver::write(std::span<const std::uint8_t> bytes) const
 {
     try {
         m_writer(m_file.path(), bytes);
+        return FileSignature::of(m_file.path());
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {

@@ -4,17 +4,12 @@
 #include "FileSignature.h"
 #include "NextFile.h"
 
+#include "FileWriter.h"
+
 #include <cstdint>
-#include <filesystem>
-#include <functional>
-#include <optional>
 #include <span>
 
 namespace store {
-
-// Puts bytes in place of a file; jet::writeFileAtomically unless a test
-// hands in one that fails.
-using FileWriter = std::function<void(const std::filesystem::path&, std::span<const std::uint8_t>)>;
 
 // The save of a changed database, encoded in memory: decode the result and
 // compare it with what was encoded, make sure the file on disk is still the
@@ -32,7 +27,7 @@ public:
 private:
     void checkDecodesBack(const NextFile& next) const;
     void checkUnchangedOnDisk(const FileSignature& expected) const;
-    void write(std::span<const std::uint8_t> bytes) const;
+    FileSignature write(std::span<const std::uint8_t> bytes) const;
 
     const DataFile& m_file;
     const FileWriter& m_writer;

@@ -1,5 +1,8 @@
 #include "FileSignature.h"
 
+#include "FileError.h"
+
+#include <cerrno>
 #include <sys/stat.h>
 
 namespace store {
@@ -19,13 +22,13 @@ FileSignature FileSignature::fromStat(const struct stat& st)
             static_cast<std::int64_t>(st.st_size), nanoseconds(st.st_mtim), nanoseconds(st.st_ctim)};
 }
 
-std::optional<FileSignature> FileSignature::of(const std::filesystem::path& path)
+FileSignature FileSignature::of(const std::filesystem::path& path)
 {
     struct stat st
     {
     };
     if (::stat(path.c_str(), &st) != 0)
-        return std::nullopt;
+        throw FileError::reading(path, FileError::Cause::System, errno);
     return fromStat(st);
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 
 struct stat;
 
@@ -22,8 +21,8 @@ struct FileSignature
     bool operator==(const FileSignature&) const = default;
 
     static FileSignature fromStat(const struct stat& st);
-    // nullopt with errno set when the file cannot be examined.
-    static std::optional<FileSignature> of(const std::filesystem::path& path);
+    // Throws FileError when the file cannot be examined.
+    static FileSignature of(const std::filesystem::path& path);
 };
 
 } // namespace store

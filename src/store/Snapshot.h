@@ -11,12 +11,11 @@ namespace store {
 class SqliteImage;
 
 // The contents of a data file, to look at without putting them in place:
-// checked to hold the eight tables and loaded into an SQLite image as the
-// store loads the data file. Read-only.
+// loaded into an SQLite image as the store loads the data file. Read-only.
 class Snapshot : public QuerySource
 {
 public:
-    // Throws std::exception when the store would refuse these contents.
+    // Throws std::exception when the store cannot load these contents.
     explicit Snapshot(jet::Database contents);
     ~Snapshot() override;
     Snapshot(const Snapshot&) = delete;

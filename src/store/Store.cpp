@@ -2,20 +2,22 @@
 
 #include "Transaction.h"
 
+#include "DataFile.h"
 #include "FailureCause.h"
+#include "FileError.h"
+#include "FileLock.h"
+#include "FileSaver.h"
 #include "RowReader.h"
 #include "Schema.h"
 #include "SqlParameters.h"
 #include "SqliteImage.h"
 #include "StoreTexts.h"
-#include "jet/Writer.h"
 
 #include <SQLiteCpp/Exception.h>
 
 #include <QDebug>
 
 #include <algorithm>
-#include <cerrno>
 #include <stdexcept>
 
 namespace store {
@@ -25,13 +27,6 @@ using Kind = StoreError::Kind;
 
 namespace {
 
-FileWriter defaultWriter()
-{
-    return [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-        jet::writeFileAtomically(path, bytes);
-    };
-}
-
 QString fromStd(const char* text)
 {
     return QString::fromUtf8(text);
@@ -39,10 +34,22 @@ QString fromStd(const char* text)
 
 } // namespace
 
+struct Store::Files
+{
+    Files(const fs::path& dataFile, FileWriter writer)
+        : file(dataFile, kFilePassword), lock(dataFile), writer(std::move(writer))
+    {}
+
+    DataFile file;
+    FileLock lock;
+    FileWriter writer;
+    std::optional<FileSignature> signature;
+};
+
 Store::Store(const QString& programDir, ErrorSink* sink, FileWriter writer)
-    : m_file(fs::absolute(fs::path(programDir.toStdString())) / kDataFileName, kFilePassword),
-      m_lock(fs::path(m_file.path().string() + ".lock")), m_sink(sink),
-      m_writer(writer ? std::move(writer) : defaultWriter())
+    : m_files(std::make_unique<Files>(fs::absolute(fs::path(programDir.toStdString())) / kDataFileName,
+                                      std::move(writer))),
+      m_sink(sink)
 {}
 
 Store::~Store()
@@ -51,16 +58,16 @@ Store::~Store()
         m_image->rollback();
 }
 
-void Store::verify()
+QString Store::dataFilePath() const
 {
-    if (m_depth > 0)
-        return;
-    open();
-    m_image->rollback();
-    m_open = false;
-    m_lock.unlock();
-    if (m_damage)
-        throw *m_damage;
+    return m_files->file.displayPath();
+}
+
+bool Store::isCheckedFile(std::span<const std::uint8_t> bytes) const
+{
+    const jet::FileImage* file = m_image && !m_damage ? m_image->lastFile() : nullptr;
+    return file && file->shape().password == kFilePassword && schemaMismatch(file->shape()).empty() &&
+           std::ranges::equal(file->bytes(), bytes);
 }
 
 void Store::enter()
@@ -97,14 +104,13 @@ long long Store::changeCount() const
 
 bool Store::open()
 {
-    if (!m_lock.tryLock())
-        throw StoreError::forFile(Kind::Locked, dataFilePath());
+    m_files->lock.take();
     bool readAnew = false;
     try {
         readAnew = refresh();
         m_image->begin();
     } catch (...) {
-        m_lock.unlock();
+        m_files->lock.release();
         throw;
     }
     m_changesAtOpen = m_image->totalChanges();
@@ -114,20 +120,23 @@ bool Store::open()
 
 bool Store::refresh()
 {
-    const std::optional<FileSignature> current = FileSignature::of(m_file.path());
-    if (!current)
-        throw StoreError::forFile(errno == ENOENT ? Kind::Missing : Kind::Unreadable, dataFilePath(),
-                                  StoreError::describeErrno(errno));
-    if (m_image && m_signature == current)
+    FileSignature current;
+    try {
+        current = FileSignature::of(m_files->file.path());
+    } catch (const FileError& e) {
+        throw readFailure(dataFilePath(), e);
+    }
+    if (m_image && m_files->signature == current)
         return false;
     m_image.reset();
-    m_signature.reset();
+    m_files->signature.reset();
     m_damage.reset();
-    m_file.removeStaleTemporaries();
-    LoadedFile loaded = m_file.load();
+    m_files->file.removeStaleTemporaries();
+    FileContents contents = m_files->file.read();
+    LoadedFile loaded = m_files->file.decode(contents);
     m_damage = std::move(loaded.damage);
     try {
-        m_image = std::make_unique<SqliteImage>(std::move(loaded.database), std::move(loaded.bytes));
+        m_image = std::make_unique<SqliteImage>(std::move(loaded.database), std::move(contents.bytes));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception&) {
@@ -138,7 +147,7 @@ bool Store::refresh()
         empty.password = kFilePassword;
         m_image = std::make_unique<SqliteImage>(std::move(empty));
     }
-    m_signature = loaded.signature;
+    m_files->signature = loaded.signature;
     return true;
 }
 
@@ -151,13 +160,13 @@ StoreResult Store::finish(bool commit)
         } catch (const StoreError& e) {
             fail(e);
         } catch (const std::exception& e) {
-            m_signature.reset();
+            m_files->signature.reset();
             fail(StoreError::forFile(Kind::CannotWrite, dataFilePath(), describeFailure(e)));
         }
         if (m_failure || !commit)
             m_image->rollback();
         m_open = false;
-        m_lock.unlock();
+        m_files->lock.release();
     }
     StoreResult result = m_failure ? StoreResult(*m_failure) : StoreResult();
     m_failure.reset();
@@ -206,7 +215,7 @@ void Store::save()
     // A damaged file is never written over: what was read of it is not all it holds.
     if (m_damage)
         throw *m_damage;
-    if (isWriteProtected(m_file.path()))
+    if (isWriteProtected(m_files->file.path()))
         throw StoreError::forFile(Kind::ReadOnly, dataFilePath());
     try {
         const NextFile* next = nullptr;
@@ -217,17 +226,17 @@ void Store::save()
         } catch (const std::exception& e) {
             throw StoreError::forFile(Kind::CannotWrite, dataFilePath(), describeFailure(e));
         }
-        m_signature = FileSaver(m_file, m_writer).save(*next, *m_signature);
+        m_files->signature = FileSaver(m_files->file, m_files->writer).save(*next, *m_files->signature);
     } catch (const StoreError&) {
         // The file may be anything now (a failed folder sync comes after the
         // rename): the next transaction reads it again.
-        m_signature.reset();
+        m_files->signature.reset();
         throw;
     }
     try {
         m_image->commit();
     } catch (const SQLite::Exception&) {
-        m_signature.reset();
+        m_files->signature.reset();
     }
 }
 
@@ -259,45 +268,6 @@ Rows Store::runQuery(const QString& sql, const QVariantList& params)
                           fromStd(e.what()));
         return {};
     }
-}
-
-QVariant Store::lookupValue(const QString& table, const QString& column, const QString& criteria,
-                            const QVariantList& params, std::optional<int> index)
-{
-    Transaction tx(*this);
-    QVariant value = tx.lookupValue(table, column, criteria, params, index);
-    tx.commit();
-    return value;
-}
-
-bool Store::executeStatement(const QString& sql, const QVariantList& params)
-{
-    Transaction tx(*this);
-    tx.execute(sql, params);
-    return tx.commit().ok();
-}
-
-Rows Store::query(const QString& sql, const QVariantList& params)
-{
-    Transaction tx(*this);
-    Rows rows = tx.query(sql, params);
-    tx.commit();
-    return rows;
-}
-
-bool Store::isCheckedFile(std::span<const std::uint8_t> bytes) const
-{
-    const jet::FileImage* file = m_image && !m_damage ? m_image->lastFile() : nullptr;
-    return file && file->shape().password == kFilePassword && schemaMismatch(file->shape()).empty() &&
-           std::ranges::equal(file->bytes(), bytes);
-}
-
-Rows Store::rows(const QString& table)
-{
-    Transaction tx(*this);
-    Rows rows = tx.rows(table);
-    tx.commit();
-    return rows;
 }
 
 } // namespace store

@@ -1,16 +1,12 @@
 #pragma once
 
-#include "Amount.h"
-#include "DataFile.h"
 #include "ErrorSink.h"
-#include "FileLock.h"
-#include "FileSaver.h"
+#include "FileWriter.h"
 #include "Row.h"
 #include "StoreResult.h"
 
 #include <QString>
 #include <QStringList>
-#include <QVariant>
 #include <QVariantList>
 
 #include <cstdint>
@@ -21,6 +17,7 @@
 namespace store {
 
 class SqliteImage;
+class Transaction;
 
 // The program's only way to the data file velmora.mdb in the program folder.
 // The file is decoded once into an in-memory SQLite database and kept there
@@ -31,27 +28,13 @@ class SqliteImage;
 class Store
 {
 public:
-    // `writer` replaces jet::writeFileAtomically, for tests that make saves fail.
-    explicit Store(const QString& programDir, ErrorSink* sink = nullptr, FileWriter writer = {});
+    // Tests hand in a `writer` that makes saves fail.
+    explicit Store(const QString& programDir, ErrorSink* sink = nullptr, FileWriter writer = atomicWriter());
     ~Store();
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
 
-    QString dataFilePath() const { return m_file.displayPath(); }
-    void setErrorSink(ErrorSink* sink) { m_sink = sink; }
-
-    // Opens the data file and closes it again, throwing the StoreError that
-    // explains why it cannot be used or changed (a damaged file).
-    void verify();
-
-    // Each call runs in the transaction the caller holds open, or else in a
-    // transaction of its own (which saves at once). See Transaction.
-    QVariant lookupValue(const QString& table, const QString& column, const QString& criteria,
-                         const QVariantList& params = {}, std::optional<int> index = std::nullopt);
-    bool executeStatement(const QString& sql, const QVariantList& params = {});
-    Rows query(const QString& sql, const QVariantList& params = {});
-    // Every row of a table, in file order.
-    Rows rows(const QString& table);
+    QString dataFilePath() const;
     // True when `bytes` are the file this store last read or wrote and
     // checked, with the data file's password and tables: a sound data file
     // that need not be decoded again to know it.
@@ -77,12 +60,12 @@ private:
     Rows runQuery(const QString& sql, const QVariantList& params);
     void reportEngineError(int number, const QString& description);
 
-    DataFile m_file;
-    FileLock m_lock;
+    // The data file, its lock, the writer and the signature of the file the
+    // image was read from or saved to.
+    struct Files;
+    std::unique_ptr<Files> m_files;
     ErrorSink* m_sink;
-    FileWriter m_writer;
     std::unique_ptr<SqliteImage> m_image;
-    std::optional<FileSignature> m_signature; // of the file m_image was read from or saved to
     int m_depth = 0;
     bool m_open = false; // the lock is held and the image is inside a transaction
     long long m_changesAtOpen = 0;

@@ -8,8 +8,8 @@
 
 namespace store {
 
-StoreError::StoreError(Kind kind, const QString& message)
-    : std::runtime_error(message.toStdString()), m_kind(kind), m_message(message)
+StoreError::StoreError(Kind kind, const QString& message, const QString& cause)
+    : std::runtime_error(message.toStdString()), m_kind(kind), m_message(message), m_cause(cause)
 {}
 
 StoreError StoreError::forFile(Kind kind, const QString& path, const QString& cause)
@@ -27,8 +27,8 @@ StoreError StoreError::forFile(Kind kind, const QString& path, const QString& ca
     while (reason.endsWith(QLatin1Char('.'))) // the message puts its own full stop
         reason.chop(1);
     // One pass, so that a % in the path or the cause is left alone.
-    return StoreError(kind,
-                      pattern.contains(QLatin1String("%2")) ? pattern.arg(path, reason) : pattern.arg(path));
+    return StoreError(
+        kind, pattern.contains(QLatin1String("%2")) ? pattern.arg(path, reason) : pattern.arg(path), reason);
 }
 
 StoreError StoreError::statement(int number, const QString& description)

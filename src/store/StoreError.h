@@ -25,7 +25,7 @@ public:
         Statement, // an engine error of one statement; message() is its box text
     };
 
-    StoreError(Kind kind, const QString& message);
+    StoreError(Kind kind, const QString& message, const QString& cause = {});
 
     static StoreError forFile(Kind kind, const QString& path, const QString& cause = {});
     static StoreError statement(int number, const QString& description);
@@ -34,10 +34,14 @@ public:
 
     Kind kind() const { return m_kind; }
     const QString& message() const { return m_message; }
+    // The cause in words, as forFile was given it (without a final full stop),
+    // for a message of another wording; empty when there was none.
+    const QString& cause() const { return m_cause; }
 
 private:
     Kind m_kind;
     QString m_message;
+    QString m_cause;
 };
 
 } // namespace store

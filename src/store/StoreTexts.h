@@ -60,6 +60,7 @@ inline constexpr char causeIo[] = "ошибка ввода-вывода";
 inline constexpr char causeTooLong[] = "значение не помещается в столбец";
 inline constexpr char causeVerifyFailed[] = "записанные данные не совпали с исходными";
 inline constexpr char causeNotDataFile[] = "это не файл базы данных";
+inline constexpr char causeOtherPassword[] = "файл защищён другим паролем";
 inline constexpr char causeNotFound[] = "файл или папка не найдены";
 inline constexpr char causeIsFolder[] = "это папка";
 inline constexpr char causeNotFolder[] = "часть пути не является папкой";

@@ -3,13 +3,10 @@
 #include "DataFile.h"
 #include "FailureCause.h"
 #include "FileLock.h"
+#include "Schema.h"
 #include "Store.h"
 #include "StoreError.h"
-#include "jet/AtomicFile.h"
-#include "jet/RegularFile.h"
-#include "jet/Writer.h"
-
-#include <cerrno>
+#include "StoreTexts.h"
 
 namespace store {
 
@@ -18,60 +15,65 @@ using Kind = StoreError::Kind;
 
 namespace {
 
-// The store's lock, taken for one whole-file operation and given back at the
-// end of the scope. The lock file is the one the store itself uses.
-class ScopedLock
+QString shown(const fs::path& path)
 {
-public:
-    explicit ScopedLock(const fs::path& dataFile) : m_lock(fs::path(dataFile.string() + ".lock"))
-    {
-        if (!m_lock.tryLock())
-            throw StoreError::forFile(Kind::Locked, QString::fromStdString(dataFile.string()));
-    }
-    ~ScopedLock() { m_lock.unlock(); }
-    ScopedLock(const ScopedLock&) = delete;
-    ScopedLock& operator=(const ScopedLock&) = delete;
+    return QString::fromStdString(path.string());
+}
 
-private:
-    FileLock m_lock;
-};
+// Runs `write`, turning its failure into CannotWrite naming `path`.
+template <typename Write> void writing(const fs::path& path, Write write)
+{
+    try {
+        write();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        throw StoreError::forFile(Kind::CannotWrite, shown(path), describeFailure(e));
+    }
+}
 
 } // namespace
 
 WholeFile::WholeFile(const Store& store, FileWriter writer)
-    : m_path(store.dataFilePath().toStdString()), m_writer(std::move(writer))
+    : m_store(store), m_path(store.dataFilePath().toStdString()), m_writer(std::move(writer))
+{}
+
+void WholeFile::copyTo(const fs::path& copy) const
 {
-    if (!m_writer)
-        m_writer = [](const fs::path& path, std::span<const std::uint8_t> bytes) {
-            jet::writeFileAtomically(path, bytes);
-        };
+    FileLock lock(m_path);
+    lock.take();
+    const DataFile file(m_path, kFilePassword);
+    const FileContents contents = file.read();
+    if (!m_store.isCheckedFile(contents.bytes))
+        if (const LoadedFile loaded = file.decode(contents); loaded.damage)
+            throw *loaded.damage;
+    writing(copy, [&] { m_writer(copy, contents.bytes); });
 }
 
-std::vector<std::uint8_t> WholeFile::read() const
+CheckedFile WholeFile::check(const fs::path& candidate)
 {
-    const ScopedLock lock(m_path);
+    const DataFile file(candidate, kFilePassword);
+    FileContents contents = file.read();
+    LoadedFile loaded = file.decode(contents);
+    if (loaded.damage)
+        throw *loaded.damage;
     try {
-        return jet::readRegularFile(m_path).bytes;
-    } catch (const jet::ReadError& e) {
-        const bool missing = e.cause() == jet::ReadError::Cause::System && e.errorNumber() == ENOENT;
-        throw StoreError::forFile(missing ? Kind::Missing : Kind::Unreadable,
-                                  QString::fromStdString(m_path.string()), describeJetError(e));
-    }
-}
-
-void WholeFile::replace(std::span<const std::uint8_t> bytes) const
-{
-    const ScopedLock lock(m_path);
-    const QString shown = QString::fromStdString(m_path.string());
-    if (isWriteProtected(m_path))
-        throw StoreError::forFile(Kind::ReadOnly, shown);
-    try {
-        m_writer(m_path, bytes);
+        return CheckedFile(std::move(contents.bytes), std::move(loaded.database));
     } catch (const std::bad_alloc&) {
         throw;
-    } catch (const std::exception& e) {
-        throw StoreError::forFile(Kind::CannotWrite, shown, describeFailure(e));
+    } catch (const std::exception&) {
+        throw StoreError::forFile(Kind::Damaged, shown(candidate),
+                                  QString::fromUtf8(texts::causeValueNotAccepted));
     }
+}
+
+void WholeFile::replaceWith(const CheckedFile& file) const
+{
+    FileLock lock(m_path);
+    lock.take();
+    if (isWriteProtected(m_path))
+        throw StoreError::forFile(Kind::ReadOnly, shown(m_path));
+    writing(m_path, [&] { m_writer(m_path, file.bytes()); });
 }
 
 } // namespace store

@@ -1,38 +1,46 @@
 #pragma once
 
-#include "FileSaver.h"
+#include "CheckedFile.h"
+#include "FileWriter.h"
 
-#include <cstdint>
 #include <filesystem>
-#include <span>
-#include <vector>
 
 namespace store {
 
 class Store;
 
-// The data file of a Store taken as a whole: its bytes for a backup, and other
-// bytes put in its place for a restore. Both hold the store's lock file while
-// they work, so no handler of this or another Velmora process is inside a
+// The data file of a Store taken as a whole: copied for a backup, or replaced
+// by another file for a restore. Both hold the store's lock file while they
+// work, so no handler of this or another Velmora process is inside a
 // transaction meanwhile. A replaced file has a new signature, so the store
 // reads it again at its next transaction.
 class WholeFile
 {
 public:
-    // `writer` replaces jet::writeFileAtomically, for tests that make writes fail.
-    explicit WholeFile(const Store& store, FileWriter writer = {});
+    // Tests hand in a `writer` that makes writes fail.
+    explicit WholeFile(const Store& store, FileWriter writer = atomicWriter());
 
-    const std::filesystem::path& path() const { return m_path; }
+    // Writes the data file's bytes to `copy` atomically (a failure or a crash
+    // leaves the old copy or the new one), when they are a sound data file:
+    // damage is never copied; the file the store has just written and
+    // checked needs no second decoding to know that. Throws StoreError about the data file (Locked,
+    // LockUnusable, Missing, Unreadable, WrongPassword, Damaged), or
+    // CannotWrite naming `copy` with the cause when writing it fails.
+    void copyTo(const std::filesystem::path& copy) const;
 
-    // Throws StoreError: Locked, LockUnusable, Missing or Unreadable.
-    std::vector<std::uint8_t> read() const;
-    // Writes atomically: a failure or a crash leaves the old file or the new
-    // one, never a mix; a link is followed. A write-protected data file is
-    // left as it is. Throws StoreError: Locked, LockUnusable, ReadOnly or
-    // CannotWrite.
-    void replace(std::span<const std::uint8_t> bytes) const;
+    // Reads `candidate` and judges it as the data file is judged when it is
+    // read; damage, or contents the store cannot load, refuse it. Throws
+    // StoreError naming the candidate: Missing, Unreadable, WrongPassword or
+    // Damaged, each with its cause().
+    static CheckedFile check(const std::filesystem::path& candidate);
+
+    // Puts a checked file in place of the data file, atomically; a link is
+    // followed. A write-protected data file is left as it is. Throws
+    // StoreError: Locked, LockUnusable, ReadOnly or CannotWrite.
+    void replaceWith(const CheckedFile& file) const;
 
 private:
+    const Store& m_store;
     std::filesystem::path m_path;
     FileWriter m_writer;
 };

@@ -1,6 +1,6 @@
 #include "Household2005.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
+#include "support/RecordingSink.h"
 
 #include "analytics/ChoiceLists.h"
 #include "analytics/Recalculation.h"

@@ -1,8 +1,8 @@
 #include "charts/ExpenseCharts.h"
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
 #include "store/Store.h"
+#include "support/RecordingSink.h"
 
 #include <gtest/gtest.h>
 

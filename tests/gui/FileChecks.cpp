@@ -1,10 +1,10 @@
 #include "FileChecks.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
+#include "ProgramFolder.h"
 #include "jet/Reader.h"
 #include "store/Schema.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -29,9 +29,7 @@ QString asMdbtoolsPrints(QString csv)
 
 void compareWithMdbExport(const QString& path)
 {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = contents(path);
     const jet::Database db = jet::readDatabase(
         {reinterpret_cast<const std::uint8_t*>(bytes.constData()), static_cast<std::size_t>(bytes.size())},
         store::kFilePassword);
@@ -42,7 +40,7 @@ void compareWithMdbExport(const QString& path)
         QVERIFY2(exporter.waitForFinished(60000), "mdb-export did not finish");
         QCOMPARE(exporter.exitCode(), 0);
         QCOMPARE(QString::fromUtf8(exporter.readAllStandardOutput()),
-                 asMdbtoolsPrints(QString::fromStdString(jet::exportCsv(table))));
+                 asMdbtoolsPrints(QString::fromStdString(velmora::exportCsv(table))));
     }
 }
 

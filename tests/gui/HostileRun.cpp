@@ -11,6 +11,7 @@
 #include "service/ui/ServiceWindowTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Store.h"
+#include "support/StoreCalls.h"
 #include "ui/UiTexts.h"
 
 #include <QBuffer>
@@ -54,7 +55,7 @@ WideAmount amountIn(const QString& text, const char* before, const char* after)
 
 qlonglong largest(GuiHarness& h, const char* sql)
 {
-    const store::Rows rows = h.frame().store().query(QString::fromUtf8(sql));
+    const store::Rows rows = query(h.frame().store(), QString::fromUtf8(sql));
     return rows.empty() ? 0 : rows.front().integer(0);
 }
 
@@ -325,7 +326,7 @@ void HostileRun::note(const QString& text)
     else if (text == utf8(st::cleared))
         m_account = Account{{}, {}, {}, m_account.password};
     else if (text == utf8(st::passwordSet) || text == utf8(st::passwordRemoved))
-        m_account.password = m_h->frame().store().lookupValue("Tech", "F1", "F0 = 'PW'").toString();
+        m_account.password = lookupValue(m_h->frame().store(), "Tech", "F1", "F0 = 'PW'").toString();
     else if (text.startsWith(utf8(st::backupDone)))
         m_backedUp = m_account;
     else if (text.startsWith(utf8(st::restoreDone)))
@@ -339,25 +340,25 @@ void HostileRun::checkFile()
     std::map<int, WideAmount> expected, purses, months;
     for (const auto& [code, purse] : m_account.purses)
         expected[code] = purse.moved;
-    for (const store::Row& row : reader.rows("Bank")) {
+    for (const store::Row& row : rows(reader, "Bank")) {
         bank += row.amount(2);
         months[row.date(1).year() * 100 + row.date(1).month()] += row.amount(2);
     }
-    for (const store::Row& row : reader.rows("Bills")) {
+    for (const store::Row& row : rows(reader, "Bills")) {
         spent += row.amount(3);
         months[-row.date(1).year() * 100 - row.date(1).month()] += row.amount(3);
         const auto purse = m_account.purses.find(static_cast<int>(row.integer(6)));
         if (purse != m_account.purses.end() && row.integer(0) > purse->second.billsBefore)
             expected[purse->first] -= row.amount(3);
     }
-    for (const store::Row& row : reader.rows("Purse")) {
+    for (const store::Row& row : rows(reader, "Purse")) {
         purses[static_cast<int>(row.integer(0))] = row.amount(1);
         inPurses += row.amount(1);
     }
     QCOMPARE(bank, m_account.bank);
     QCOMPARE(spent, m_account.expenses);
     QVERIFY2(purses == expected, qPrintable(m_action));
-    const store::Rows stored = reader.query("SELECT F2 FROM Tech WHERE F0 = 'OSTATOK'");
+    const store::Rows stored = query(reader, "SELECT F2 FROM Tech WHERE F0 = 'OSTATOK'");
     QVERIFY(!stored.empty());
     QCOMPARE(stored.back().wide(0), bank - spent);
     // The purses, the bank's share and every month's income and expenses.

@@ -8,6 +8,7 @@
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+#include "support/StoreCalls.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -277,7 +278,7 @@ void MainWindowTest::enterMovesOnInAFrameAndRunsItsOperation()
                      qPrintable(row + " " + name));
     }
     QTRY_VERIFY(!frame.analyticsWindow());
-    QVERIFY(frame.store().rows("Bank").empty() && frame.store().rows("Bills").empty());
+    QVERIFY(rows(frame.store(), "Bank").empty() && rows(frame.store(), "Bills").empty());
 }
 
 QTEST_MAIN(MainWindowTest)

@@ -10,6 +10,7 @@
 #include "store/Schema.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+#include "support/StoreCalls.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -79,19 +80,6 @@ QString error(const QString& text)
     return utf8("Ошибка|") + text;
 }
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
 } // namespace
 
 void ServiceOperationsTest::backupThenRestoreBringsBackTheBackupAndEndsTheProgram()
@@ -121,8 +109,8 @@ void ServiceOperationsTest::backupThenRestoreBringsBackTheBackupAndEndsTheProgra
     QCOMPARE(p.h->quitCodes, QList<int>({0}));
     QVERIFY(!p.h->frame().isVisible());
     store::Store check(p.folder.path());
-    QVERIFY(check.rows("Bank").empty());
-    QCOMPARE(check.rows("Bills_Dict").size(), std::size_t{1});
+    QVERIFY(rows(check, "Bank").empty());
+    QCOMPARE(rows(check, "Bills_Dict").size(), std::size_t{1});
     QCOMPARE(p.folder.bytes(), contents(p.backupPath()));
 }
 
@@ -216,8 +204,8 @@ void ServiceOperationsTest::clearingEmptiesTheMainWindow()
     // The window keeps the last backup's date on screen; the file has forgotten it.
     QCOMPARE(p.field("T1")->text(), QString("15.03.2026"));
     store::Store check(p.folder.path());
-    QVERIFY(!check.lookupValue("Tech", "F3", "F0 = 'BACKUP'").isValid());
-    QCOMPARE(check.lookupValue("Tech", "F1", "F0 = 'PW'").toString(), QString("секрет"));
+    QVERIFY(!lookupValue(check, "Tech", "F3", "F0 = 'BACKUP'").isValid());
+    QCOMPARE(lookupValue(check, "Tech", "F1", "F0 = 'PW'").toString(), QString("секрет"));
     QCOMPARE(contents(p.backupPath()), backup);
 }
 
@@ -249,7 +237,7 @@ void ServiceOperationsTest::deletingABankOperationRaisesOrLowersTheBalance()
     p.yes();
     p.click("C14");
     QCOMPARE(p.h->text("T11"), QString("995,00 р."));
-    QCOMPARE(p.h->frame().store().rows("Bank").size(), std::size_t{1});
+    QCOMPARE(rows(p.h->frame().store(), "Bank").size(), std::size_t{1});
 }
 
 void ServiceOperationsTest::deletingAnExpenseGivesTheMoneyBack()
@@ -324,7 +312,7 @@ void ServiceOperationsTest::movingExpensesBetweenAccounts()
     p.click("C3");
     QCOMPARE(p.boxes().last(), information(utf8(texts::moveDone)));
     QStringList accounts;
-    for (const store::Row& row : p.h->frame().store().rows("Bills"))
+    for (const store::Row& row : rows(p.h->frame().store(), "Bills"))
         accounts.append(row.value(2).toString());
     QCOMPARE(accounts, QStringList({"7", "5", "7"}));
     // An entry typed as a bare number is the code itself; text without one is refused.

@@ -9,6 +9,7 @@
 #include "service/ui/ServiceWindowTexts.h"
 #include "store/Dates.h"
 #include "store/Store.h"
+#include "support/StoreCalls.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -237,7 +238,7 @@ void ServiceWindowTest::anAccountWithExpensesIsDeletedOnlyOnceTheyAreMoved()
     QCOMPARE(h.dialogs.shown().size(), boxes + 1);
     QCOMPARE(f.lastBox(), information(texts::accountDeleted));
     QCOMPARE(h.items("R2"), QStringList({"3 - Питание", "5 - Отпуск"}));
-    QCOMPARE(h.frame().store().lookupValue("Bills", "F2", "F0 = 3").toInt(), 5);
+    QCOMPARE(lookupValue(h.frame().store(), "Bills", "F2", "F0 = 3").toInt(), 5);
 }
 
 // Renaming, adding and deleting accounts refill the account lists of the main
@@ -355,7 +356,7 @@ void ServiceWindowTest::passwordIsSetKeptOrRemovedAndHonouredAtTheNextSignIn()
         QCOMPARE(h.dialogs.asked().last().initial, QString("Ключ'7"));
         QCOMPARE(f.lastBox(), utf8("ВНИМАНИЕ!!!|") + utf8(texts::removePasswordQuestion));
         QCOMPARE(h.dialogs.shown().last().buttons, ui::DialogButtons::YesNo);
-        QCOMPARE(h.frame().store().lookupValue("Tech", "F1", "F0 = 'PW'").toString(), QString("Ключ'7"));
+        QCOMPARE(lookupValue(h.frame().store(), "Tech", "F1", "F0 = 'PW'").toString(), QString("Ключ'7"));
     }
     {
         GuiHarness h(folder);
@@ -415,7 +416,8 @@ void ServiceWindowTest::ratesAreCheckedRoundedAndShownBack()
     QCOMPARE(f.lastBox(), information(texts::ratesUpdated));
     QCOMPARE(QStringList({f.field("T7")->text(), f.field("T8")->text()}), shown);
     store::Store check(folder.path());
-    QCOMPARE(store::Amount::fromStored(check.lookupValue("Cur", "F1", "F0 = 2")).toDisplayString(), shown[0]);
+    QCOMPARE(store::Amount::fromStored(lookupValue(check, "Cur", "F1", "F0 = 2")).toDisplayString(),
+             shown[0]);
 }
 
 QTEST_MAIN(ServiceWindowTest)

@@ -2,11 +2,12 @@
 // mdb-export as an independent oracle (with its known faults accounted for).
 #include "support/Fixtures.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 #include "jet/Error.h"
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 
 #include <gtest/gtest.h>
 
@@ -52,7 +53,7 @@ void expectSameAsMdbExport(const std::filesystem::path& file, const jet::Table& 
     const std::string name = jet::toUtf8(table.name);
     const CommandResult oracle = run("mdb-export " + shellQuoted(file) + " " + shellQuoted(name));
     ASSERT_EQ(oracle.exitCode, 0) << oracle.output;
-    const std::string ours = jet::exportCsv(table);
+    const std::string ours = velmora::exportCsv(table);
     if (ours == oracle.output)
         return;
     const auto expected = parseCsv(oracle.output);
@@ -81,7 +82,7 @@ TEST(ReaderFixtures, EveryTableEqualsMdbExport)
     SKIP_WITHOUT_FIXTURES();
     for (const auto& file : fixtureFiles()) {
         SCOPED_TRACE(file.filename().string());
-        const jet::Database db = jet::readFile(file, passwordFor(file));
+        const jet::Database db = jet::readDatabase(readBytes(file), passwordFor(file));
         const CommandResult listed = run("mdb-tables -1 " + shellQuoted(file));
         ASSERT_EQ(listed.exitCode, 0);
         std::string ourList;
@@ -124,7 +125,7 @@ TEST(ReaderFixtures, ValuesOfEveryKindDecodeToWhatWasStored)
     SKIP_WITHOUT_FIXTURES();
     const auto dir = fixturesDir();
     // Jet 3: every scalar type, code-page text.
-    const jet::Database jet3 = jet::readFile(dir / "testV1997-jet3.mdb", u"");
+    const jet::Database jet3 = jet::readDatabase(readBytes(dir / "testV1997-jet3.mdb"), u"");
     EXPECT_EQ(jet3.version, jet::Version::Jet3);
     const jet::Row& r = jet3.table(u"Table1")->rows.at(1);
     EXPECT_EQ(std::get<std::u16string>(r[0]), u"abcdefg");
@@ -137,16 +138,16 @@ TEST(ReaderFixtures, ValuesOfEveryKindDecodeToWhatWasStored)
     EXPECT_EQ(jet3.table(u"Table2")->columns.size(), 89u); // a definition spanning two pages
 
     // Compressed and plain Unicode, Cyrillic among them.
-    const jet::Database unicode = jet::readFile(dir / "testUnicodeCompV2003.mdb", u"");
+    const jet::Database unicode = jet::readDatabase(readBytes(dir / "testUnicodeCompV2003.mdb"), u"");
     EXPECT_EQ(std::get<std::u16string>(unicode.tables.at(0).rows.at(2)[1]), u"Мир");
 
     // Encoded pages, key in the header.
-    const jet::Database encoded = jet::readFile(dir / "db-enc-jet4.mdb", u"");
+    const jet::Database encoded = jet::readDatabase(readBytes(dir / "db-enc-jet4.mdb"), u"");
     EXPECT_EQ(std::get<std::u16string>(encoded.tables.at(0).rows.at(1)[1]), u"world");
     EXPECT_EQ(std::get<std::int32_t>(encoded.tables.at(0).rows.at(1)[2]), 42);
 
     // Memos and OLE pictures in long-value chains; German text in code page 1252.
-    const jet::Database nwind = jet::readFile(dir / "nwind-jet3.mdb", u"");
+    const jet::Database nwind = jet::readDatabase(readBytes(dir / "nwind-jet3.mdb"), u"");
     const jet::Table* employees = nwind.table(u"Employees");
     ASSERT_NE(employees, nullptr);
     EXPECT_GT(std::get<jet::Bytes>(employees->rows.at(0)[14]).size(), 20000u);
@@ -157,7 +158,7 @@ TEST(ReaderFixtures, ValuesOfEveryKindDecodeToWhatWasStored)
 TEST(ReaderFixtures, DatesOutsideMdbtoolsRangeFollowTheFormatRule)
 {
     SKIP_WITHOUT_FIXTURES();
-    const jet::Database db = jet::readFile(fixturesDir() / "DateTestDatabase.mdb", u"");
+    const jet::Database db = jet::readDatabase(readBytes(fixturesDir() / "DateTestDatabase.mdb"), u"");
     const auto& rows = db.tables.at(0).rows;
     using namespace std::chrono;
     const auto dateOf = [&](std::size_t row, std::size_t col) {
@@ -176,10 +177,10 @@ TEST(ReaderFixtures, FilesFromElsewhereAreWrittenBackWithAllTablesAndRows)
     std::filesystem::create_directories(folder);
     for (const auto& file : fixtureFiles()) {
         SCOPED_TRACE(file.filename().string());
-        const jet::Database original = jet::readFile(file, passwordFor(file));
+        const jet::Database original = jet::readDatabase(readBytes(file), passwordFor(file));
         const auto rewritten = folder / file.filename();
-        jet::writeFileAtomically(rewritten, jet::encodeDatabase(original));
-        const jet::Database back = jet::readFile(rewritten, passwordFor(file));
+        store::writeFileAtomically(rewritten, jet::encodeDatabase(original));
+        const jet::Database back = jet::readDatabase(readBytes(rewritten), passwordFor(file));
         EXPECT_EQ(back.version, jet::Version::Jet4);
         EXPECT_EQ(back.password, original.password);
         ASSERT_EQ(back.tables.size(), original.tables.size());

@@ -2,7 +2,7 @@
 
 #include "support/Fixtures.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 #include "jet/Unicode.h"
 
 #include <gtest/gtest.h>
@@ -297,7 +297,7 @@ void expectMdbtoolsAgree(const TempFile& file, const jet::Table& written)
     const auto exported = testsupport::run("mdb-export -b hex " + file.quoted() + " " + name);
     ASSERT_EQ(exported.exitCode, 0) << exported.output.substr(0, 500);
     const auto theirs = testsupport::parseCsv(exported.output);
-    const auto ours = testsupport::parseCsv(jet::exportCsv(table));
+    const auto ours = testsupport::parseCsv(velmora::exportCsv(table));
     ASSERT_EQ(theirs.size(), ours.size());
     ASSERT_FALSE(ours.empty());
     EXPECT_EQ(theirs[0], ours[0]);

@@ -52,7 +52,7 @@ private:
 jet::Table storedForm(jet::Table table);
 
 // What mdbtools says about the file agrees with `table`: mdb-count gives its
-// row count and mdb-export prints the cells jet::exportCsv prints (binary
+// row count and mdb-export prints the cells velmora::exportCsv prints (binary
 // data as hex), apart from values mdbtools is known to misprint.
 void expectMdbtoolsAgree(const TempFile& file, const jet::Table& table);
 

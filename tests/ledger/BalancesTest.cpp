@@ -1,8 +1,8 @@
 #include "ledger/Balances.h"
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
 #include "ledger/MonthStatistics.h"
+#include "support/RecordingSink.h"
 
 #include <QFile>
 

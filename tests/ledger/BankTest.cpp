@@ -2,6 +2,7 @@
 
 #include "ledger/Bank.h"
 #include "store/StoreTexts.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -49,12 +50,12 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
         ledger::Bank bank(file.store());
         const QDate day(2026, 3, 14);
         ASSERT_EQ(said(bank.record({day, typed(c.amount), c.direction, "Зарплата"})), "done") << c.amount;
-        const store::Rows rows = store::Store(file.folder().path()).rows("Bank");
-        ASSERT_EQ(rows.size(), 1u) << c.amount;
-        EXPECT_EQ(rows[0].integer(0), 1);
-        EXPECT_EQ(rows[0].date(1), day);
-        EXPECT_EQ(rows[0].amount(2).toPlainString().toStdString(), c.row) << c.start << " " << c.amount;
-        EXPECT_EQ(rows[0].text(3), QString("Зарплата"));
+        const store::Rows bankRows = rows(store::Store(file.folder().path()), "Bank");
+        ASSERT_EQ(bankRows.size(), 1u) << c.amount;
+        EXPECT_EQ(bankRows[0].integer(0), 1);
+        EXPECT_EQ(bankRows[0].date(1), day);
+        EXPECT_EQ(bankRows[0].amount(2).toPlainString().toStdString(), c.row) << c.start << " " << c.amount;
+        EXPECT_EQ(bankRows[0].text(3), QString("Зарплата"));
         EXPECT_EQ(file.balance(), c.balance) << c.start << " " << c.amount;
         EXPECT_TRUE(file.sink.messages.isEmpty());
     }
@@ -70,7 +71,7 @@ TEST(Bank, CommentsAreStoredAsTypedUpToTheColumnSize)
         ASSERT_EQ(said(ledger::Bank(file.store())
                            .record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, comment})),
                   "done");
-        EXPECT_EQ(store::Store(file.folder().path()).rows("Bank").at(0).text(3), comment);
+        EXPECT_EQ(rows(store::Store(file.folder().path()), "Bank").at(0).text(3), comment);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "ledger/Balances.h"
 #include "ledger/Expenses.h"
 #include "store/StoreTexts.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +45,7 @@ TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
         const ledger::BookedExpense& booked = result.value();
         EXPECT_EQ(booked.purseBalance.toPlainString().toStdString(), c.purse) << c.amount;
         EXPECT_EQ(booked.purseTotal, store::WideAmount(booked.purseBalance) + typed("7")) << c.amount;
-        const store::Rows bills = store::Store(file.folder().path()).rows("Bills");
+        const store::Rows bills = rows(store::Store(file.folder().path()), "Bills");
         ASSERT_EQ(bills.size(), 1u);
         EXPECT_EQ(bills[0].date(1), QDate(2026, 3, 14));
         EXPECT_EQ(bills[0].integer(2), 3);

@@ -1,4 +1,5 @@
 #include "FileRows.h"
+#include "ProgramFolder.h"
 
 #include "jet/Reader.h"
 #include "store/Amount.h"
@@ -6,7 +7,6 @@
 #include "store/Schema.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <stdexcept>
 
@@ -38,10 +38,7 @@ struct ValueText
 
 QStringList fileRows(const QString& programDir, const QString& table)
 {
-    QFile file(QDir(programDir).filePath(store::kDataFileName));
-    if (!file.open(QIODevice::ReadOnly))
-        throw std::runtime_error("cannot open the data file");
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = contents(QDir(programDir).filePath(store::kDataFileName));
     const jet::Database db = jet::readDatabase(
         {reinterpret_cast<const std::uint8_t*>(bytes.constData()), static_cast<std::size_t>(bytes.size())},
         store::kFilePassword);

@@ -12,7 +12,7 @@ std::string LedgerFile::money(const QString& sql, const QVariantList& params)
 {
     // A store of its own reads what the file holds, not what memory holds.
     store::Store reader(m_folder.path());
-    const store::Rows rows = reader.query(sql, params);
+    const store::Rows rows = query(reader, sql, params);
     if (rows.empty() || !rows.front().value(0).isValid())
         return "null";
     return rows.front().amount(0).toPlainString().toStdString();
@@ -21,7 +21,7 @@ std::string LedgerFile::money(const QString& sql, const QVariantList& params)
 int LedgerFile::count(const QString& table)
 {
     store::Store reader(m_folder.path());
-    return static_cast<int>(reader.rows(table).size());
+    return static_cast<int>(rows(reader, table).size());
 }
 
 } // namespace velmora::test

@@ -2,7 +2,8 @@
 
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include "store/Store.h"
 

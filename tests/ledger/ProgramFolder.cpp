@@ -1,6 +1,7 @@
 #include "ProgramFolder.h"
 
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/Schema.h"
 
 #include <QDir>
@@ -23,25 +24,35 @@ QString ProgramFolder::dataFilePath() const
 
 void ProgramFolder::write(const jet::Database& db) const
 {
-    jet::writeFileAtomically(dataFilePath().toStdString(), jet::encodeDatabase(db));
+    store::writeFileAtomically(dataFilePath().toStdString(), jet::encodeDatabase(db));
 }
 
 void ProgramFolder::writeBytes(const QByteArray& bytes) const
 {
-    QFile file(dataFilePath());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-        throw std::runtime_error("cannot write the data file");
+    test::writeBytes(dataFilePath(), bytes);
 }
 
 QByteArray ProgramFolder::bytes() const
 {
-    QFile file(dataFilePath());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return contents(dataFilePath());
 }
 
 bool ProgramFolder::hasDataFile() const
 {
     return QFile::exists(dataFilePath());
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeBytes(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        throw std::runtime_error("cannot write " + path.toStdString());
 }
 
 } // namespace velmora::test

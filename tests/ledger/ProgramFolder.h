@@ -27,4 +27,9 @@ private:
     QTemporaryDir m_dir;
 };
 
+// A whole file's bytes, empty when there is none; and `bytes` put in a file's
+// place (std::runtime_error when that fails).
+QByteArray contents(const QString& path);
+void writeBytes(const QString& path, const QByteArray& bytes);
+
 } // namespace velmora::test

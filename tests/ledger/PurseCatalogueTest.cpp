@@ -38,7 +38,7 @@ TEST(PurseCatalogue, NewCodeFollowsTheLargestCodeInUse)
         LedgerFile file(data);
         ASSERT_EQ(ledger::PurseCatalogue(file.store()).create("Отпуск 'летний'").value(), c.code) << c.what;
         store::Store reader(file.folder().path());
-        const store::Rows rows = reader.query("SELECT F1, F2, F3 FROM Purse_Dict WHERE F0 = ?", {c.code});
+        const store::Rows rows = query(reader, "SELECT F1, F2, F3 FROM Purse_Dict WHERE F0 = ?", {c.code});
         ASSERT_EQ(rows.size(), 1u) << c.what;
         EXPECT_EQ(rows[0].text(0), QString("Отпуск 'летний'"));
         EXPECT_FALSE(rows[0].value(1).isValid());
@@ -81,15 +81,15 @@ TEST(PurseCatalogue, RenameKeepsTheCodeAndItsExpenses)
               "Примечание кошелька не может быть длиннее 255 символов!");
     ASSERT_TRUE(purses.rename(2, "Карта \"Мир\"\t", QString()));
     store::Store reader(file.folder().path());
-    const store::Rows rows = reader.query("SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[1].integer(0), 2);
-    EXPECT_EQ(rows[1].text(1), QString("Карта \"Мир\"\t"));
+    const store::Rows dict = query(reader, "SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
+    ASSERT_EQ(dict.size(), 2u);
+    EXPECT_EQ(dict[1].integer(0), 2);
+    EXPECT_EQ(dict[1].text(1), QString("Карта \"Мир\"\t"));
     // An empty note is kept as an empty text, not as Null.
-    EXPECT_TRUE(rows[1].value(2).isValid());
-    EXPECT_EQ(rows[1].text(2), QString());
+    EXPECT_TRUE(dict[1].value(2).isValid());
+    EXPECT_EQ(dict[1].text(2), QString());
     EXPECT_EQ(file.purse(2), "20");
-    EXPECT_EQ(reader.rows("Bills").at(0).integer(6), 2);
+    EXPECT_EQ(rows(reader, "Bills").at(0).integer(6), 2);
 }
 
 TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)

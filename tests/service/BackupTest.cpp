@@ -1,8 +1,8 @@
 #include "service/Backup.h"
 #include "ServiceData.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
 #include "service/ServiceTexts.h"
+#include "store/FileError.h"
 #include "store/FileLock.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
@@ -20,19 +20,6 @@ using service::Backup;
 
 namespace {
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
-
 QByteArray encoded(const jet::Database& db)
 {
     const std::vector<std::uint8_t> bytes = jet::encodeDatabase(db);
@@ -42,7 +29,7 @@ QByteArray encoded(const jet::Database& db)
 // A writer that fails the way a full disk does, before anything is renamed.
 void diskFull(const std::filesystem::path& path, std::span<const std::uint8_t>)
 {
-    throw jet::WriteError(path, "write", ENOSPC);
+    throw store::FileError::writing(path, "write", ENOSPC);
 }
 
 QString message(const char* pattern, const QString& path, const QString& cause = {})
@@ -59,9 +46,9 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
     data.balance("1000").account(1, "Питание").bank(QDate(2026, 3, 1), "1000");
     ServiceData d(data);
     Backup backup(d.store());
-    const Backup::Outcome made = backup.make(QDate(2026, 3, 15));
-    ASSERT_TRUE(made.done) << made.message.toStdString();
-    EXPECT_EQ(made.date, QDate(2026, 3, 15));
+    const store::Result<QDate> made = backup.make(QDate(2026, 3, 15));
+    ASSERT_TRUE(made) << made.message().toStdString();
+    EXPECT_EQ(made.value(), QDate(2026, 3, 15));
     EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 15));
     // The backup is the data file as it was right after recording the date.
     EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
@@ -75,9 +62,9 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
         tx.execute("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'", {QDate(2026, 3, 21)});
         ASSERT_TRUE(tx.commit());
     }
-    const Backup::Outcome restored = backup.restore(QDate(2026, 3, 15));
-    ASSERT_TRUE(restored.done) << restored.message.toStdString();
-    EXPECT_EQ(restored.date, QDate(2026, 3, 15));
+    const store::Result<QDate> restored = backup.restore(QDate(2026, 3, 15));
+    ASSERT_TRUE(restored) << restored.message().toStdString();
+    EXPECT_EQ(restored.value(), QDate(2026, 3, 15));
     EXPECT_EQ(d.folder().bytes(), contents(d.backupPath()));
     // The same store sees the restored file at once.
     EXPECT_EQ(d.rows("Bank"), bankAtBackup);
@@ -89,9 +76,9 @@ TEST(Backup, ASecondBackupReplacesTheFirst)
 {
     ServiceData d;
     Backup backup(d.store());
-    ASSERT_TRUE(backup.make(QDate(2026, 3, 15)).done);
-    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
-    ASSERT_TRUE(backup.make(QDate(2026, 3, 16)).done);
+    ASSERT_TRUE(backup.make(QDate(2026, 3, 15)));
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(backup.make(QDate(2026, 3, 16)));
     EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
     EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 16));
     EXPECT_TRUE(QDir(d.folder().path()).entryList(QDir::Files).filter(".tmp-").isEmpty());
@@ -107,7 +94,6 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
     std::erase_if(sevenTables.database().tables, [](const jet::Table& t) { return t.name == u"Cur"; });
     DataBuilder data;
     data.account(1, "Питание").bank(QDate(2026, 3, 1), "10");
-    const QString noPassword = QString::fromUtf8(service::texts::causeOtherPassword);
     struct Case
     {
         const char* what;
@@ -120,9 +106,7 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
         {"empty file", [](const QString& p) { writeBytes(p, {}); }, service::texts::backupDamaged,
          QString::fromUtf8(service::texts::causeEmptyFile)},
         {"another password", [&](const QString& p) { writeBytes(p, encoded(other.database())); },
-         service::texts::backupDamaged, noPassword},
-        {"no password", [&](const QString& p) { writeBytes(p, encoded(open.database())); },
-         service::texts::backupDamaged, noPassword},
+         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeOtherPassword)},
         {"a table missing", [&](const QString& p) { writeBytes(p, encoded(sevenTables.database())); },
          service::texts::backupDamaged, "нет таблицы Cur"},
         {"not a data file", [](const QString& p) { writeBytes(p, QByteArray(8192, 'x')); },
@@ -136,36 +120,37 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
         ServiceData d(data);
         c.prepare(d.backupPath());
         const QByteArray before = d.folder().bytes();
-        const Backup::Outcome outcome = Backup(d.store()).restore(QDate(2026, 3, 15));
-        EXPECT_FALSE(outcome.done) << c.what;
-        EXPECT_EQ(outcome.message, message(c.pattern, d.backupPath(), c.cause)) << c.what;
+        const store::Result<QDate> outcome = Backup(d.store()).restore(QDate(2026, 3, 15));
+        EXPECT_TRUE(outcome.isRefused()) << c.what;
+        EXPECT_EQ(outcome.message(), message(c.pattern, d.backupPath(), c.cause)) << c.what;
         EXPECT_EQ(d.folder().bytes(), before) << c.what;
         EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"})) << c.what;
     }
-    // Nor is a data file without the password copied to a backup.
-    ServiceData withoutPassword(open);
-    EXPECT_FALSE(Backup(withoutPassword.store()).make(QDate(2026, 3, 17)).done);
+    // A file without a password opens with any, as data file and as backup alike.
+    ServiceData unprotected(open);
+    EXPECT_TRUE(Backup(unprotected.store()).make(QDate(2026, 3, 15)));
+    EXPECT_TRUE(Backup(unprotected.store()).restore(QDate(2026, 3, 15)));
 }
 
 TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
 {
     ServiceData d;
-    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)).done);
-    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray oldBackup = contents(d.backupPath());
     Backup failing(d.store(), diskFull);
 
-    const Backup::Outcome made = failing.make(QDate(2026, 3, 15));
-    EXPECT_FALSE(made.done);
-    EXPECT_EQ(made.message, message(service::texts::backupNotWritten, d.backupPath(),
-                                    QString::fromUtf8(store::texts::causeNoSpace)));
+    const store::Result<QDate> made = failing.make(QDate(2026, 3, 15));
+    EXPECT_TRUE(made.isRefused());
+    EXPECT_EQ(made.message(), message(service::texts::backupNotWritten, d.backupPath(),
+                                      QString::fromUtf8(store::texts::causeNoSpace)));
     EXPECT_EQ(contents(d.backupPath()), oldBackup);
     EXPECT_EQ(failing.lastBackupDate(), QDate(2026, 3, 1));
 
     const QByteArray data = d.folder().bytes();
-    const Backup::Outcome restored = failing.restore(QDate(2026, 3, 15));
-    EXPECT_FALSE(restored.done);
-    EXPECT_TRUE(restored.message.contains(QString::fromUtf8(store::texts::causeNoSpace)));
+    const store::Result<QDate> restored = failing.restore(QDate(2026, 3, 15));
+    EXPECT_TRUE(restored.isRefused());
+    EXPECT_TRUE(restored.message().contains(QString::fromUtf8(store::texts::causeNoSpace)));
     EXPECT_EQ(d.folder().bytes(), data);
     EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"}));
 }
@@ -173,21 +158,20 @@ TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
 TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
 {
     ServiceData d;
-    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)).done);
-    ASSERT_TRUE(d.store().executeStatement("INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray data = d.folder().bytes();
-    store::FileLock other(d.folder().dataFilePath().toStdString() + ".lock");
-    ASSERT_TRUE(other.tryLock());
+    store::FileLock other(d.folder().dataFilePath().toStdString());
+    other.take();
 
-    const Backup::Outcome restored = Backup(d.store()).restore(QDate(2026, 3, 15));
-    EXPECT_FALSE(restored.done);
-    EXPECT_EQ(restored.message, message(store::texts::fileLocked, d.store().dataFilePath()));
+    const store::Result<QDate> restored = Backup(d.store()).restore(QDate(2026, 3, 15));
+    EXPECT_TRUE(restored.isRefused());
+    EXPECT_EQ(restored.message(), message(store::texts::fileLocked, d.store().dataFilePath()));
     EXPECT_EQ(d.folder().bytes(), data);
     // The backup cannot even record its date; the store says why.
-    const Backup::Outcome made = Backup(d.store()).make(QDate(2026, 3, 15));
-    EXPECT_FALSE(made.done);
-    EXPECT_TRUE(made.message.isEmpty());
+    const store::Result<QDate> made = Backup(d.store()).make(QDate(2026, 3, 15));
+    EXPECT_FALSE(made || made.isRefused());
     ASSERT_EQ(d.sink.messages.size(), 1);
-    other.unlock();
+    other.release();
     EXPECT_EQ(Backup(d.store()).lastBackupDate(), QDate(2026, 3, 1));
 }

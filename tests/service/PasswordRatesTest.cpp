@@ -78,10 +78,7 @@ TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesMonthsAndBacku
     ServiceData d(data);
     d.folder().write(data.database());
     QFile::copy(d.folder().dataFilePath(), d.backupPath());
-    const QByteArray backup = [&] {
-        QFile file(d.backupPath());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }();
+    const QByteArray backup = contents(d.backupPath());
     const QStringList months = d.rows("Mon");
     const QStringList currencies = d.rows("Cur");
 
@@ -91,8 +88,6 @@ TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesMonthsAndBacku
     EXPECT_EQ(d.rows("Tech"), QStringList({"OSTATOK||0|", "BACKUP|||", "PW|секрет||"}));
     EXPECT_EQ(d.rows("Mon"), months);
     EXPECT_EQ(d.rows("Cur"), currencies);
-    QFile file(d.backupPath());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), backup);
+    EXPECT_EQ(contents(d.backupPath()), backup);
     EXPECT_FALSE(backup.isEmpty());
 }

@@ -20,7 +20,7 @@ QString ServiceData::backupPath() const
 QStringList ServiceData::rows(const QString& table)
 {
     QStringList lines;
-    for (const store::Row& row : m_store->rows(table)) {
+    for (const store::Row& row : store::rows(*m_store, table)) {
         QStringList values;
         for (int i = 0; i < row.size(); ++i)
             values.append(row.value(i).toString());
@@ -31,12 +31,12 @@ QStringList ServiceData::rows(const QString& table)
 
 QString ServiceData::value(const QString& table, const QString& column, const QString& criteria)
 {
-    return m_store->lookupValue(table, column, criteria).toString();
+    return lookupValue(*m_store, table, column, criteria).toString();
 }
 
 QString ServiceData::amount(const QString& table, const QString& column, const QString& criteria)
 {
-    return store::Amount::fromStored(m_store->lookupValue(table, column, criteria)).toPlainString();
+    return store::Amount::fromStored(lookupValue(*m_store, table, column, criteria)).toPlainString();
 }
 
 } // namespace velmora::test

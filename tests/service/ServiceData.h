@@ -2,8 +2,9 @@
 
 #include "DataBuilder.h"
 #include "ProgramFolder.h"
-#include "RecordingSink.h"
 #include "store/Store.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <QString>
 #include <QStringList>

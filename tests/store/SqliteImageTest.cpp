@@ -4,6 +4,7 @@
 #include "jet/Reader.h"
 #include "jet/Writer.h"
 #include "store/DatabaseDiff.h"
+#include "support/Fixtures.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +38,7 @@ TEST(SqliteImage, ReferenceFilesComeBackUnchanged)
         {"nwind-jet3.mdb", u""},
     };
     for (const Case& c : cases) {
-        const jet::Database original = jet::readFile(folder / c.file, c.password);
+        const jet::Database original = jet::readDatabase(testsupport::readBytes(folder / c.file), c.password);
         const SqliteImage image(original);
         EXPECT_EQ(store::firstDifference(original, image.dump()), "") << c.file;
     }

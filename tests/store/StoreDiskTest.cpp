@@ -1,7 +1,8 @@
 #include "StoreFolder.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/DatabaseDiff.h"
+#include "store/FileError.h"
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
@@ -19,7 +20,7 @@ namespace {
 
 QVariant balanceOf(Store& store)
 {
-    return store.lookupValue("Tech", "F2", "F0 = ?", {"OSTATOK"}, 2);
+    return lookupValue(store, "Tech", "F2", "F0 = ?", {"OSTATOK"}, 2);
 }
 
 bool setBalance(Transaction& tx, std::int64_t units)
@@ -47,8 +48,8 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Store store(folder.dir(), &sink,
                 [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
                     if (diskFull)
-                        throw jet::WriteError(path, "write", ENOSPC);
-                    jet::writeFileAtomically(path, bytes);
+                        throw store::FileError::writing(path, "write", ENOSPC);
+                    store::writeFileAtomically(path, bytes);
                 });
     const std::vector<std::uint8_t> before = folder.dataFileBytes();
     {
@@ -69,7 +70,8 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Transaction tx(store);
     setBalance(tx, 300);
     EXPECT_TRUE(tx.commit());
-    EXPECT_EQ(Store(folder.dir()).lookupValue("Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
+    Store reader(folder.dir());
+    EXPECT_EQ(lookupValue(reader, "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
 }
 
 TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
@@ -88,8 +90,8 @@ TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
         tx.execute("INSERT INTO Bank (F2) VALUES (?)", {Amount::fromUnits(units)});
         ASSERT_TRUE(tx.commit());
         EXPECT_EQ(balanceOf(reader).toLongLong(), units);
-        EXPECT_EQ(reader.rows("Bank").size(), static_cast<std::size_t>(units));
-        EXPECT_EQ(reader.lookupValue("Bank", "F0", "").toInt(), units); // one counter for both
+        EXPECT_EQ(rows(reader, "Bank").size(), static_cast<std::size_t>(units));
+        EXPECT_EQ(lookupValue(reader, "Bank", "F0", "").toInt(), units); // one counter for both
     }
 }
 
@@ -159,13 +161,16 @@ TEST(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
     EXPECT_EQ(firstDifference(expected, folder.readDataFile()), "");
 }
 
+// Only the data file's own temporary files go, not those of the backup's writes.
 TEST(StoreDisk, TemporaryFilesOfAnInterruptedSaveAreRemovedOnLoading)
 {
     StoreFolder folder;
     folder.writePreparedFile();
     std::ofstream(folder.path() / "velmora.mdb.tmp-999999-1") << "half a file";
+    std::ofstream(folder.path() / "velmora_backup.mdb.tmp-999999-2") << "half a backup";
     std::ofstream(folder.path() / "notes.txt") << "the user's";
     Store store(folder.dir());
-    store.verify();
-    EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"notes.txt"});
+    ASSERT_TRUE(opens(store));
+    EXPECT_EQ(folder.strayFiles(),
+              (std::vector<std::string>{"notes.txt", "velmora_backup.mdb.tmp-999999-2"}));
 }

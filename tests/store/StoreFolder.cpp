@@ -2,11 +2,12 @@
 
 #include "jet/Reader.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
+#include "store/RegularFile.h"
 #include "store/Schema.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace store::test {
@@ -29,7 +30,7 @@ StoreFolder::~StoreFolder()
 
 void StoreFolder::writeDataFile(const jet::Database& db) const
 {
-    jet::writeFileAtomically(dataFile(), jet::encodeDatabase(db));
+    store::writeFileAtomically(dataFile(), jet::encodeDatabase(db));
 }
 
 void StoreFolder::writePreparedFile() const
@@ -39,15 +40,12 @@ void StoreFolder::writePreparedFile() const
 
 std::vector<std::uint8_t> StoreFolder::dataFileBytes() const
 {
-    if (!fs::is_regular_file(dataFile()))
-        return {};
-    std::ifstream in(dataFile(), std::ios::binary);
-    return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {});
+    return fs::is_regular_file(dataFile()) ? readRegularFile(dataFile()).bytes : std::vector<std::uint8_t>{};
 }
 
 jet::Database StoreFolder::readDataFile() const
 {
-    return jet::readFile(dataFile(), kFilePassword);
+    return jet::readDatabase(dataFileBytes(), kFilePassword);
 }
 
 std::vector<std::string> StoreFolder::strayFiles() const
@@ -58,18 +56,8 @@ std::vector<std::string> StoreFolder::strayFiles() const
         if (name != "velmora.mdb" && name != "velmora.mdb.lock")
             names.push_back(name);
     }
+    std::sort(names.begin(), names.end());
     return names;
-}
-
-void RecordingSink::engineError(int number, const QString& description)
-{
-    engineErrors.append(engineErrorText(number, description));
-}
-
-void RecordingSink::storeFailure(const StoreError& error)
-{
-    storeFailures.append(error.message());
-    failureKinds.push_back(error.kind());
 }
 
 jet::Database sampleDatabase()

@@ -1,16 +1,18 @@
 #pragma once
 
 #include "jet/Database.h"
-#include "store/ErrorSink.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <cstdint>
 #include <filesystem>
 #include <vector>
 
 namespace store::test {
+
+using velmora::test::RecordingSink;
 
 // A temporary program folder, removed with everything in it at the end.
 class StoreFolder
@@ -30,23 +32,11 @@ public:
     void writePreparedFile() const;
     std::vector<std::uint8_t> dataFileBytes() const;
     jet::Database readDataFile() const;
-    // Names of the files in the folder other than the data file and its lock.
+    // Names of the files in the folder other than the data file and its lock, sorted.
     std::vector<std::string> strayFiles() const;
 
 private:
     std::filesystem::path m_path;
-};
-
-// Records what the store reports instead of showing boxes.
-class RecordingSink : public ErrorSink
-{
-public:
-    void engineError(int number, const QString& description) override;
-    void storeFailure(const StoreError& error) override;
-
-    QStringList engineErrors;  // as their boxes read
-    QStringList storeFailures; // messages
-    std::vector<StoreError::Kind> failureKinds;
 };
 
 // A prepared database with an extra account and purse, for tests that need rows.

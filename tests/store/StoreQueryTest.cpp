@@ -44,8 +44,8 @@ protected:
 
 TEST_F(StoreQueryTest, MonthSumsAreExact)
 {
-    const Rows rows = store.query(
-        "SELECT SUM(F3) AS SUM1 FROM Bills WHERE DatePart('m', F1) = ? AND DatePart('yyyy', F1) = ?",
+    const Rows rows = query(
+        store, "SELECT SUM(F3) AS SUM1 FROM Bills WHERE DatePart('m', F1) = ? AND DatePart('yyyy', F1) = ?",
         {1, 2026});
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].amount(0).toPlainString(), QStringLiteral("102.685"));
@@ -53,19 +53,19 @@ TEST_F(StoreQueryTest, MonthSumsAreExact)
 
     // The same with SQLite's own date functions, and an empty month.
     const Rows december =
-        store.query("SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = ?", {"2025-12"});
+        query(store, "SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = ?", {"2025-12"});
     EXPECT_EQ(december[0].amount(0), *Amount::parse(u"10,5"));
-    const Rows march = store.query("SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = '2026-03'");
+    const Rows march = query(store, "SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = '2026-03'");
     EXPECT_FALSE(march[0].value(0).isValid());
     EXPECT_EQ(march[0].amount(0), Amount());
 }
 
 TEST_F(StoreQueryTest, RowsGiveTypedValuesAndGroupTextsWithoutCase)
 {
-    const Rows rows =
-        store.query("SELECT F4, COUNT(*) AS N, MAX(F1) AS Last FROM Bills WHERE F2 = ? GROUP BY F4 "
-                    "ORDER BY F4",
-                    {1});
+    const Rows rows = query(store,
+                            "SELECT F4, COUNT(*) AS N, MAX(F1) AS Last FROM Bills WHERE F2 = ? GROUP BY F4 "
+                            "ORDER BY F4",
+                            {1});
     ASSERT_EQ(rows.size(), 2u); // "Хлеб" and "хлеб" are one name
     EXPECT_EQ(rows[0].text(0), QStringLiteral("Соль"));
     EXPECT_EQ(rows[1].integer(1), 2);
@@ -73,8 +73,8 @@ TEST_F(StoreQueryTest, RowsGiveTypedValuesAndGroupTextsWithoutCase)
     EXPECT_EQ(rows[1].columnNames(), (QStringList{"F4", "N", "Last"}));
 
     const Rows dates =
-        store.query("SELECT DatePart('d', F1), DatePart('w', F1), DatePart('q', F1) FROM Bills "
-                    "ORDER BY F0 LIMIT 1");
+        query(store, "SELECT DatePart('d', F1), DatePart('w', F1), DatePart('q', F1) FROM Bills "
+                     "ORDER BY F0 LIMIT 1");
     EXPECT_EQ(dates[0].integer(0), 31);
     EXPECT_EQ(dates[0].integer(1), 4); // 31.12.2025 is a Wednesday; Sunday counts 1
     EXPECT_EQ(dates[0].integer(2), 4);
@@ -88,5 +88,5 @@ TEST_F(StoreQueryTest, AFailedQueryShowsItsErrorAndSpoilsTheTransaction)
     EXPECT_EQ(sink.engineErrors[0], QStringLiteral("Error number: 1\rno such column: F9"));
     EXPECT_FALSE(tx.execute("DELETE FROM Bills"));
     EXPECT_FALSE(tx.commit());
-    EXPECT_EQ(store.rows("Bills").size(), 5u);
+    EXPECT_EQ(rows(store, "Bills").size(), 5u);
 }

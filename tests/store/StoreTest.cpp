@@ -1,7 +1,7 @@
 #include "store/Store.h"
 #include "StoreFolder.h"
-#include "jet/AtomicFile.h"
 #include "jet/Writer.h"
+#include "store/AtomicFile.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
 
@@ -23,7 +23,7 @@ class StoreTest : public ::testing::Test
 protected:
     StoreTest() { folder.writeDataFile(test::sampleDatabase()); }
 
-    Amount balance() { return Amount::fromStored(store.lookupValue("Tech", "F2", kBalance, kOstatok)); }
+    Amount balance() { return Amount::fromStored(lookupValue(store, "Tech", "F2", kBalance, kOstatok)); }
 
     bool deposit(Transaction& tx, Amount amount, const QString& comment)
     {
@@ -103,7 +103,7 @@ TEST_F(StoreTest, AFailedStatementLeavesFileAndMemoryAsTheyWere)
     EXPECT_TRUE(sink.engineErrors[0].contains(QStringLiteral("Bank.F3: текст длиннее 255 знаков")));
     EXPECT_EQ(folder.dataFileBytes(), before);
     EXPECT_EQ(balance(), Amount());
-    EXPECT_EQ(store.rows("Purse").size(), 1u);
+    EXPECT_EQ(rows(store, "Purse").size(), 1u);
 }
 
 TEST_F(StoreTest, TheTablesRefuseWhatTheFileCannotHold)
@@ -181,7 +181,7 @@ TEST_F(StoreTest, NestedTransactionsWriteOnceAtTheOutermostCommit)
     Store counted(folder.dir(), &sink,
                   [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
                       ++writes;
-                      jet::writeFileAtomically(path, bytes);
+                      store::writeFileAtomically(path, bytes);
                   });
     const std::vector<std::uint8_t> before = folder.dataFileBytes();
     {
@@ -192,7 +192,7 @@ TEST_F(StoreTest, NestedTransactionsWriteOnceAtTheOutermostCommit)
             deposit(inner, Amount::fromUnits(2), QString());
             EXPECT_TRUE(inner.commit());
         }
-        EXPECT_EQ(counted.rows("Bank").size(), 2u); // a standalone call shares the open transaction
+        EXPECT_EQ(rows(counted, "Bank").size(), 2u); // a standalone call shares the open transaction
         EXPECT_EQ(folder.dataFileBytes(), before);
         EXPECT_EQ(writes, 0);
         EXPECT_TRUE(outer.commit());
@@ -201,7 +201,7 @@ TEST_F(StoreTest, NestedTransactionsWriteOnceAtTheOutermostCommit)
     EXPECT_EQ(folder.readDataFile().table(u"Bank")->rows.size(), 2u);
 
     // Reading only, or committing nothing, writes nothing.
-    counted.lookupValue("Tech", "F2", kBalance, kOstatok);
+    lookupValue(counted, "Tech", "F2", kBalance, kOstatok);
     Transaction tx(counted);
     tx.execute("UPDATE Tech SET F2 = 0 WHERE F0 = 'нет такого'");
     EXPECT_TRUE(tx.commit());
@@ -224,6 +224,6 @@ TEST_F(StoreTest, AnInnerScopeLeftWithoutCommitAfterChangesRollsEverythingBack)
     }
     EXPECT_FALSE(outer.commit());
     EXPECT_EQ(folder.dataFileBytes(), before);
-    EXPECT_TRUE(store.rows("Bank").empty());
+    EXPECT_TRUE(rows(store, "Bank").empty());
     EXPECT_TRUE(sink.storeFailures.isEmpty());
 }

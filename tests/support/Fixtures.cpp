@@ -1,9 +1,9 @@
 #include "Fixtures.h"
 
+#include "store/RegularFile.h"
+
 #include <array>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <sys/wait.h>
 
 namespace testsupport {
@@ -20,8 +20,7 @@ std::filesystem::path fixturesDir()
 
 std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    return store::readRegularFile(path).bytes;
 }
 
 CommandResult run(const std::string& command)

@@ -1,4 +1,4 @@
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ std::string field(ColumnType type, const Value& value)
     table.name = u"T";
     table.columns = {type == ColumnType::Text ? Column::text(u"C", 255) : Column::ofType(u"C", type)};
     table.rows = {{value}};
-    const std::string csv = jet::exportCsv(table);
+    const std::string csv = velmora::exportCsv(table);
     return csv.substr(2, csv.size() - 3);
 }
 
@@ -36,10 +36,10 @@ TEST(CsvExport, HeaderThenOneLinePerRow)
     table.name = u"Bank";
     table.columns = {Column::ofType(u"F0", ColumnType::Long, true), Column::text(u"Сумма прописью", 50),
                      Column::ofType(u"F2", ColumnType::Currency)};
-    EXPECT_EQ(jet::exportCsv(table), "F0,Сумма прописью,F2\n") << "an empty table is its header line";
+    EXPECT_EQ(velmora::exportCsv(table), "F0,Сумма прописью,F2\n") << "an empty table is its header line";
     table.rows = {{std::int32_t{1}, std::u16string(u"Зарплата"), jet::Currency{1000000}},
                   {std::int32_t{2}, jet::Null{}, jet::Null{}}};
-    EXPECT_EQ(jet::exportCsv(table), "F0,Сумма прописью,F2\n1,\"Зарплата\",100.0000\n2,,\n");
+    EXPECT_EQ(velmora::exportCsv(table), "F0,Сумма прописью,F2\n1,\"Зарплата\",100.0000\n2,,\n");
 }
 
 TEST(CsvExport, TextsAreQuotedWithQuotesDoubledAndLineBreaksKept)
@@ -67,14 +67,17 @@ TEST(CsvExport, TextsAreQuotedWithQuotesDoubledAndLineBreaksKept)
     }
 }
 
-TEST(CsvExport, NumbersPrintUnquoted)
+// Numbers print unquoted; GUIDs and binary data quoted, binary as it is with
+// its quote bytes doubled.
+TEST(CsvExport, NumbersGuidsAndBinaryValues)
 {
     struct Case
     {
         ColumnType type;
         Value value;
-        const char* csv;
+        std::string csv;
     };
+    const jet::Bytes bytes{'B', 'M', 0x00, '"', 0xFF, '\n'};
     const Case cases[] = {
         {ColumnType::Boolean, true, "1"},
         {ColumnType::Byte, std::int32_t{255}, "255"},
@@ -91,6 +94,16 @@ TEST(CsvExport, NumbersPrintUnquoted)
         {ColumnType::Double, 444.555, "444.555"},
         {ColumnType::Double, 0.1 + 0.2, "0.3"},
         {ColumnType::Double, -1e20, "-1e+20"},
+        {ColumnType::Guid,
+         jet::Guid{{0x78, 0x56, 0x34, 0x12, 0xBC, 0x9A, 0xF0, 0xDE, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77,
+                    0x88}},
+         "\"{12345678-9ABC-DEF0-1122-334455667788}\""},
+        {ColumnType::Ole, bytes, std::string("\"BM\0\"\"\xFF\n\"", 9)},
+        {ColumnType::Binary, bytes, std::string("\"BM\0\"\"\xFF\n\"", 9)},
+        // A zero-length OLE value keeps its quotes; zero-length binary prints like Null.
+        {ColumnType::Ole, jet::Bytes{}, "\"\""},
+        {ColumnType::Binary, jet::Bytes{}, ""},
+        {ColumnType::Ole, jet::Null{}, ""},
     };
     for (const Case& c : cases)
         EXPECT_EQ(field(c.type, c.value), c.csv) << jet::typeName(c.type);
@@ -123,19 +136,4 @@ TEST(CsvExport, DatesPrintAsMonthDayTwoDigitYearAndTime)
     };
     for (const Case& c : cases)
         EXPECT_EQ(field(ColumnType::DateTime, jet::DateTime{c.days}), c.csv) << c.days;
-}
-
-TEST(CsvExport, GuidsAndBinaryValues)
-{
-    const jet::Guid guid{
-        {0x78, 0x56, 0x34, 0x12, 0xBC, 0x9A, 0xF0, 0xDE, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0x88}};
-    EXPECT_EQ(field(ColumnType::Guid, guid), "\"{12345678-9ABC-DEF0-1122-334455667788}\"");
-    // Binary data goes out as it is, quoted, with its quote bytes doubled.
-    const jet::Bytes bytes{'B', 'M', 0x00, '"', 0xFF, '\n'};
-    EXPECT_EQ(field(ColumnType::Ole, bytes), std::string("\"BM\0\"\"\xFF\n\"", 9));
-    EXPECT_EQ(field(ColumnType::Binary, bytes), std::string("\"BM\0\"\"\xFF\n\"", 9));
-    // A zero-length OLE value keeps its quotes; zero-length binary prints like Null.
-    EXPECT_EQ(field(ColumnType::Ole, jet::Bytes{}), "\"\"");
-    EXPECT_EQ(field(ColumnType::Binary, jet::Bytes{}), "");
-    EXPECT_EQ(field(ColumnType::Ole, jet::Null{}), "");
 }

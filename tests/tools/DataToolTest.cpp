@@ -5,6 +5,7 @@
 
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
+#include "store/RegularFile.h"
 #include "store/Schema.h"
 
 #include <gtest/gtest.h>
@@ -24,12 +25,6 @@ ProgramResult tool(std::vector<std::string> args)
 {
     args.insert(args.begin(), VELMORA_DATA_TOOL);
     return runProgram(args);
-}
-
-std::string slurp(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 const char* mdbSchemaType(const jet::Column& column)
@@ -136,7 +131,7 @@ TEST(DataTool, NewWritesThePreparedFile)
     const ProgramResult made = tool({"new", file.string()});
     ASSERT_EQ(made.exitCode, 0) << made.err;
     checkWithMdbTools(file);
-    const jet::Database db = jet::readFile(file, store::kFilePassword);
+    const jet::Database db = jet::readDatabase(store::readRegularFile(file).bytes, store::kFilePassword);
     const jet::Database prepared = store::preparedDatabase(0);
     for (const jet::Table& table : prepared.tables)
         EXPECT_EQ(db.table(table.name)->rows, table.rows) << jet::toUtf8(table.name);
@@ -169,7 +164,7 @@ TEST(DataTool, SampleFilesHoldTheGeneratedHistory)
         options.seed = static_cast<std::uint64_t>(c.seed);
         options.lastDay = std::chrono::sys_days{std::chrono::year{2024} / 2 / 29};
         const velmora::SampleHistory history = velmora::makeSampleHistory(options);
-        const jet::Database db = jet::readFile(file, store::kFilePassword);
+        const jet::Database db = jet::readDatabase(store::readRegularFile(file).bytes, store::kFilePassword);
         for (const jet::Table& table : history.database.tables)
             EXPECT_TRUE(db.table(table.name)->rows == table.rows) << jet::toUtf8(table.name);
         EXPECT_EQ(velmora::test::moneyProblems(db, history.transfers), "");
@@ -190,7 +185,8 @@ TEST(DataTool, NeverOverwritesAFile)
         EXPECT_NE(result.err.find(file.string() + ": the file already exists"), std::string::npos)
             << result.err;
     }
-    EXPECT_EQ(slurp(file), "precious");
+    const std::vector<std::uint8_t> kept = store::readRegularFile(file).bytes;
+    EXPECT_EQ(std::string(kept.begin(), kept.end()), "precious");
 }
 
 TEST(DataTool, FailuresNameTheFileAndTheCause)

@@ -1,7 +1,7 @@
 #include "SampleData.h"
 #include "MoneyCheck.h"
 
-#include "jet/CsvExport.h"
+#include "CsvExport.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ std::string csvOf(const jet::Database& db)
 {
     std::string all;
     for (const jet::Table& table : db.tables)
-        all += jet::exportCsv(table);
+        all += velmora::exportCsv(table);
     return all;
 }
 

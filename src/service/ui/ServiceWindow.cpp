@@ -231,13 +231,13 @@ void ServiceWindow::onBackupClicked() // C1 "Спасти"
 {
     if (!confirm(text(texts::backupQuestion)))
         return;
-    const Backup::Outcome outcome = m_backup.make(m_today());
-    if (!outcome.done) {
-        if (!outcome.message.isEmpty())
-            showError(outcome.message);
+    const store::Result<QDate> made = m_backup.make(m_today());
+    if (!made) {
+        if (made.isRefused())
+            showError(made.message());
         return;
     }
-    m_ui->T1->setText(store::displayDate(outcome.date));
+    m_ui->T1->setText(store::displayDate(made.value()));
     showInformation(text(texts::backupDone) + QDir::toNativeSeparators(m_backup.backupPath()));
 }
 
@@ -245,13 +245,13 @@ void ServiceWindow::onRestoreClicked() // C2 "Восстановить"
 {
     if (!confirm(text(texts::restoreQuestion)))
         return;
-    const Backup::Outcome outcome = m_backup.restore(m_today());
-    if (!outcome.done) {
-        if (!outcome.message.isEmpty())
-            showError(outcome.message);
+    const store::Result<QDate> restored = m_backup.restore(m_today());
+    if (!restored) {
+        if (restored.isRefused())
+            showError(restored.message());
         return;
     }
-    m_ui->T1->setText(outcome.date.isValid() ? store::displayDate(outcome.date) : QString());
+    m_ui->T1->setText(restored.value().isValid() ? store::displayDate(restored.value()) : QString());
     billsRef();
     showInformation(text(texts::restoreDone) + m_ui->T1->text() + text(texts::restoreSignInAgain));
     emit programEndRequested();

@@ -1,14 +1,15 @@
 #include "AtomicFile.h"
-#include "Writer.h"
+
+#include "FileError.h"
+#include "FileWriter.h"
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace jet {
+namespace store {
 
 namespace fs = std::filesystem;
 
@@ -83,7 +84,7 @@ void writeTemporary(const fs::path& target, const std::string& name, int fd,
     }
     if (step) {
         ops.unlink(name.c_str());
-        throw WriteError(target, step, cause);
+        throw FileError::writing(target, step, cause);
     }
 }
 
@@ -94,22 +95,16 @@ void syncFolder(const fs::path& target, const FileOps& ops)
         folder = ".";
     const int fd = ops.open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (fd < 0)
-        throw WriteError(target, "open folder", errno);
+        throw FileError::writing(target, "open folder", errno);
     // Some file systems cannot sync a folder and say EINVAL; the rename is done then.
     const bool synced = ops.fsync(fd) == 0 || errno == EINVAL;
     const int savedErrno = errno;
     ops.close(fd);
     if (!synced)
-        throw WriteError(target, "fsync folder", savedErrno);
+        throw FileError::writing(target, "fsync folder", savedErrno);
 }
 
 } // namespace
-
-WriteError::WriteError(const fs::path& target, std::string step, int errorNumber)
-    : Error(ErrorCode::CannotWrite,
-            "Cannot write " + target.string() + ": " + step + " failed: " + std::strerror(errorNumber)),
-      m_step(std::move(step)), m_errorNumber(errorNumber)
-{}
 
 const FileOps& systemFileOps()
 {
@@ -133,10 +128,10 @@ fs::path followLinks(const fs::path& path)
             return current;
         const fs::path target = fs::read_symlink(current, error);
         if (error)
-            throw WriteError(path, "read link", error.value());
+            throw FileError::writing(path, "read link", error.value());
         current = target.is_absolute() ? target : current.parent_path() / target;
     }
-    throw WriteError(path, "follow links", ELOOP);
+    throw FileError::writing(path, "follow links", ELOOP);
 }
 
 void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, const FileOps& ops)
@@ -146,20 +141,21 @@ void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> byt
     std::string name;
     const int fd = createTemporary(target, ops, name);
     if (fd < 0)
-        throw WriteError(target, "create temporary file", errno);
+        throw FileError::writing(target, "create temporary file", errno);
     copyPermissions(target, fd);
     writeTemporary(target, name, fd, bytes, ops);
     if (ops.rename(name.c_str(), target.c_str()) != 0) {
         const int savedErrno = errno;
         ops.unlink(name.c_str());
-        throw WriteError(target, "rename", savedErrno);
+        throw FileError::writing(target, "rename", savedErrno);
     }
     syncFolder(target, ops);
 }
 
-void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes)
+FileWriter atomicWriter()
 {
-    writeFileAtomically(path, bytes, systemFileOps());
+    return
+        [](const fs::path& path, std::span<const std::uint8_t> bytes) { writeFileAtomically(path, bytes); };
 }
 
 bool isTemporaryFileOf(const fs::path& target, const fs::path& candidate)
@@ -170,4 +166,4 @@ bool isTemporaryFileOf(const fs::path& target, const fs::path& candidate)
     return candidate.filename().string().starts_with(prefix);
 }
 
-} // namespace jet
+} // namespace store

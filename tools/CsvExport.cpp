@@ -1,13 +1,23 @@
 #include "CsvExport.h"
 
-#include "Unicode.h"
+#include "jet/Unicode.h"
 
 #include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 
-namespace jet {
+namespace velmora {
+
+using jet::Bytes;
+using jet::ColumnType;
+using jet::Currency;
+using jet::DateTime;
+using jet::Guid;
+using jet::Null;
+using jet::Row;
+using jet::Table;
+using jet::toUtf8;
 
 namespace {
 
@@ -171,4 +181,4 @@ std::string exportCsv(const Table& table)
     return out;
 }
 
-} // namespace jet
+} // namespace velmora
