@@ -96,11 +96,6 @@ TEST(Report, MonthReportsListTheDetailRowsAndNothingElse)
           "15.11.2005 250 Книга Основной 8 на день рождения", "Итого: 250 Операций: 1", "Страница 1 из 1"},
          {"Продукты", "Проценты", "покупка"},
          true},
-        {"4",
-         std::nullopt,
-         {"Статистика поступлений за 04.2005", "Итого: 0 Операций: 0"},
-         {"Зарплата"},
-         false},
     };
     for (const Case& c : cases) {
         const Rendered r = render(monthReport(c.month, c.account));
