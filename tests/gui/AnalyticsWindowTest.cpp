@@ -1,307 +1,277 @@
-#include "AnalyticsWindowTest.h"
-
-#include "DataBuilder.h"
-#include "GuiHarness.h"
-#include "analytics/AnalyticsTexts.h"
-#include "analytics/ReportPainter.h"
+// The analytics window and the charts it opens: the lists reaching the
+// recalculation, the grids and figures it fills, the reports handed to the
+// viewer, and the period handed over to the charts window.
 #include "analytics/ui/AnalyticsWindow.h"
+#include "WindowDriver.h"
+#include "analytics/AnalyticsTexts.h"
 #include "app/MainWindow.h"
+#include "charts/ui/ChartsTexts.h"
+#include "charts/ui/ChartsWindow.h"
 #include "store/Store.h"
 
+#include <QBarCategoryAxis>
+#include <QBarSeries>
+#include <QBarSet>
+#include <QChart>
+#include <QChartView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMdiArea>
-#include <QProcess>
-#include <QPushButton>
-#include <QSignalSpy>
+#include <QMdiSubWindow>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace velmora::test;
 
 namespace {
 
-// 2005 with months of income and expenses, November's paid from a purse
-// deleted since; the harness's today is 15.03.2026.
-void household(DataBuilder& data)
+// 2005 with income and expenses in March, expenses in November paid from a
+// purse deleted since, and today's month (15.03.2026).
+DataBuilder household()
 {
-    data.account(0, "Разное").account(3, "Питание").account(1200, "Подарки к праздникам и юбилеям");
-    data.purse(1, "Основной", "100");
+    DataBuilder data;
+    data.account(1, "Питание").account(2, "Транспорт").account(1200, "Подарки").purse(1, "Основной", "100");
     data.bank(QDate(2005, 3, 1), "5000", "Зарплата")
         .bank(QDate(2005, 3, 15), "-6000,5", "Снятие на ремонт")
-        .bank(QDate(2005, 11, 5), "300", "Проценты")
         .bank(QDate(2005, 11, 20), "1200", "Премия")
         .bank(QDate(2026, 3, 2), "100", "Сегодняшний месяц");
-    data.bill(QDate(2005, 3, 10), 3, "120,5")
-        .bill(QDate(2005, 5, 20), 3, "79,5")
-        .bill(QDate(2005, 11, 15), 1200, "250", 2)
-        .bill(QDate(2026, 3, 5), 0, "7");
+    data.bill(QDate(2005, 3, 10), 1, "120,5")
+        .bill(QDate(2005, 3, 12), 1200, "1500")
+        .bill(QDate(2005, 11, 15), 2, "250", 2)
+        .bill(QDate(2026, 3, 5), 2, "7");
+    return data;
 }
 
-// The program with Form3 opened by the main window's Аналитика.
-struct Program
+QStringList figures(const Form& f)
 {
-    Program()
-    {
-        DataBuilder data;
-        household(data);
-        folder.write(data.database());
-        h = std::make_unique<GuiHarness>(folder);
-        if (h->start() && h->frame().mainWindow())
-            h->click(h->frame().mainWindow(), "B1");
-        window = h->frame().analyticsWindow();
-    }
+    return {f.text("T3"), f.text("T4"), f.text("T5"), f.text("T6")};
+}
 
-    QWidget* control(const char* name) const { return h->control(window, name); }
-    QString field(const char* name) const { return qobject_cast<QLineEdit*>(control(name))->text(); }
-    QComboBox* list(const char* name) const { return qobject_cast<QComboBox*>(control(name)); }
-    void choose(const char* name, const QString& entry)
-    {
-        list(name)->setCurrentIndex(list(name)->findText(entry));
-    }
-    void click(const char* name) { h->click(window, name); }
-    QStringList figures() const { return {field("T3"), field("T4"), field("T5"), field("T6")}; }
-    // The rows of a grid, cells joined by "|".
-    QStringList rows(const char* grid) const
-    {
-        const QAbstractItemModel* model = qobject_cast<QTableView*>(control(grid))->model();
-        QStringList lines;
-        for (int r = 0; r < model->rowCount(); ++r) {
-            QStringList cells;
-            for (int c = 0; c < model->columnCount(); ++c)
-                cells.append(model->index(r, c).data().toString());
-            lines.append(cells.join(QLatin1Char('|')));
-        }
-        return lines;
-    }
-    QString caption() const { return qobject_cast<QLabel*>(control("DataGrid2Caption"))->text(); }
-    QStringList boxes() const
-    {
-        QStringList shown;
-        for (const ShownBox& box : h->dialogs.shown())
-            shown.append(box.title + "|" + box.text);
-        return shown;
-    }
-
-    ProgramFolder folder;
-    std::unique_ptr<GuiHarness> h;
-    analytics::AnalyticsWindow* window = nullptr;
-};
-
-QString pdfText(const QString& path)
+// The rows of a grid, cells joined by "|".
+QStringList grid(const Form& f, const char* name)
 {
-    QProcess process;
-    process.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), path, QStringLiteral("-")});
-    if (!process.waitForFinished(30000) || process.exitCode() != 0)
+    const QAbstractItemModel* model = qobject_cast<QTableView*>(f.control(name))->model();
+    QStringList lines;
+    for (int r = 0; r < model->rowCount(); ++r) {
+        QStringList cells;
+        for (int c = 0; c < model->columnCount(); ++c)
+            cells.append(model->index(r, c).data().toString());
+        lines.append(cells.join(QLatin1Char('|')));
+    }
+    return lines;
+}
+
+// "Пересчитать" for a month and year typed into the lists, with or without "Диаграмма".
+void recalculate(const Form& f, const QString& month, const QString& year, bool charts = false)
+{
+    f.list("Combo1")->setEditText(month);
+    f.list("Combo2")->setEditText(year);
+    qobject_cast<QCheckBox*>(f.control("C1"))->setChecked(charts);
+    f.click("B1");
+}
+
+// What a chart shows: its category, then "legend=value" per bar; empty when hidden.
+QStringList chart(const Form& charts, const char* name)
+{
+    auto* view = qobject_cast<QChartView*>(charts.control(name));
+    if (!view->isVisible())
         return {};
-    return QString::fromUtf8(process.readAllStandardOutput());
+    QStringList lines =
+        qobject_cast<QBarCategoryAxis*>(view->chart()->axes(Qt::Horizontal).value(0))->categories();
+    for (const QBarSet* set : static_cast<QBarSeries*>(view->chart()->series().value(0))->barSets())
+        lines.append(set->label() + "=" + QString::number(set->at(0)));
+    return lines;
 }
 
 } // namespace
 
-void AnalyticsWindowTest::opensFromTheMainWindowForTodaysMonth()
+class AnalyticsWindowTest : public QObject
 {
-    Program p;
-    QVERIFY(p.window);
-    QCOMPARE(p.window->windowTitle(), utf8(analytics::texts::windowTitle));
-    QCOMPARE(p.list("Combo1")->count(), 12);
-    QCOMPARE(p.list("Combo1")->itemText(2), utf8("3 - Март"));
-    QCOMPARE(p.list("Combo2")->count(), 2);
-    QCOMPARE(p.list("R2")->itemText(2), utf8("1200 - Подарки к праздникам и юбилеям"));
+    Q_OBJECT
+
+private slots:
+    void opensForTodaysMonth();
+    void recalculateFollowsMonthYearAndAccount();
+    void reportsGetTheDetailList();
+    void openChartsTakeTheNextPeriodAndRedrawOnExclude();
+    void hiddenChartReturnsWhenItsPeriodHasExpenses();
+    void chartsCloseWithTheirButtonAndWithTheMainWindow();
+};
+
+void AnalyticsWindowTest::opensForTodaysMonth()
+{
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    const Form f = w.analytics();
+    QCOMPARE(f.widget()->windowTitle(), utf8(analytics::texts::windowTitle));
+    QCOMPARE(f.items("Combo1").size(), 12);
+    QCOMPARE(f.items("R2").last(), QString("1200 - Подарки"));
     for (const char* name : {"Combo1", "Combo2", "R2"})
-        QVERIFY2(p.list(name)->currentText().isEmpty(), name);
-    // Empty lists: March 2026.
-    QCOMPARE(p.figures(), (QStringList{"100", "100", "7", "7"}));
-    QCOMPARE(p.rows("DataGrid1"),
-             (QStringList{utf8("0 - Разное|||7||||||||||0 - Разное|7"),
-                          utf8(" -- ИТОГО -- |0|0|7|0|0|0|0|0|0|0|0|0| -- ИТОГО -- |7")}));
-    QCOMPARE(p.caption(), utf8("Приход"));
-    QCOMPARE(p.rows("DataGrid2"), QStringList{utf8("02.03.2026|100|Сегодняшний месяц|5")});
-    QVERIFY(p.control("B2")->isEnabled());
-    QVERIFY(!p.control("B3")->isEnabled());
-    QVERIFY(p.boxes().isEmpty());
+        QVERIFY2(f.text(name).isEmpty(), name);
+    QCOMPARE(figures(f), (QStringList{"100", "100", "7", "7"}));
+    QCOMPARE(grid(f, "DataGrid1"), (QStringList{"2 - Транспорт|||7||||||||||2 - Транспорт|7",
+                                                " -- ИТОГО -- |0|0|7|0|0|0|0|0|0|0|0|0| -- ИТОГО -- |7"}));
+    QCOMPARE(f.text("DataGrid2Caption"), QString("Приход"));
+    QCOMPARE(grid(f, "DataGrid2"), QStringList{"02.03.2026|100|Сегодняшний месяц|4"});
+    QVERIFY(f.enabled("B2") && !f.enabled("B3"));
     // A second Аналитика brings the same window forward.
-    p.h->click(p.h->frame().mainWindow(), "B1");
-    QCOMPARE(p.h->frame().analyticsWindow(), p.window);
-    QCOMPARE(p.h->frame().findChildren<analytics::AnalyticsWindow*>().size(), 1);
+    w.main().click("B1");
+    QCOMPARE(w.frame().findChildren<analytics::AnalyticsWindow*>().size(), 1);
+    QVERIFY(w.dialogs.shown().isEmpty());
 }
 
 void AnalyticsWindowTest::recalculateFollowsMonthYearAndAccount()
 {
-    Program p;
-    p.choose("Combo2", "2005");
-    p.choose("Combo1", utf8("3 - Март"));
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    const Form f = w.analytics();
+    f.choose("Combo2", "2005");
+    f.choose("Combo1", "3 - Март");
     // Changing the lists alone rebuilds nothing.
-    QCOMPARE(p.figures(), (QStringList{"100", "100", "7", "7"}));
-    p.click("B1");
-    QCOMPARE(p.figures(), (QStringList{"-1000,5", "499,5", "120,5", "450"}));
-    QCOMPARE(p.rows("DataGrid1"),
-             (QStringList{utf8("3 - Питание|||120,5||79,5||||||||3 - Питание|200"),
-                          utf8("1200 - Подарки к пра|||||||||||250||1200 - Подарки к пра|250"),
-                          utf8(" -- ИТОГО -- |0|0|120,5|0|79,5|0|0|0|0|0|250|0| -- ИТОГО -- |450")}));
-    QCOMPARE(p.rows("DataGrid2"), (QStringList{utf8("15.03.2005|-6000,5|Снятие на ремонт|2"),
-                                               utf8("01.03.2005|5000|Зарплата|1")}));
-    p.click("O2");
-    QVERIFY(!p.control("B2")->isEnabled());
-    QVERIFY(p.control("B3")->isEnabled());
-    p.choose("R2", utf8("3 - Питание"));
-    p.click("B1");
-    QCOMPARE(p.caption(), utf8("Расход"));
-    QCOMPARE(p.rows("DataGrid2"), QStringList{utf8("10.03.2005|120,5|покупка|Основной|1|")});
-    p.choose("Combo1", utf8("11 - Ноябрь"));
-    p.choose("R2", utf8("1200 - Подарки к праздникам и юбилеям"));
-    p.click("B1");
-    QCOMPARE(p.figures(), (QStringList{"1500", "499,5", "250", "450"}));
-    QCOMPARE(p.rows("DataGrid2"), QStringList{utf8("15.11.2005|250|покупка|(кошелек удален)|3|")});
-    p.click("O1");
-    QVERIFY(p.control("B2")->isEnabled());
-    QVERIFY(!p.control("B3")->isEnabled());
-    QVERIFY(p.boxes().isEmpty());
+    QCOMPARE(figures(f), (QStringList{"100", "100", "7", "7"}));
+    f.click("B1");
+    QCOMPARE(figures(f), (QStringList{"-1000,5", "199,5", "1620,5", "1870,5"}));
+    QCOMPARE(grid(f, "DataGrid1").last(),
+             " -- ИТОГО -- |0|0|1620,5|0|0|0|0|0|0|0|250|0| -- ИТОГО -- |1870,5");
+    QCOMPARE(grid(f, "DataGrid2"),
+             (QStringList{"15.03.2005|-6000,5|Снятие на ремонт|2", "01.03.2005|5000|Зарплата|1"}));
+    // "Расход" without an account: the message, the figures follow, the detail list stays.
+    f.click("O2");
+    QVERIFY(!f.enabled("B2") && f.enabled("B3"));
+    f.choose("Combo1", "11 - Ноябрь");
+    f.click("B1");
+    QCOMPARE(w.newBoxes(), QStringList{"Ошибка: " + utf8(analytics::texts::chooseAccount)});
+    QCOMPARE(figures(f), (QStringList{"1200", "199,5", "250", "1870,5"}));
+    QCOMPARE(grid(f, "DataGrid2").size(), 2);
+    f.choose("R2", "2 - Транспорт");
+    f.click("B1");
+    QCOMPARE(f.text("DataGrid2Caption"), QString("Расход"));
+    QCOMPARE(grid(f, "DataGrid2"), QStringList{"15.11.2005|250|покупка|(кошелек удален)|3|"});
+    f.click("O1");
+    QVERIFY(f.enabled("B2") && !f.enabled("B3"));
+    QVERIFY(w.newBoxes().isEmpty());
 }
 
-void AnalyticsWindowTest::expenseDetailsWithoutAccountSayWhatIsMissing()
+void AnalyticsWindowTest::reportsGetTheDetailList()
 {
-    Program p;
-    const QStringList income = p.rows("DataGrid2");
-    p.choose("Combo2", "2005");
-    p.click("O2");
-    p.click("B1");
-    const QString missing = utf8("Ошибка|") + utf8(analytics::texts::chooseAccount);
-    QCOMPARE(p.boxes(), QStringList{missing});
-    // The table and the figures follow; the detail list keeps what it showed.
-    QCOMPARE(p.field("T6"), QStringLiteral("450"));
-    QCOMPARE(p.caption(), utf8("Приход"));
-    QCOMPARE(p.rows("DataGrid2"), income);
-    // "Расход" with no account: the message only, no rebuild, no report.
-    int reports = 0;
-    p.window->setReportViewer([&reports](const analytics::ReportDocument&) { ++reports; });
-    p.list("Combo2")->setEditText(QString());
-    p.click("B3");
-    QCOMPARE(p.boxes(), (QStringList{missing, missing}));
-    QCOMPARE(reports, 0);
-    QCOMPARE(p.field("T6"), QStringLiteral("450"));
-    QCOMPARE(p.h->dialogs.shown().last().icon, ui::DialogIcon::Information);
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    const Form f = w.analytics();
+    QList<analytics::ReportDocument> reports;
+    w.frame().analyticsWindow()->setReportViewer(
+        [&reports](const analytics::ReportDocument& report) { reports.append(report); });
+    f.choose("Combo2", "2005");
+    f.choose("Combo1", "3 - Март");
+    f.click("B2");
+    f.click("O2");
+    f.list("R2")->setEditText({});
+    f.click("B3"); // no account: the message only, no report
+    QCOMPARE(w.newBoxes(), QStringList{"Ошибка: " + utf8(analytics::texts::chooseAccount)});
+    f.choose("R2", "1 - Питание");
+    f.click("B3");
+    QCOMPARE(reports.size(), 2);
+    QCOMPARE(reports[0].title, QString("Статистика поступлений за 03.2005"));
+    QCOMPARE(reports[0].lines.size(), 2u);
+    QCOMPARE(reports[0].total, QString("-1000,5"));
+    QCOMPARE(reports[1].title, QString("Статистика расходов за 03.2005"));
+    QCOMPARE(reports[1].account, QString("Счет: 1 - Питание"));
+    QCOMPARE(reports[1].lines,
+             (std::vector<QStringList>{{"10.03.2005", "120,5", "покупка", "Основной", "1", ""}}));
 }
 
-void AnalyticsWindowTest::typedMonthsAndYearsThatAreNoneShowEmptyFigures()
+void AnalyticsWindowTest::openChartsTakeTheNextPeriodAndRedrawOnExclude()
 {
-    Program p;
-    const QString totalsOnly = utf8(" -- ИТОГО -- |0|0|0|0|0|0|0|0|0|0|0|0| -- ИТОГО -- |0");
-    struct Case
-    {
-        const char* month;
-        const char* year;
-        QStringList figures;
-        QStringList yearTable;
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    const Form f = w.analytics();
+    recalculate(f, "3 - Март", "2005");
+    QVERIFY(!w.frame().chartsWindow());
+    recalculate(f, "3 - Март", "2005", true);
+    const Form charts = w.charts();
+    QCOMPARE(charts.widget()->windowTitle(), utf8(charts::texts::windowTitle));
+    QCOMPARE(w.frame().mdiArea()->activeSubWindow()->widget(), charts.widget());
+    // The first drawing already shows the period handed over.
+    QCOMPARE(chart(charts, "MSChart1"), (QStringList{"03.2005", "Питание=120.5", "Подарки=1500"}));
+    QCOMPARE(chart(charts, "MSChart2"),
+             (QStringList{"2005", "Питание=120.5", "Транспорт=250", "Подарки=1500"}));
+    // An account has one colour in both charts; no two accounts share one.
+    const auto colour = [&](const char* name, int bar) {
+        const auto* view = qobject_cast<QChartView*>(charts.control(name));
+        return static_cast<QBarSeries*>(view->chart()->series().value(0))->barSets().at(bar)->color();
     };
-    const Case cases[] = {
-        {"3", "20x5", {"0", "0", "0", "0"}, {totalsOnly}}, {"13", "2005", {"0", "499,5", "0", "450"}, {}},
-        {"март", "2005", {"0", "499,5", "0", "450"}, {}},  {"3", "1999", {"0", "0", "0", "0"}, {totalsOnly}},
-        {"3", "", {"100", "100", "7", "7"}, {}},
-    };
-    for (const Case& c : cases) {
-        p.list("Combo1")->setEditText(utf8(c.month));
-        p.list("Combo2")->setEditText(utf8(c.year));
-        p.click("B1");
-        QCOMPARE(p.figures(), c.figures);
-        if (!c.yearTable.isEmpty())
-            QCOMPARE(p.rows("DataGrid1"), c.yearTable);
-        if (c.figures.first() == QLatin1String("0"))
-            QCOMPARE(p.rows("DataGrid2"), QStringList());
-    }
-    QVERIFY(p.boxes().isEmpty());
+    QVERIFY(colour("MSChart1", 0) == colour("MSChart2", 0) && colour("MSChart1", 1) == colour("MSChart2", 2));
+    QVERIFY(colour("MSChart2", 0) != colour("MSChart2", 1) && colour("MSChart2", 1) != colour("MSChart2", 2));
+    // An open window takes the next period into its fields and keeps its drawing until "Исключить".
+    recalculate(f, "11 - Ноябрь", "2005", true);
+    QCOMPARE(w.charts().widget(), charts.widget());
+    QCOMPARE(charts.text("T1"), QString("11 - Ноябрь"));
+    QCOMPARE(chart(charts, "MSChart1").value(0), QString("03.2005"));
+    charts.click("Command1");
+    QCOMPARE(chart(charts, "MSChart1"), (QStringList{"11.2005", "Транспорт=250"}));
+    recalculate(f, "13", "2005", true);
+    QCOMPARE(charts.text("T1"), QString("11 - Ноябрь"));
+    // Above the threshold: a zero bar that keeps its place; 250 is not above 250.
+    charts.field("T3")->setText("250");
+    charts.click("Command1");
+    QCOMPARE(chart(charts, "MSChart2"), (QStringList{"2005", "Питание=120.5", "Транспорт=250", "Подарки=0"}));
+    // Enter redraws too.
+    charts.field("T3")->setText("120,49");
+    QTest::keyClick(charts.field("T3"), Qt::Key_Return);
+    QCOMPARE(chart(charts, "MSChart2").mid(1), (QStringList{"Питание=0", "Транспорт=0", "Подарки=0"}));
+    QVERIFY(w.dialogs.shown().isEmpty());
+    // A word is refused, and the drawing leaves nothing out.
+    charts.field("T3")->setText("тысяча");
+    charts.click("Command1");
+    QCOMPARE(w.newBoxes(), QStringList{"Ошибка: " + utf8(charts::texts::mustBeNumber)});
+    QCOMPARE(chart(charts, "MSChart2").last(), QString("Подарки=1500"));
+    // Empty lists hand over today's month and year to a new window.
+    charts.widget()->parentWidget()->close();
+    QTRY_VERIFY(!w.frame().chartsWindow());
+    recalculate(f, {}, {}, true);
+    QCOMPARE(chart(w.charts(), "MSChart1"), (QStringList{"03.2026", "Транспорт=7"}));
 }
 
-void AnalyticsWindowTest::reportsPrintTheDetailList()
+void AnalyticsWindowTest::hiddenChartReturnsWhenItsPeriodHasExpenses()
 {
-    Program p;
-    QTemporaryDir dir;
-    QStringList texts;
-    p.window->setReportViewer([&](const analytics::ReportDocument& report) {
-        const QString path = dir.filePath(QStringLiteral("report%1.pdf").arg(texts.size()));
-        QVERIFY(analytics::ReportPainter::writePdf(report, path));
-        texts.append(pdfText(path).simplified());
-    });
-    p.choose("Combo2", "2005");
-    struct Case
-    {
-        const char* month;
-        const char* account; // expense report when given
-        const char* title;
-        QStringList absent;
-    };
-    const Case cases[] = {
-        {"3 - Март", nullptr, "Статистика поступлений за 03.2005", {"Проценты", "Премия", "Сегодняшний"}},
-        {"11 - Ноябрь", nullptr, "Статистика поступлений за 11.2005", {"Зарплата", "Снятие", "Сегодняшний"}},
-        {"11 - Ноябрь",
-         "1200 - Подарки к праздникам и юбилеям",
-         "Статистика расходов за 11.2005",
-         {"Проценты", "120,5"}},
-    };
-    for (const Case& c : cases) {
-        p.choose("Combo1", utf8(c.month));
-        p.click(c.account ? "O2" : "O1");
-        if (c.account)
-            p.choose("R2", utf8(c.account));
-        p.click(c.account ? "B3" : "B2");
-        QCOMPARE(texts.size(), static_cast<qsizetype>(&c - cases + 1));
-        const QString& text = texts.last();
-        QVERIFY2(text.contains(utf8(c.title)), qPrintable(text));
-        // The expense report adds up to the month's expenses, purses deleted since included.
-        if (c.account)
-            QVERIFY2(text.contains(utf8("Счет: ") + utf8(c.account)) &&
-                         text.contains(utf8("Итого: ") + p.field("T5")) &&
-                         text.contains(utf8("(кошелек удален)")),
-                     qPrintable(text));
-        // Every operation of the detail list, cell by cell, in the order of the list.
-        for (const QString& row : p.rows("DataGrid2")) {
-            const QString line = row.split(QLatin1Char('|'), Qt::SkipEmptyParts).join(QLatin1Char(' '));
-            QVERIFY2(text.contains(line), qPrintable(line + "\n" + text));
-        }
-        for (const QString& other : c.absent)
-            QVERIFY2(!text.contains(other), qPrintable(other));
-    }
-    QVERIFY(p.boxes().isEmpty());
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    recalculate(w.analytics(), "5 - Май", "2005", true);
+    const Form charts = w.charts();
+    // May 2005 had no expenses: the month chart is hidden and says so, the year's is drawn.
+    QVERIFY(chart(charts, "MSChart1").isEmpty() && charts.control("Label4")->isVisible());
+    QCOMPARE(chart(charts, "MSChart2").value(0), QString("2005"));
+    QVERIFY(!charts.control("Label3")->isVisible());
+    charts.field("T2")->setText("abc");
+    charts.click("Command1");
+    QVERIFY(chart(charts, "MSChart2").isEmpty() && charts.control("Label3")->isVisible());
+    // A later drawing with expenses shows both charts again.
+    charts.field("T1")->setText("3");
+    charts.field("T2")->setText("2005");
+    charts.click("Command1");
+    QCOMPARE(chart(charts, "MSChart1").value(0), QString("03.2005"));
+    QCOMPARE(chart(charts, "MSChart2").value(0), QString("2005"));
+    QVERIFY(!charts.control("Label4")->isVisible() && !charts.control("Label3")->isVisible());
 }
 
-// The window on its own, without the frame, so that no charts window answers.
-void AnalyticsWindowTest::chartsGetMonthAndYearOnlyWhenTicked()
+void AnalyticsWindowTest::chartsCloseWithTheirButtonAndWithTheMainWindow()
 {
-    ProgramFolder folder;
-    DataBuilder data;
-    household(data);
-    folder.write(data.database());
-    store::Store store(folder.path());
-    ScriptedDialogs dialogs;
-    analytics::AnalyticsWindow window(store, dialogs, [] { return QDate(2026, 3, 15); });
-    window.load();
-    QSignalSpy handed(&window, &analytics::AnalyticsWindow::chartsRequested);
-    auto* tick = window.findChild<QCheckBox*>("C1");
-    QVERIFY(!tick->isEnabled()); // laid out, but unusable while there is no charts window
-    tick->setChecked(true);
-    window.findChild<QPushButton*>("B1")->click();
-    QCOMPARE(handed.count(), 0);
-    window.setChartsAvailable(true);
-    const auto recalculate = [&](const QString& month, const QString& year) {
-        window.findChild<QComboBox*>("Combo1")->setEditText(month);
-        window.findChild<QComboBox*>("Combo2")->setEditText(year);
-        window.findChild<QPushButton*>("B1")->click();
-    };
-    recalculate({}, {});
-    QCOMPARE(handed.count(), 1);
-    QCOMPARE(handed.last(), (QVariantList{utf8("3 - Март"), QStringLiteral("2026")}));
-    recalculate(utf8("11 - Ноябрь"), QStringLiteral("2005"));
-    QCOMPARE(handed.last(), (QVariantList{utf8("11 - Ноябрь"), QStringLiteral("2005")}));
-    // A month the data file has no name for: the charts keep their month.
-    recalculate(QStringLiteral("13"), QStringLiteral("2005"));
-    QCOMPARE(handed.last(), (QVariantList{QString(), QStringLiteral("2005")}));
-    tick->setChecked(false);
-    recalculate({}, {});
-    QCOMPARE(handed.count(), 3);
-    QVERIFY(dialogs.shown().isEmpty());
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    w.closeSplash();
+    QTRY_VERIFY(!w.frame().splashWindow());
+    const Form analytics = w.analytics();
+    recalculate(analytics, "5", "2005", true);
+    QCOMPARE(w.frame().mdiArea()->subWindowList().size(), 3);
+    w.charts().click("B1");
+    QTRY_VERIFY(!w.frame().chartsWindow());
+    QCOMPARE(w.frame().mdiArea()->subWindowList().size(), 2);
+    recalculate(analytics, "3", "2005", true);
+    QVERIFY(w.frame().chartsWindow());
+    w.frame().mainWindow()->parentWidget()->close();
+    QTRY_VERIFY(!w.frame().chartsWindow());
+    QTRY_VERIFY(!w.frame().analyticsWindow());
 }
 
 QTEST_MAIN(AnalyticsWindowTest)
+#include "AnalyticsWindowTest.moc"

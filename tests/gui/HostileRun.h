@@ -1,13 +1,10 @@
 #pragma once
 
-#include "GuiHarness.h"
-#include "store/WideAmount.h"
+#include "WindowDriver.h"
 
 #include <QString>
 
-#include <map>
 #include <memory>
-#include <optional>
 #include <random>
 
 namespace velmora::test {
@@ -18,7 +15,7 @@ namespace velmora::test {
 // and odd texts), buttons are pressed in random order, the program is left
 // and started again, sign-ins go right and wrong. Each step checks that
 // nothing failed inside the program and that the file changed only with a
-// confirmation; the run keeps its own account of what the confirmations said.
+// confirmation.
 class HostileRun
 {
 public:
@@ -27,8 +24,8 @@ public:
     // Starts the program, signing in when it asks; false when it did not come up.
     bool start();
     void step(int number);
-    // The data file holds what the confirmations said, its money adds up and
-    // no figure of the main window lies outside the Currency range.
+    // The stored balance is the bank's operations less the expenses, and the
+    // purses, the bank's share and every month's sums lie within the Currency range.
     void checkFile();
 
 private:
@@ -39,49 +36,26 @@ private:
         Year,
         Text,
     };
-    // A purse's money moved by its confirmed operations, and the last expense
-    // number before it was made: expenses of an earlier purse that had the
-    // same code are not its own.
-    struct Purse
-    {
-        store::WideAmount moved;
-        qlonglong billsBefore = 0;
-    };
-    struct Account
-    {
-        store::WideAmount bank;
-        store::WideAmount expenses;
-        std::map<int, Purse> purses;
-        QString password;
-    };
 
     int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_random); }
     bool chance(int percent) { return pick(100) < percent; }
     QString value(Kind kind);
-    QWidget* control(QWidget* window, const char* name) { return m_h->control(window, name); }
-    void set(QWidget* window, const char* field, Kind kind);
-    void fillList(QWidget* window, const char* list, Kind kind);
+    void set(const Form& form, const char* field, Kind kind);
+    void fillList(const Form& form, const char* list, Kind kind);
     void answerBoxes();
-    void press(QWidget* window, const char* button);
+    void press(const Form& form, const char* button);
 
     void act();
     void mainWindowStep();
     void serviceStep();
     void analyticsStep();
-    void chartsStep();
     void signIn();
     void afterStep(const QByteArray& before);
-    void note(const QString& text);
 
     const ProgramFolder& m_folder;
     std::mt19937 m_random;
-    std::unique_ptr<GuiHarness> m_h;
-    Account m_account;
-    Account m_backedUp;
+    std::unique_ptr<WindowDriver> m_h;
     int m_seenBoxes = 0;
-    std::optional<int> m_openPurse;
-    // The operation a deletion question named: a bank operation or not, and its amount.
-    std::optional<std::pair<bool, store::WideAmount>> m_deleting;
     QString m_action;
 };
 

@@ -1,189 +1,216 @@
-#include "MainWindowTest.h"
-
-#include "DataBuilder.h"
-#include "GuiHarness.h"
-#include "analytics/ui/AnalyticsWindow.h"
+// The main window: a household's week through its buttons (the golden
+// scenario), what it shows on a data file, a refresh, and Enter in every window.
 #include "app/MainWindow.h"
-#include "charts/ui/ChartsWindow.h"
-#include "service/ui/ServiceWindow.h"
+#include "WindowDriver.h"
+#include "analytics/ui/AnalyticsWindow.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
 #include "support/StoreCalls.h"
 
 #include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 using namespace velmora::test;
 
-using Fill = std::function<void(DataBuilder&)>;
-Q_DECLARE_METATYPE(Fill)
-
 namespace {
 
-void writeData(const ProgramFolder& folder, const Fill& fill)
+using Fields = QList<std::pair<const char*, QString>>;
+
+// "" when every named control shows its text, else what differs.
+QString differences(const Form& form, const Fields& expected)
 {
-    DataBuilder data;
-    fill(data);
-    folder.write(data.database());
+    QStringList found;
+    for (const auto& [name, shown] : expected)
+        if (form.text(name) != shown)
+            found.append(QStringLiteral("%1 shows \"%2\", not \"%3\"").arg(name, form.text(name), shown));
+    return found.join(QStringLiteral("; "));
+}
+
+void openPurse(const Form& main, const QString& entry)
+{
+    main.choose("Combo1", entry);
+    main.click("VC1");
 }
 
 } // namespace
 
-void MainWindowTest::everyControlIsInPlace()
+class MainWindowTest : public QObject
 {
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder&) {});
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    // Captions of the frames, labels and buttons, and which are enabled.
-    // Аналитика and Сервис are enabled by the frame once it can open their
-    // windows; the tests of those windows check them.
-    struct Control
+    Q_OBJECT
+
+private slots:
+    void aWeekOfTheHousehold();
+    void whatTheWindowShowsOfADataFile();
+    void refreshShowsWhatChangedMeanwhile();
+    void enterMovesOnInAFrameAndRunsItsOperation();
+};
+
+// Every step through the real buttons, then the window's fields and the data
+// file's rows compared with what they must be.
+void MainWindowTest::aWeekOfTheHousehold()
+{
+    DataBuilder data;
+    data.account(1, "Питание").account(2, "Транспорт");
+    WindowDriver w(data);
+    QVERIFY(w.start());
+    const Form main = w.main();
+    const QString cash = "1 - Наличные";
+    struct Step
     {
-        const char* name;
-        const char* caption;
-        std::optional<bool> enabled = true;
+        const char* what;
+        std::function<void()> act;
+        QStringList boxes;
+        Fields fields;
+        const char* table;
+        QStringList rows;
     };
-    const Control controls[] = {
-        {"Frame1", "Кошельки", true},
-        {"Frame2", "Статистика", true},
-        {"Frame3", "Состояние", true},
-        {"Frame4", "Дополнительно", true},
-        {"Frame5", "Банк", true},
-        {"Frame6", "В кошельках", true},
-        {"Frame7", "В банке", true},
-        {"Frame8", "Дата операций", true},
-        {"Frame11", "Расходы", true},
-        {"Label1", "В текущем месяце", true},
-        {"Label2", "В предыдущем месяце", true},
-        {"Label3", "Поступления", true},
-        {"Label12", "Поступления", true},
-        {"Label11", "Расходы", true},
-        {"Label13", "Расходы", true},
-        {"Label5", "Сумма", true},
-        {"Label6", "Сумма", true},
-        {"Label7", "Сумма", true},
-        {"Label8", "Счет", true},
-        {"Label9", "Наименование", true},
-        {"Label10", "Примечание", true},
-        {"L1", "Имя", true},
-        {"L3", "Примечание", true},
-        {"L5", "Выбор кошелька", true},
-        {"O1", "Положить", true},
-        {"O2", "Снять", true},
-        {"O3", "Положить", true},
-        {"O4", "Забрать", true},
-        {"B1", "Аналитика", std::nullopt},
-        {"B2", "Сервис", std::nullopt},
-        {"B3", "Ввод", true},
-        {"B4", "Помощь", true},
-        {"B7", "Выход", true},
-        {"Command1", "Операция", true},
-        {"Command2", "Операция", true},
-        {"VC1", "На редакцию", true},
-        {"VC2", "Сохранить", true},
-        {"VC3", "Удалить", true},
-        {"VC4", "Новый", true},
+    const std::vector<Step> steps = {
+        {"salary into the bank",
+         [&] {
+             main.enter("T9", "45000");
+             main.click("O1");
+             w.dialogs.answerText("Зарплата за март");
+             main.click("Command1");
+         },
+         {"Ошибка: Сумма в размере 45000 добавлена"},
+         {{"T9", ""}, {"T11", "45 000,00 р."}, {"T10", "0,00 р."}, {"S1", "45000"}},
+         "Bank",
+         {"1 | 2026-03-15 | 45000 | Зарплата за март"}},
+        {"a new purse",
+         [&] {
+             w.dialogs.answerText("Наличные");
+             main.click("VC4");
+         },
+         {"Информация: Кошелек успешно добавлен"},
+         {{"Combo1", ""}, {"T1", ""}},
+         "Purse_Dict",
+         {"1 | Наличные | NULL | NULL"}},
+        {"opening writes nothing",
+         [&] { openPurse(main, cash); },
+         {},
+         {{"T1", "Наличные"}, {"T4", "0"}},
+         "Purse",
+         {"1 | 0"}},
+        {"cash into the purse, which closes",
+         [&] {
+             main.click("O3");
+             main.enter("T14", "5000");
+             main.click("Command2");
+         },
+         {"Информация: Сумма в размере 5000 добавлена в кошелек"},
+         {{"T1", ""}, {"T4", ""}, {"T14", ""}, {"T10", "5 000,00 р."}, {"T11", "40 000,00 р."}},
+         "Purse",
+         {"1 | 5000"}},
+        {"an expense from the open purse, rounded to kopecks",
+         [&] {
+             openPurse(main, cash);
+             main.choose("R2", "1 - Питание");
+             main.enter("R1", "10,125");
+             main.enter("R3", "Яблоки 'свои'");
+             main.enter("R4", "\"Антоновка\"");
+             main.click("B3");
+         },
+         {"Информация: Расход на сумму - 10,125\r\nЗа - Яблоки 'свои'\r\nУспешно добавлен!"},
+         {{"R1", ""}, {"R3", ""}, {"R4", ""}, {"T4", "4989,87"}, {"T10", "4 989,87 р."}, {"S2", "10,13"}},
+         "Bills",
+         {"1 | 2026-03-15 | 1 | 10.13 | Яблоки 'свои' | \"Антоновка\" | 1"}},
+        {"the next expense keeps account, date and purse",
+         [&] {
+             main.enter("R1", "1200");
+             main.enter("R3", "Мясо");
+             main.click("B3");
+         },
+         {"Информация: Расход на сумму - 1200\r\nЗа - Мясо\r\nУспешно добавлен!"},
+         {{"R2", "1 - Питание"},
+          {"T1", "Наличные"},
+          {"T4", "3789,87"},
+          {"S2", "1210,13"},
+          {"T12", "15.03.2026"}},
+         "Purse",
+         {"1 | 3789.87"}},
+        {"cash back to the bank",
+         [&] {
+             main.click("O4");
+             main.enter("T14", "1000");
+             main.click("Command2");
+         },
+         {"Информация: Сумма в размере 1000 снята с кошелька"},
+         {{"T1", ""}, {"T10", "2 789,87 р."}, {"T11", "41 000,00 р."}},
+         "Purse",
+         {"1 | 2789.87"}},
+        {"a new name keeps the code",
+         [&] {
+             openPurse(main, cash);
+             main.enter("T1", "Кошелёк 'семейный'");
+             main.enter("T3", "на продукты");
+             main.click("VC2");
+         },
+         {"Информация: Изменеия успешно внесены"},
+         {{"T1", ""}, {"T3", ""}, {"Combo1", ""}},
+         "Purse_Dict",
+         {"1 | Кошелёк 'семейный' | NULL | на продукты"}},
+        {"deleting after Yes: its cash is the bank's again",
+         [&] {
+             openPurse(main, "1 - Кошелёк 'семейный'");
+             w.dialogs.answer(ui::DialogAnswer::Yes);
+             main.click("VC3");
+         },
+         {"ВНИМАНИЕ!!! УДАЛЕНИЕ!!!: Подтвердите удаление кошелька!", "Информация: Кошелек успешно удален"},
+         {{"T1", ""}, {"T10", "0,00 р."}, {"T11", "43 789,87 р."}, {"S2", "1210,13"}},
+         "Purse",
+         {}},
     };
-    for (const Control& c : controls) {
-        QCOMPARE(h.text(c.name), QString::fromUtf8(c.caption));
-        QVERIFY2(!c.enabled || h.mainControl(c.name)->isEnabled() == *c.enabled, c.name);
+    for (const Step& step : steps) {
+        step.act();
+        QVERIFY2(w.newBoxes() == step.boxes, step.what);
+        const QString differ = differences(main, step.fields);
+        QVERIFY2(differ.isEmpty(), qPrintable(QString(step.what) + ": " + differ));
+        QVERIFY2(w.rows(step.table) == step.rows, step.what);
     }
-    for (const char* field :
-         {"S1", "S2", "S3", "S4", "T1", "T3", "T4", "T9", "T10", "T11", "T12", "T14", "R1", "R3", "R4"})
-        QVERIFY2(qobject_cast<QLineEdit*>(h.mainControl(field)), field);
-    for (const char* list : {"R2", "Combo1"})
-        QVERIFY2(qobject_cast<QComboBox*>(h.mainControl(list)), list);
-    QVERIFY(qobject_cast<QGroupBox*>(h.mainControl("Frame9")));
-    const QString about = h.text("Label4");
-    QVERIFY(about.contains("Velmora") && about.contains("2.0") && about.contains("https://"));
-    // Only one of each pair of option buttons can be chosen.
-    h.click(h.frame().mainWindow(), "O1");
-    h.click(h.frame().mainWindow(), "O3");
-    h.click(h.frame().mainWindow(), "O2");
-    QVERIFY(!qobject_cast<QRadioButton*>(h.mainControl("O1"))->isChecked());
-    QVERIFY(qobject_cast<QRadioButton*>(h.mainControl("O3"))->isChecked());
+    QCOMPARE(w.rows("Tech").filter("OSTATOK"), QStringList{"OSTATOK | NULL | 43789.87 | NULL"});
+    QCOMPARE(w.rows("Bills").size(), 2);
+    QVERIFY(main.items("Combo1").isEmpty() && main.enabled("Combo1"));
+    QCOMPARE(w.dialogs.asked().first().prompt, QString("Введите комментарий для суммы 45000"));
 }
 
-void MainWindowTest::figures_data()
+// Lists in code order with nothing chosen; the money in purses and in the
+// bank, and this and the previous month's income and expenses.
+void MainWindowTest::whatTheWindowShowsOfADataFile()
 {
-    QTest::addColumn<Fill>("fill");
-    QTest::addColumn<QDate>("today");
-    QTest::addColumn<QStringList>("shown"); // T12, T10, T11, S1, S2, S3, S4
-
-    QTest::newRow("prepared file") << Fill([](DataBuilder&) {}) << QDate(2026, 3, 15)
-                                   << QStringList{"15.03.2026", "0,00 р.", "0,00 р.", "0", "0", "0", "0"};
-    QTest::newRow("no purses") << Fill([](DataBuilder& d) { d.balance("1234567,8"); }) << QDate(2026, 3, 15)
-                               << QStringList{"15.03.2026", "0,00 р.", "1 234 567,80 р.", "0", "0", "0", "0"};
-    QTest::newRow("withdrawals above deposits") << Fill([](DataBuilder& d) {
-        d.balance("1000").purse(1, "Наличные", "100").purse(2, "Карта", "50,25");
-        d.bank(QDate(2026, 3, 1), "100")
-            .bank(QDate(2026, 3, 14), "-250,5")
-            .bill(QDate(2026, 3, 2), 1, "12,3");
-        d.bank(QDate(2026, 2, 5), "3000")
-            .bill(QDate(2026, 2, 7), 1, "40")
-            .bill(QDate(2026, 2, 28), 2, "2,05");
-    }) << QDate(2026, 3, 31) << QStringList{"31.03.2026", "150,25 р.", "849,75 р.", "-150,5",
-                                            "12,3",       "3000",      "42,05"};
-    QTest::newRow("January looks back to December") << Fill([](DataBuilder& d) {
-        d.bank(QDate(2025, 12, 20), "500").bill(QDate(2025, 12, 21), 1, "20");
-        d.bank(QDate(2025, 1, 3), "999").bill(QDate(2024, 12, 3), 1, "77").bank(QDate(2026, 1, 2), "-1");
-    }) << QDate(2026, 1, 10) << QStringList{"10.01.2026", "0,00 р.", "0,00 р.", "-1", "0", "500", "20"};
-}
-
-void MainWindowTest::figures()
-{
-    QFETCH(Fill, fill);
-    QFETCH(QDate, today);
-    QFETCH(QStringList, shown);
-    ProgramFolder folder;
-    writeData(folder, fill);
-    GuiHarness h(folder, today);
-    QVERIFY(h.start());
-    QStringList actual;
-    for (const char* field : {"T12", "T10", "T11", "S1", "S2", "S3", "S4"})
-        actual.append(h.text(field));
-    QCOMPARE(actual, shown);
-}
-
-void MainWindowTest::listsAreInCodeOrderWithNothingChosen()
-{
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder& d) {
-        d.account(10, "Транспорт").account(2, "Питание").account(9, "Связь");
-        d.purse(3, "Карта", "5").purse(1, "Наличные", "7").purseWithoutMoney(12, "Копилка");
-    });
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QCOMPARE(h.items("R2"), QStringList({"2 - Питание", "9 - Связь", "10 - Транспорт"}));
-    QCOMPARE(h.items("Combo1"), QStringList({"1 - Наличные", "3 - Карта", "12 - Копилка"}));
-    QCOMPARE(h.text("R2"), QString());
-    QCOMPARE(h.text("Combo1"), QString());
-    QCOMPARE(h.text("T10"), QString("12,00 р."));
+    DataBuilder d;
+    d.account(10, "Транспорт").account(2, "Питание").account(9, "Связь");
+    d.balance("1000").purse(3, "Карта", "50,25").purse(1, "Наличные", "100").purseWithoutMoney(12, "Копилка");
+    d.bank(QDate(2026, 3, 1), "100").bank(QDate(2026, 3, 14), "-250,5").bill(QDate(2026, 3, 2), 1, "12,3");
+    d.bank(QDate(2026, 2, 5), "3000").bill(QDate(2026, 2, 7), 1, "40").bill(QDate(2026, 2, 28), 2, "2,05");
+    WindowDriver w(d, QDate(2026, 3, 31));
+    QVERIFY(w.start());
+    const Form main = w.main();
+    QCOMPARE(main.items("R2"), QStringList({"2 - Питание", "9 - Связь", "10 - Транспорт"}));
+    QCOMPARE(main.items("Combo1"), QStringList({"1 - Наличные", "3 - Карта", "12 - Копилка"}));
+    QStringList shown;
+    for (const char* name : {"R2", "Combo1", "T12", "T10", "T11", "S1", "S2", "S3", "S4"})
+        shown.append(main.text(name));
+    QCOMPARE(shown, QStringList(
+                        {"", "", "31.03.2026", "150,25 р.", "849,75 р.", "-150,5", "12,3", "3000", "42,05"}));
 }
 
 void MainWindowTest::refreshShowsWhatChangedMeanwhile()
 {
-    ProgramFolder folder;
-    writeData(folder,
-              [](DataBuilder& d) { d.balance("100").account(1, "Питание").purse(1, "Наличные", "30"); });
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QCOMPARE(h.text("T11"), QString("70,00 р."));
-
+    DataBuilder d;
+    d.balance("100").account(1, "Питание").purse(1, "Наличные", "30");
+    WindowDriver w(d);
+    QVERIFY(w.start());
+    const Form main = w.main();
+    QCOMPARE(main.text("T11"), QString("70,00 р."));
     // Another copy of the program books a deposit and a new account.
-    store::Store other(folder.path());
+    store::Store other(w.folder().path());
     {
         store::Transaction tx(other);
         tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
@@ -193,18 +220,17 @@ void MainWindowTest::refreshShowsWhatChangedMeanwhile()
         QVERIFY(tx.commit().ok());
     }
     // A purse open for editing is closed by the refresh.
-    for (const char* field : {"T1", "T3", "T4", "T14"})
-        qobject_cast<QLineEdit*>(h.mainControl(field))->setText("что-то");
-    h.mainControl("Combo1")->setEnabled(false);
-    h.frame().mainWindow()->refreshListsAndBalances();
-    h.frame().mainWindow()->refreshMonthStatistics();
-    QCOMPARE(h.text("T11"), QString("770,00 р."));
-    QCOMPARE(h.text("S1"), QString("700"));
-    QCOMPARE(h.items("R2"), QStringList({"1 - Питание", "5 - Связь"}));
-    for (const char* field : {"T1", "T3", "T4", "T14"})
-        QVERIFY2(h.text(field).isEmpty(), field);
-    QVERIFY(h.mainControl("Combo1")->isEnabled());
-    QVERIFY(h.dialogs.shown().isEmpty());
+    openPurse(main, "1 - Наличные");
+    main.field("T14")->setText("5");
+    w.frame().mainWindow()->refreshListsAndBalances();
+    w.frame().mainWindow()->refreshMonthStatistics();
+    QCOMPARE(main.text("T11"), QString("770,00 р."));
+    QCOMPARE(main.text("S1"), QString("700"));
+    QCOMPARE(main.items("R2"), QStringList({"1 - Питание", "5 - Связь"}));
+    for (const char* field : {"T1", "T4", "T14"})
+        QVERIFY2(main.text(field).isEmpty(), field);
+    QVERIFY(main.enabled("Combo1"));
+    QVERIFY(w.dialogs.shown().isEmpty());
 }
 
 // In every window: Enter in a field goes to the next field of its frame, in
@@ -212,22 +238,19 @@ void MainWindowTest::refreshShowsWhatChangedMeanwhile()
 // presses that button; no other button fires.
 void MainWindowTest::enterMovesOnInAFrameAndRunsItsOperation()
 {
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder& d) { d.account(3, "Питание").purse(1, "Наличные", "100"); });
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    app::Frame& frame = h.frame();
-    h.click(frame.mainWindow(), "B2");
-    h.click(frame.mainWindow(), "B1");
-    frame.showChartsWindow({}, {});
-    frame.analyticsWindow()->setReportViewer([](const analytics::ReportDocument&) {});
-    QWidget* const main = frame.mainWindow();
-    QWidget* const service = frame.serviceWindow();
-    QWidget* const analytics = frame.analyticsWindow();
-    QWidget* const charts = frame.chartsWindow();
+    DataBuilder d;
+    d.account(3, "Питание").purse(1, "Наличные", "100");
+    WindowDriver w(d);
+    QVERIFY(w.start());
+    const Form service = w.service();
+    const Form analytics = w.analytics();
+    w.frame().showChartsWindow({}, {});
+    w.frame().analyticsWindow()->setReportViewer([](const analytics::ReportDocument&) {});
+    const Form main = w.main();
+    const Form charts = w.charts();
     struct Case
     {
-        QWidget* window;
+        const Form& window;
         const char* control;
         const char* next;    // the field that gets the focus
         const char* pressed; // the button that fires
@@ -263,22 +286,24 @@ void MainWindowTest::enterMovesOnInAFrameAndRunsItsOperation()
         {analytics, "B4", nullptr, "B4"},
     };
     for (const Case& c : cases) {
-        const QString row = c.window->objectName() + "." + c.control;
+        QWidget* const window = c.window.widget();
+        const QString row = window->objectName() + "." + c.control;
         std::vector<std::pair<QString, std::unique_ptr<QSignalSpy>>> spies;
-        for (QPushButton* button : c.window->findChildren<QPushButton*>())
+        for (QPushButton* button : window->findChildren<QPushButton*>())
             spies.emplace_back(button->objectName(),
                                std::make_unique<QSignalSpy>(button, &QPushButton::clicked));
-        QWidget* control = h.control(c.window, c.control);
+        QWidget* control = c.window.control(c.control);
         control->setFocus();
         QTest::keyClick(control, c.key, c.key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier);
         if (c.next)
-            QVERIFY2(c.window->focusWidget() == h.control(c.window, c.next), qPrintable(row));
+            QVERIFY2(window->focusWidget() == c.window.control(c.next), qPrintable(row));
         for (const auto& [name, spy] : spies)
             QVERIFY2(spy->count() == (name == utf8(c.pressed ? c.pressed : "")),
                      qPrintable(row + " " + name));
     }
-    QTRY_VERIFY(!frame.analyticsWindow());
-    QVERIFY(rows(frame.store(), "Bank").empty() && rows(frame.store(), "Bills").empty());
+    QTRY_VERIFY(!w.frame().analyticsWindow());
+    QVERIFY(rows(w.frame().store(), "Bank").empty() && rows(w.frame().store(), "Bills").empty());
 }
 
 QTEST_MAIN(MainWindowTest)
+#include "MainWindowTest.moc"

@@ -1,7 +1,6 @@
-#include "StartUpTest.h"
-
-#include "DataBuilder.h"
-#include "GuiHarness.h"
+// Start-up: the main window at once or the sign-in first, the splash above
+// them, every way out, the help page, the standard buttons in Russian.
+#include "WindowDriver.h"
 #include "app/AppTexts.h"
 #include "app/HelpWindow.h"
 #include "app/MainWindow.h"
@@ -16,213 +15,155 @@
 #include <QPushButton>
 #include <QTest>
 
-#include <functional>
-
 using namespace velmora::test;
 
-Q_DECLARE_METATYPE(std::function<void(DataBuilder&)>)
-
 namespace {
-
-using Fill = std::function<void(DataBuilder&)>;
 
 QMdiSubWindow* holder(QWidget* window)
 {
     return window ? qobject_cast<QMdiSubWindow*>(window->parentWidget()) : nullptr;
 }
 
-void writeData(const ProgramFolder& folder, const Fill& fill)
-{
-    DataBuilder data;
-    fill(data);
-    folder.write(data.database());
-}
-
 } // namespace
 
-void StartUpTest::withoutPasswordTheMainWindowOpensAtOnce_data()
+class StartUpTest : public QObject
 {
-    QTest::addColumn<Fill>("fill");
-    QTest::newRow("no password row") << Fill([](DataBuilder&) {});
-    QTest::newRow("empty password") << Fill([](DataBuilder& d) { d.password(""); });
-}
+    Q_OBJECT
 
-void StartUpTest::withoutPasswordTheMainWindowOpensAtOnce()
-{
-    QFETCH(Fill, fill);
-    ProgramFolder folder;
-    writeData(folder, fill);
-    const QByteArray before = folder.bytes();
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QCOMPARE(h.frame().objectName(), QString("MDIForm1"));
-    QCOMPARE(h.frame().windowTitle(), QString("Velmora"));
-    QVERIFY(!h.frame().signInWindow());
-    QVERIFY(h.frame().mainWindow());
-    QCOMPARE(h.frame().mainWindow()->windowTitle(), QString("Velmora"));
-    // 500 and 1000 twips; the splash sits in the corner above it.
-    QCOMPARE(holder(h.frame().mainWindow())->pos(), QPoint(33, 66));
-    QVERIFY(h.frame().splashWindow());
-    QCOMPARE(holder(h.frame().splashWindow())->pos(), QPoint(0, 0));
-    QVERIFY(h.dialogs.shown().isEmpty());
-    QVERIFY(h.quitCodes.isEmpty());
-    QCOMPARE(folder.bytes(), before);
-}
+private slots:
+    void signIn_data();
+    void signIn();
+    void splashClosesItselfWhileTheUserTypes();
+    void everyWayOutEndsTheProgram_data();
+    void everyWayOutEndsTheProgram();
+    void helpOpensFromButtonAndKeyOrSaysItIsMissing();
+    void standardButtonsSpeakRussian();
+};
 
 void StartUpTest::signIn_data()
 {
-    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("password"); // of the data file
+    QTest::addColumn<QString>("typed");    // null: no sign-in asked for
     QTest::addColumn<bool>("accepted");
-    QTest::newRow("right") << "Ключ-7" << true;
-    QTest::newRow("other letter case") << "ключ-7" << false;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("trailing blank") << "Ключ-7 " << false;
-    QTest::newRow("only a prefix") << "Ключ" << false;
+    QTest::newRow("no password") << QString() << QString() << true;
+    QTest::newRow("an empty password") << "" << QString() << true;
+    QTest::newRow("right") << "Ключ-7"
+                           << "Ключ-7" << true;
+    QTest::newRow("other letter case") << "Ключ-7"
+                                       << "ключ-7" << false;
+    QTest::newRow("empty") << "Ключ-7"
+                           << "" << false;
+    QTest::newRow("trailing blank") << "Ключ-7"
+                                    << "Ключ-7 " << false;
 }
 
+// The main window at 500 and 1000 twips, the sign-in window at 2500 and
+// 3000, the splash in the corner above them.
 void StartUpTest::signIn()
 {
+    QFETCH(QString, password);
     QFETCH(QString, typed);
     QFETCH(bool, accepted);
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder& d) { d.balance("10").password("Ключ-7"); });
-    const QByteArray before = folder.bytes();
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    app::SignInWindow* signIn = h.frame().signInWindow();
-    QVERIFY(signIn);
-    QVERIFY(!h.frame().mainWindow());
-    QCOMPARE(signIn->windowTitle(), QString("Пароль"));
-    QCOMPARE(holder(signIn)->pos(), QPoint(166, 200));
-    auto* field = qobject_cast<QLineEdit*>(h.control(signIn, "T1"));
-    QCOMPARE(field->echoMode(), QLineEdit::Password);
-    GuiHarness::type(field, typed);
-    h.click(signIn, "Command1");
-    QTRY_VERIFY(!h.frame().signInWindow());
-    if (accepted) {
-        QVERIFY(h.frame().mainWindow());
-        QCOMPARE(holder(h.frame().mainWindow())->pos(), QPoint(33, 66));
-        QCOMPARE(h.text("T11"), QString("10,00 р."));
-        QVERIFY2(h.dialogs.shown().isEmpty(), qPrintable(h.dialogs.shownTexts().join("; ")));
-        QVERIFY(h.quitCodes.isEmpty());
-    } else {
-        QCOMPARE(h.dialogs.shown().size(), 1);
-        const ShownBox box = h.dialogs.shown().front();
-        QCOMPARE(box.text, QString::fromUtf8(app::texts::wrongPassword));
-        QCOMPARE(box.title, QString("Ошибка"));
-        QCOMPARE(box.icon, ui::DialogIcon::Information);
-        QCOMPARE(box.buttons, ui::DialogButtons::Ok);
-        QCOMPARE(h.quitCodes.size(), 1);
-        QVERIFY(!h.frame().mainWindow());
-        QVERIFY(!h.frame().isVisible());
+    DataBuilder data;
+    data.balance("10");
+    if (!password.isNull())
+        data.password(password);
+    WindowDriver w(data);
+    const QByteArray before = w.bytes();
+    QVERIFY(w.start());
+    QCOMPARE(holder(w.frame().splashWindow())->pos(), QPoint(0, 0));
+    QCOMPARE(bool(w.frame().signInWindow()), !typed.isNull());
+    if (!typed.isNull()) {
+        QVERIFY(!w.frame().mainWindow());
+        QCOMPARE(holder(w.frame().signInWindow())->pos(), QPoint(166, 200));
+        QCOMPARE(w.signIn().field("T1")->echoMode(), QLineEdit::Password);
+        w.signIn().enter("T1", typed);
+        QTest::keyClick(w.signIn().field("T1"), Qt::Key_Return);
+        QTRY_VERIFY(!w.frame().signInWindow());
     }
-    QCOMPARE(folder.bytes(), before);
+    if (accepted) {
+        QCOMPARE(holder(w.frame().mainWindow())->pos(), QPoint(33, 66));
+        QCOMPARE(w.main().text("T11"), QString("10,00 р."));
+        QVERIFY(w.dialogs.shown().isEmpty() && w.quitCodes.isEmpty());
+    } else {
+        QCOMPARE(w.newBoxes(), QStringList{"Ошибка: " + utf8(app::texts::wrongPassword)});
+        QCOMPARE(w.quitCodes, QList<int>{0});
+        QVERIFY(!w.frame().mainWindow() && !w.frame().isVisible());
+    }
+    QCOMPARE(w.bytes(), before);
 }
 
-void StartUpTest::signInWithEnterKey()
-{
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder& d) { d.password("pw"); });
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QTest::keyClicks(h.control(h.frame().signInWindow(), "T1"), "pw");
-    QTest::keyClick(h.control(h.frame().signInWindow(), "T1"), Qt::Key_Return);
-    QTRY_VERIFY(h.frame().mainWindow());
-}
-
+// The sign-in window keeps the keyboard while the splash is up; when the
+// splash's time is up it closes, and what was typed stays.
 void StartUpTest::splashClosesItselfWhileTheUserTypes()
 {
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder& d) { d.password("pw"); });
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QVERIFY(h.frame().splashWindow());
-    QVERIFY(h.frame().splashWindow()->isTimerRunning());
-    // The sign-in window keeps the keyboard while the splash is up.
-    QCOMPARE(h.frame().mdiArea()->activeSubWindow(), holder(h.frame().signInWindow()));
-    QTest::keyClicks(h.control(h.frame().signInWindow(), "T1"), "p");
-    QTRY_VERIFY_WITH_TIMEOUT(!h.frame().splashWindow(), 5000);
-    QCOMPARE(h.frame().mdiArea()->subWindowList().size(), 1);
-    QCOMPARE(h.frame().signInWindow()->typedPassword(), QString("p"));
-    QVERIFY(h.quitCodes.isEmpty());
+    WindowDriver w(DataBuilder().password("pw"));
+    QVERIFY(w.start());
+    QVERIFY(w.frame().splashWindow()->isTimerRunning());
+    QCOMPARE(w.frame().mdiArea()->activeSubWindow(), holder(w.frame().signInWindow()));
+    QTest::keyClicks(w.signIn().field("T1"), "p");
+    w.closeSplash();
+    QTRY_VERIFY(!w.frame().splashWindow());
+    QCOMPARE(w.frame().mdiArea()->subWindowList().size(), 1);
+    QCOMPARE(w.frame().signInWindow()->typedPassword(), QString("p"));
+    QVERIFY(w.quitCodes.isEmpty());
 }
 
 void StartUpTest::everyWayOutEndsTheProgram_data()
 {
     QTest::addColumn<QString>("way");
-    QTest::addColumn<QString>("password");
-    QTest::newRow("Выход") << "B7"
-                           << "";
-    QTest::newRow("closing the main window") << "Form1"
-                                             << "";
-    QTest::newRow("closing the frame") << "MDIForm1"
-                                       << "";
-    QTest::newRow("closing the sign-in window") << "Form5"
-                                                << "pw";
+    QTest::newRow("Выход") << "B7";
+    QTest::newRow("closing the main window") << "Form1";
+    QTest::newRow("closing the frame") << "MDIForm1";
+    QTest::newRow("closing the sign-in window") << "Form5";
 }
 
 void StartUpTest::everyWayOutEndsTheProgram()
 {
     QFETCH(QString, way);
-    QFETCH(QString, password);
-    ProgramFolder folder;
-    writeData(folder, [&](DataBuilder& d) { d.password(password); });
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QVERIFY(h.frame().splashWindow());
+    WindowDriver w(DataBuilder().password(way == "Form5" ? "pw" : ""));
+    QVERIFY(w.start());
     if (way == "B7")
-        h.click(h.frame().mainWindow(), "B7");
+        w.main().click("B7");
     else if (way == "Form1")
-        holder(h.frame().mainWindow())->close();
+        holder(w.frame().mainWindow())->close();
     else if (way == "Form5")
-        holder(h.frame().signInWindow())->close();
+        holder(w.frame().signInWindow())->close();
     else
-        h.frame().close();
-    QCOMPARE(h.quitCodes, QList<int>{0});
-    QVERIFY(h.dialogs.shown().isEmpty());
+        w.frame().close();
+    QCOMPARE(w.quitCodes, QList<int>{0});
+    QVERIFY(w.dialogs.shown().isEmpty());
     // Every other window goes with it, the splash included.
-    QTRY_VERIFY(h.frame().mdiArea()->subWindowList().isEmpty());
-    QTRY_VERIFY(!h.frame().mainWindow());
-    QTRY_VERIFY(!h.frame().splashWindow());
+    QTRY_VERIFY(w.frame().mdiArea()->subWindowList().isEmpty());
+    QTRY_VERIFY(!w.frame().mainWindow() && !w.frame().splashWindow());
 }
 
-void StartUpTest::helpOpensFromButtonAndKey()
+void StartUpTest::helpOpensFromButtonAndKeyOrSaysItIsMissing()
 {
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder&) {});
-    QVERIFY(QFile::copy(VELMORA_HELP_PAGE, folder.path() + "/velmora-help.html"));
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    QVERIFY(!h.frame().helpWindow());
-    h.click(h.frame().mainWindow(), "B4");
-    QVERIFY2(h.dialogs.shown().isEmpty(), qPrintable(h.dialogs.shownTexts().join("; ")));
-    QVERIFY(h.frame().helpWindow());
-    QTRY_VERIFY(h.frame().helpWindow()->isVisible());
-    QVERIFY(h.frame().helpWindow()->pageTitle().contains("Velmora"));
+    {
+        WindowDriver w{DataBuilder()};
+        QVERIFY(w.start());
+        w.main().click("B4");
+        const QStringList boxes = w.newBoxes();
+        QVERIFY(boxes.size() == 1 && boxes[0].startsWith("Ошибка: ") &&
+                boxes[0].contains("velmora-help.html"));
+        QVERIFY(!w.frame().helpWindow() || !w.frame().helpWindow()->isVisible());
+    }
+    WindowDriver w{DataBuilder()};
+    QVERIFY(QFile::copy(VELMORA_HELP_PAGE, w.folder().path() + "/velmora-help.html"));
+    QVERIFY(w.start());
+    w.main().click("B4");
+    QTRY_VERIFY(w.frame().helpWindow() && w.frame().helpWindow()->isVisible());
     // The page speaks of every window of the program.
-    for (const char* topic : {"Пароль", "Главное окно", "Банк", "Расходы", "Кошельки", "Сервис", "Аналитика",
-                              "Диаграммы", "velmora.mdb"})
-        QVERIFY2(h.frame().helpWindow()->pageText().contains(QString::fromUtf8(topic)), topic);
-    h.frame().helpWindow()->close();
+    for (const char* topic : {"Пароль", "Главное окно", "Кошельки", "Сервис", "Аналитика", "Диаграммы"})
+        QVERIFY2(w.frame().helpWindow()->pageText().contains(utf8(topic)), topic);
+    w.frame().helpWindow()->close();
     // Keys reach the program only in its active window.
-    h.frame().activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&h.frame()));
-    QTest::keyClick(h.mainControl("T12"), Qt::Key_F1);
-    QTRY_VERIFY(h.frame().helpWindow()->isVisible());
-    QVERIFY(h.dialogs.shown().isEmpty());
-}
-
-void StartUpTest::missingHelpPageIsReported()
-{
-    ProgramFolder folder;
-    writeData(folder, [](DataBuilder&) {});
-    GuiHarness h(folder);
-    QVERIFY(h.start());
-    h.click(h.frame().mainWindow(), "B4");
-    QCOMPARE(h.dialogs.shown().size(), 1);
-    QCOMPARE(h.dialogs.shown().front().title, QString("Ошибка"));
-    QVERIFY(h.dialogs.shown().front().text.contains("velmora-help.html"));
-    QVERIFY(!h.frame().helpWindow() || !h.frame().helpWindow()->isVisible());
+    w.frame().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&w.frame()));
+    QTest::keyClick(w.main().control("T12"), Qt::Key_F1);
+    QTRY_VERIFY(w.frame().helpWindow()->isVisible());
+    QVERIFY(w.dialogs.shown().isEmpty());
 }
 
 void StartUpTest::standardButtonsSpeakRussian()
@@ -236,3 +177,4 @@ void StartUpTest::standardButtonsSpeakRussian()
 }
 
 QTEST_MAIN(StartUpTest)
+#include "StartUpTest.moc"
