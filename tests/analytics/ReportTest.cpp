@@ -3,10 +3,13 @@
 #include "ProgramFolder.h"
 
 #include "analytics/AnalyticsTexts.h"
+#include "analytics/PageComposer.h"
 #include "analytics/Recalculation.h"
 #include "analytics/ReportDocument.h"
 #include "analytics/ReportPainter.h"
 
+#include <QBuffer>
+#include <QPdfWriter>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -133,4 +136,33 @@ TEST(Report, LongListRunsOverPagesWithNothingCutOff)
     }
     EXPECT_EQ(occurrences(r.all(), QStringLiteral("Итого: 11400 Операций: 150")), 1);
     expectInsideMargins(r);
+}
+
+// Whatever the number of lines, the pages take them in order, each exactly
+// once, and the total goes on the last page, on a page of its own when it
+// does not fit under the last lines.
+TEST(Report, PagesTakeEveryLineOnceWithTheTotalLast)
+{
+    const Period march = Period::choose(QStringLiteral("3"), QStringLiteral("2005"), QDate(2026, 1, 1));
+    const analytics::DetailTable all = longExpenseList(60);
+    bool totalAlone = false;
+    for (std::size_t lines = 0; lines <= all.rows.size(); ++lines) {
+        analytics::DetailTable details = all;
+        details.rows.resize(lines);
+        const ReportDocument report = ReportDocument::of(details, march, QStringLiteral("3 - Питание"));
+        QBuffer pdf;
+        pdf.open(QIODevice::WriteOnly);
+        QPdfWriter writer(&pdf);
+        analytics::ReportPainter::setUpPage(writer, report);
+        const auto pages = analytics::PageComposer(report, writer).paginate();
+        std::size_t next = 0;
+        for (const analytics::PageComposer::Page& page : pages) {
+            EXPECT_EQ(page.first, next) << lines << " lines";
+            EXPECT_EQ(page.last, &page == &pages.back()) << lines << " lines";
+            next += page.count;
+        }
+        EXPECT_EQ(next, lines);
+        totalAlone = totalAlone || (pages.size() > 1 && pages.back().count == 0);
+    }
+    EXPECT_TRUE(totalAlone);
 }
