@@ -13,7 +13,7 @@ namespace velmora::test {
 // would: every text field, editable list and input box of every window gets
 // ordinary values or extremes (money at and beyond the Currency range, long
 // and odd texts), buttons are pressed in random order, the program is left
-// and started again, sign-ins go right and wrong. Each step checks that
+// and started again, with a sign-in when a password was set. Each step checks that
 // nothing failed inside the program and that the file changed only with a
 // confirmation.
 class HostileRun
