@@ -27,15 +27,25 @@ public:
     // For a file's tables, with the rows that show how its text dates are written.
     explicit ColumnMapping(const jet::Database& file);
 
-    // The file's tables, columns and values as the store keeps them. Throws
-    // std::range_error for a value that cannot be kept (an amount outside the
-    // Currency range, a text that is no date).
-    void toStore(jet::Database& contents) const;
-    // Table number `table` as the store holds it, back in the file's columns
-    // and values. Throws jet::Error (a value that does not fit) naming the
-    // table, column and row.
-    void toFile(std::size_t table, jet::Table& contents) const;
-    void toFile(std::size_t table, jet::TableChanges& changes) const;
+    // The file's tables, columns and values as the store keeps them; row r
+    // of a table is to get the row id r + 1 in the store. A value whose
+    // exact form the store would not write back (a Double with binary noise,
+    // a date written "5.3.2026") is remembered, so that a row left alone is
+    // written back exactly as it was. Throws std::range_error for a value
+    // that cannot be kept (an amount outside the Currency range, a text that
+    // is no date).
+    void toStore(jet::Database& contents);
+    // Table number `table` as the store holds it, its rows under `rowids`,
+    // back in the file's columns and values. Throws jet::Error (a value that
+    // does not fit) naming the table, column and row.
+    void toFile(std::size_t table, jet::Table& contents, const std::vector<std::int64_t>& rowids) const;
+    // The same for the changes since the last file, whose rows had the row
+    // ids `kept`; `after` are the row ids once the changes are made.
+    void toFile(std::size_t table, jet::TableChanges& changes, const std::vector<std::int64_t>& kept,
+                const std::vector<std::int64_t>& after) const;
+    // The file's counter of table number `table` when the store's is `counter`:
+    // a file whose operation numbers are no autonumber keeps its own.
+    std::int32_t fileCounter(std::size_t table, std::int32_t counter) const;
 
 private:
     struct Converted
@@ -43,6 +53,9 @@ private:
         std::size_t at = 0;
         jet::Column file;
         values::DateStyle style;
+        // Values as the file holds them where the store would write them
+        // otherwise, by row id, ascending.
+        std::vector<std::pair<std::int64_t, jet::Value>> originals;
     };
     struct TableMapping
     {
@@ -52,7 +65,7 @@ private:
         std::optional<std::size_t> numbered;
     };
 
-    void rowToFile(const TableMapping& table, jet::Row& row, std::size_t position) const;
+    void rowToFile(const TableMapping& table, jet::Row& row, std::int64_t rowid, std::size_t position) const;
 
     std::vector<std::optional<TableMapping>> m_tables; // none where a table is kept as it is
 };

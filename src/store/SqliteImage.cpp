@@ -184,7 +184,7 @@ const NextFile& SqliteImage::nextFile()
     contents.codePage = m_shape.codePage;
     for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
         contents.tables.push_back(dumpTable(m_shape.tables[i], &m_nextRowids[i].emplace()));
-        m_columns.toFile(i, contents.tables.back());
+        m_columns.toFile(i, contents.tables.back(), *m_nextRowids[i]);
     }
     m_next.emplace(std::move(contents));
     return *m_next;
@@ -200,9 +200,9 @@ std::vector<jet::TableChanges> SqliteImage::changes()
             ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
             result[i] = m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
             m_nextRowids[i] = std::move(rows.rowids());
+            m_columns.toFile(i, result[i], m_rowids[i], *m_nextRowids[i]);
         }
-        result[i].lastAutoNumber = lastAutoNumber(shape);
-        m_columns.toFile(i, result[i]);
+        result[i].lastAutoNumber = m_columns.fileCounter(i, lastAutoNumber(shape));
     }
     return result;
 }
@@ -215,8 +215,9 @@ jet::Database SqliteImage::dump() const
     result.creationDate = m_shape.creationDate;
     result.codePage = m_shape.codePage;
     for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
-        result.tables.push_back(dumpTable(m_shape.tables[i]));
-        m_columns.toFile(i, result.tables.back());
+        std::vector<std::int64_t> rowids;
+        result.tables.push_back(dumpTable(m_shape.tables[i], &rowids));
+        m_columns.toFile(i, result.tables.back(), rowids);
     }
     return result;
 }
