@@ -32,7 +32,7 @@ bool isBlank(const std::u16string& text)
 std::optional<values::DateStyle> dateStyleOf(const jet::Table& table, std::size_t at)
 {
     for (const jet::Row& row : table.rows)
-        if (const auto* text = std::get_if<std::u16string>(&row[at]))
+        if (const auto* text = at < row.size() ? std::get_if<std::u16string>(&row[at]) : nullptr)
             if (const std::optional<values::DateStyle> style = values::styleOf(*text))
                 return style;
     return std::nullopt;

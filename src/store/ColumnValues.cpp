@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <limits>
 #include <string_view>
+#include <type_traits>
 
 namespace store::values {
 
@@ -62,6 +63,11 @@ template <typename Float> std::optional<std::int64_t> unitsOf(Float value)
 
 template <typename Float> std::optional<Float> ofUnits(std::int64_t units)
 {
+    // Up to this many significant digits every decimal reads back from its
+    // nearest binary value, and dividing exact integers rounds to nearest.
+    constexpr std::int64_t kSafe = std::is_same_v<Float, double> ? 1'000'000'000'000'000 : 1'000'000;
+    if (units > -kSafe && units < kSafe)
+        return static_cast<Float>(static_cast<double>(units) / 10000.0);
     char buffer[32];
     const unsigned long long magnitude =
         units < 0 ? 0ULL - static_cast<unsigned long long>(units) : static_cast<unsigned long long>(units);

@@ -255,6 +255,15 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
         const jet::Database saved =
             jet::readDatabase(std::span(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()),
                               store::kFilePassword);
+        // A changed amount is the nearest value of the file's kind to the exact amount.
+        const jet::Table& tech = *saved.table(u"Tech");
+        const auto balance = std::ranges::find(tech.columns, u"F2", &Column::name) - tech.columns.begin();
+        const ColumnType balanceKind = tech.columns[static_cast<std::size_t>(balance)].type;
+        const jet::Value nearest = balanceKind == ColumnType::Double   ? jet::Value(1038.15)
+                                   : balanceKind == ColumnType::Single ? jet::Value(1038.15f)
+                                                                       : jet::Value(jet::Currency{10381500});
+        EXPECT_TRUE(
+            std::ranges::any_of(tech.rows, [&](const jet::Row& row) { return row[balance] == nearest; }));
         for (const jet::Table& table : original.tables) {
             if (table.name == u"Tech" || table.name == u"Purse")
                 continue;
