@@ -1,5 +1,6 @@
 #include "Schema.h"
 
+#include "ColumnKinds.h"
 #include "StoreTexts.h"
 
 #include <QString>
@@ -82,20 +83,11 @@ namespace {
 
 std::string tableMismatch(const jet::Table& expected, const jet::Table* actual)
 {
-    const QString name = QString::fromStdU16String(expected.name);
     if (!actual)
-        return QString::fromUtf8(texts::schemaNoTable).arg(name).toStdString();
-    if (actual->columns.size() < expected.columns.size())
-        return QString::fromUtf8(texts::schemaFewColumns).arg(name).toStdString();
-    for (std::size_t i = 0; i < expected.columns.size(); ++i) {
-        const Column& e = expected.columns[i];
-        const Column& a = actual->columns[i];
-        if (a.name != e.name || a.type != e.type)
-            return QString::fromUtf8(texts::schemaWrongColumn)
-                .arg(name, QString::fromStdU16String(e.name))
-                .toStdString();
-    }
-    return {};
+        return QString::fromUtf8(texts::schemaNoTable)
+            .arg(QString::fromStdU16String(expected.name))
+            .toStdString();
+    return kinds::tableRefusal(expected, *actual);
 }
 
 } // namespace

@@ -24,8 +24,9 @@ jet::Database preparedDatabase(double creationDate);
 // columns, put in as an empty table: what a damaged file can still show.
 jet::Database withSchemaTables(jet::Database db);
 
-// Empty string when `db` has every table of the schema with its columns in
-// order and of the right types; otherwise a description of the first mismatch.
+// Empty string when `db` has every table of the schema with its columns, in
+// any order and each of a kind accepted for what it holds (ColumnKinds.h);
+// otherwise a description of the first mismatch.
 std::string schemaMismatch(const jet::Database& db);
 
 // Indexes the in-memory image of a data file gets: the sums of a month or a

@@ -25,11 +25,12 @@ constexpr std::size_t kMaxCachedStatements = 256;
 constexpr std::size_t kRowsPerInsert = 50;
 const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX;
 
-// The numbered autonumber column; a GUID autonumber has no counter.
+// The numbered autonumber column (ColumnMapping marks operation numbers that
+// the file keeps as plain numbers); a GUID autonumber has no counter.
 const jet::Column* autoNumberColumn(const jet::Table& table)
 {
     for (const jet::Column& column : table.columns)
-        if (column.autoNumber && column.type == jet::ColumnType::Long)
+        if (column.autoNumber && column.type != jet::ColumnType::Guid)
             return &column;
     return nullptr;
 }
@@ -77,6 +78,8 @@ SqliteImage::~SqliteImage()
 void SqliteImage::load(jet::Database database)
 {
     database.version = jet::Version::Jet4; // what a save writes
+    m_columns = ColumnMapping(database);
+    m_columns.toStore(database);
     sql::registerFunctions(m_db.getHandle());
     // Nothing of this database outlives the process: freed space need not be wiped.
     m_db.exec("PRAGMA secure_delete = OFF");
@@ -179,8 +182,10 @@ const NextFile& SqliteImage::nextFile()
     contents.password = m_shape.password;
     contents.creationDate = m_shape.creationDate;
     contents.codePage = m_shape.codePage;
-    for (std::size_t i = 0; i < m_shape.tables.size(); ++i)
+    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
         contents.tables.push_back(dumpTable(m_shape.tables[i], &m_nextRowids[i].emplace()));
+        m_columns.toFile(i, contents.tables.back(), *m_nextRowids[i]);
+    }
     m_next.emplace(std::move(contents));
     return *m_next;
 }
@@ -195,8 +200,9 @@ std::vector<jet::TableChanges> SqliteImage::changes()
             ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
             result[i] = m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
             m_nextRowids[i] = std::move(rows.rowids());
+            m_columns.toFile(i, result[i], m_rowids[i], *m_nextRowids[i]);
         }
-        result[i].lastAutoNumber = lastAutoNumber(shape);
+        result[i].lastAutoNumber = m_columns.fileCounter(i, lastAutoNumber(shape));
     }
     return result;
 }
@@ -208,8 +214,11 @@ jet::Database SqliteImage::dump() const
     result.password = m_shape.password;
     result.creationDate = m_shape.creationDate;
     result.codePage = m_shape.codePage;
-    for (const jet::Table& table : m_shape.tables)
-        result.tables.push_back(dumpTable(table));
+    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
+        std::vector<std::int64_t> rowids;
+        result.tables.push_back(dumpTable(m_shape.tables[i], &rowids));
+        m_columns.toFile(i, result.tables.back(), rowids);
+    }
     return result;
 }
 

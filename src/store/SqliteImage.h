@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ColumnMapping.h"
 #include "NextFile.h"
 #include "WrittenTables.h"
 #include "jet/Database.h"
@@ -20,7 +21,8 @@ namespace store {
 
 // The data file's tables as an in-memory SQLite database: one STRICT table
 // per Jet table, rows in file order (rowid), autonumbers handed out by
-// triggers from a counter that never goes back. It also keeps the last file
+// triggers from a counter that never goes back; amounts and dates in the
+// store's own kinds whatever kinds the file keeps them in. It also keeps the last file
 // it read or wrote, when that file is known to decode to what SQLite held
 // then, so that the next file is written from it: only rows a transaction
 // wrote are read back from SQLite and encoded.
@@ -74,7 +76,8 @@ private:
     std::int32_t lastAutoNumber(const jet::Table& table) const;
     std::vector<jet::TableChanges> changes();
 
-    jet::Database m_shape; // the tables without rows
+    jet::Database m_shape; // the tables without rows, as the store keeps them
+    ColumnMapping m_columns;
     // The last file, and the row ids of its rows per table in file order;
     // none when it is not known to match SQLite's committed contents.
     std::optional<jet::FileImage> m_file;

@@ -97,8 +97,32 @@ inline constexpr char causeUnreadable[] = "файл не удалось разо
 
 // How a file's tables differ from the data file's; %1 is a table, %2 a column.
 inline constexpr char schemaNoTable[] = "нет таблицы %1";
-inline constexpr char schemaFewColumns[] = "в таблице %1 не хватает столбцов";
-inline constexpr char schemaWrongColumn[] = "столбец %2 таблицы %1 не того вида";
+// %3 is what the column holds (meaning*), %4 its kind in the file, %5 the
+// kinds accepted for it (kind* joined by kindsOr).
+inline constexpr char schemaNoColumn[] = "в таблице %1 нет столбца %2, где хранится %3";
+inline constexpr char schemaWrongKind[] = "в столбце %2 таблицы %1 хранится %3, а он вида «%4»; ожидается %5";
+inline constexpr char meaningAmount[] = "сумма";
+inline constexpr char meaningWholeNumber[] = "целое число";
+inline constexpr char meaningDate[] = "дата";
+inline constexpr char meaningText[] = "текст";
+inline constexpr char kindsOr[] = " или ";
+// Kinds of column as the refusal names them; %1 is a text column's size.
+inline constexpr char kindBoolean[] = "логический";
+inline constexpr char kindByte[] = "целое (байт)";
+inline constexpr char kindInteger[] = "целое (2 байта)";
+inline constexpr char kindLong[] = "длинное целое";
+inline constexpr char kindCurrency[] = "денежный";
+inline constexpr char kindSingle[] = "число с плавающей точкой (4 байта)";
+inline constexpr char kindDouble[] = "число с плавающей точкой (8 байт)";
+inline constexpr char kindDateTime[] = "дата/время";
+inline constexpr char kindBinary[] = "двоичный";
+inline constexpr char kindText[] = "текстовый (%1 знаков)";
+inline constexpr char kindDateText[] = "текстовый не короче %1 знаков";
+inline constexpr char kindOle[] = "объект OLE";
+inline constexpr char kindMemo[] = "MEMO";
+inline constexpr char kindGuid[] = "код репликации";
+inline constexpr char kindDecimal[] = "десятичный";
+inline constexpr char kindTextAny[] = "текстовый";
 
 // The names of the checks on the store's columns, which an engine error on a
 // value the data file cannot hold carries; %1 is the column's size.

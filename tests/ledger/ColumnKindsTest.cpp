@@ -1,0 +1,381 @@
+#include "LedgerFile.h"
+
+#include "jet/Reader.h"
+#include "jet/Unicode.h"
+#include "ledger/Bank.h"
+#include "ledger/Expenses.h"
+#include "ledger/PurseOperations.h"
+#include "store/ColumnValues.h"
+#include "store/JetDateText.h"
+#include "store/Schema.h"
+#include "store/StoreTexts.h"
+#include "support/Fixtures.h"
+
+#include <QDateTime>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <map>
+#include <optional>
+
+// Data files laid out as the old program's designer may have laid them out:
+// every column in another kind it may hold, columns in another order, an
+// extra column and an extra table. Each opens, takes a day's operations and
+// is written back in its own kinds.
+using namespace velmora::test;
+using jet::Column;
+using jet::ColumnType;
+
+namespace {
+
+struct Retyped
+{
+    const char16_t* table;
+    const char16_t* column;
+    Column kind;
+};
+
+struct Variant
+{
+    const char* name;
+    std::vector<Retyped> columns;
+    const char* dateFormat; // how a date kept as text is written
+    bool reshuffled;        // columns in reverse order, an extra column in Bank, an extra table
+};
+
+Column kind(ColumnType type)
+{
+    return Column::ofType(u"", type);
+}
+Column text(int chars)
+{
+    return Column::text(u"", chars);
+}
+
+const std::u16string kAmounts[][2] = {
+    {u"Bank", u"F2"}, {u"Bills", u"F3"}, {u"Purse", u"F1"}, {u"Tech", u"F2"}, {u"Cur", u"F1"}};
+const std::u16string kDates[][2] = {{u"Bank", u"F1"}, {u"Bills", u"F1"}, {u"Tech", u"F3"}};
+
+std::vector<Retyped> amountsAs(ColumnType type, std::vector<Retyped> more = {})
+{
+    for (const auto& [table, column] : kAmounts)
+        more.push_back({table.c_str(), column.c_str(), kind(type)});
+    return more;
+}
+std::vector<Retyped> datesAs(const Column& as, std::vector<Retyped> more = {})
+{
+    for (const auto& [table, column] : kDates)
+        more.push_back({table.c_str(), column.c_str(), as});
+    return more;
+}
+
+std::u16string dateText(jet::DateTime date, const char* format)
+{
+    const double whole = std::floor(date.days);
+    const QDateTime when(QDate(1899, 12, 30).addDays(static_cast<qint64>(whole)),
+                         QTime(0, 0).addSecs(static_cast<int>(std::lround((date.days - whole) * 86400))));
+    return when.toString(QString::fromLatin1(format)).toStdU16String();
+}
+
+// A value of the prepared file's kind as a file of kind `to` holds it: Double
+// amounts one binary step below the exact amount, as sums of binary values
+// leave them; Null where that kind cannot hold it.
+jet::Value retyped(const jet::Value& value, const Column& to, const char* dateFormat)
+{
+    const auto* money = std::get_if<jet::Currency>(&value);
+    if (money && to.type == ColumnType::Double)
+        return std::nextafter(money->units / 10000.0, 0.0);
+    if (money && to.type == ColumnType::Single)
+        return static_cast<float>(money->units / 10000.0);
+    if (const auto* date = std::get_if<jet::DateTime>(&value); date && to.type == ColumnType::Text)
+        return dateText(*date, dateFormat);
+    const bool number =
+        to.type == ColumnType::Byte || to.type == ColumnType::Integer || to.type == ColumnType::Long;
+    const bool text = to.type == ColumnType::Text || to.type == ColumnType::Memo;
+    if ((number && std::holds_alternative<std::int32_t>(value)) ||
+        (text && std::holds_alternative<std::u16string>(value)))
+        return value;
+    return jet::Null{};
+}
+
+void retype(jet::Database& db, const Retyped& change, const char* dateFormat)
+{
+    jet::Table& table = *db.table(change.table);
+    const auto at = std::ranges::find(table.columns, std::u16string(change.column), &Column::name);
+    const std::size_t i = static_cast<std::size_t>(at - table.columns.begin());
+    Column kind = change.kind;
+    kind.name = at->name;
+    *at = kind;
+    for (jet::Row& row : table.rows)
+        row[i] = retyped(row[i], kind, dateFormat);
+}
+
+void reshuffle(jet::Database& db)
+{
+    for (jet::Table& table : db.tables) {
+        std::ranges::reverse(table.columns);
+        for (jet::Row& row : table.rows)
+            std::ranges::reverse(row);
+    }
+    jet::Table& bank = *db.table(u"Bank");
+    bank.columns.insert(bank.columns.begin() + 1, Column::text(u"Кто", 20));
+    for (jet::Row& row : bank.rows)
+        row.insert(row.begin() + 1, std::u16string(u"мама"));
+    jet::Table notes;
+    notes.name = u"Notes";
+    notes.columns = {Column::ofType(u"N", ColumnType::Double), Column::text(u"What", 30)};
+    notes.rows = {{0.1 + 0.2, std::u16string(u"заметка")}};
+    db.tables.insert(db.tables.begin() + 2, notes);
+}
+
+store::Amount typed(const char* amount)
+{
+    return *store::Amount::parse(QString::fromUtf8(amount));
+}
+
+DataBuilder household()
+{
+    DataBuilder data;
+    data.balance("1000").account(1, "Питание").purse(1, "Кошелек", "100");
+    data.bank(QDate(2026, 3, 1), "12,35", "Старая");
+    return data;
+}
+
+jet::Database variantFile(const Variant& v)
+{
+    jet::Database db = household().database();
+    for (const Retyped& change : v.columns)
+        retype(db, change, v.dateFormat);
+    if (v.reshuffled)
+        reshuffle(db);
+    return db;
+}
+
+std::string tool(const std::string& command, const QString& file, const std::string& table = {})
+{
+    const auto result = testsupport::run("LC_ALL=C.UTF-8 " + command + " " +
+                                         testsupport::shellQuoted(file.toStdString()) + " " + table);
+    EXPECT_EQ(result.exitCode, 0) << command << ": " << result.output;
+    return result.output;
+}
+
+// The fields of the first exported row whose field `keyColumn` is `key`.
+std::map<std::string, std::string> exportedRow(const QString& file, const char* table, const char* keyColumn,
+                                               const std::string& key)
+{
+    const auto rows = testsupport::parseCsv(tool("mdb-export -D '%Y-%m-%d' -T '%Y-%m-%d'", file, table));
+    std::map<std::string, std::string> found;
+    for (std::size_t r = 1; r < rows.size() && found.empty(); ++r)
+        for (std::size_t i = 0; i < rows[0].size() && i < rows[r].size(); ++i)
+            if (rows[0][i] == keyColumn && rows[r][i] == key)
+                for (std::size_t k = 0; k < rows[0].size(); ++k)
+                    found[rows[0][k]] = rows[r][k];
+    return found;
+}
+
+// Kopecks of an exported amount, whatever binary noise it carries.
+long long kopecks(const std::string& field)
+{
+    return std::llround(std::stod(field) * 100);
+}
+
+} // namespace
+
+TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
+{
+    const Variant variants[] = {
+        {"Double amounts, Byte and Integer codes, Memo texts",
+         amountsAs(ColumnType::Double, {{u"Bills", u"F2", kind(ColumnType::Byte)},
+                                        {u"Bills", u"F6", kind(ColumnType::Integer)},
+                                        {u"Bills_Dict", u"F0", kind(ColumnType::Integer)},
+                                        {u"Purse", u"F0", kind(ColumnType::Byte)},
+                                        {u"Purse_Dict", u"F0", kind(ColumnType::Integer)},
+                                        {u"Mon", u"F0", kind(ColumnType::Byte)},
+                                        {u"Bank", u"F3", kind(ColumnType::Memo)},
+                                        {u"Bills", u"F4", kind(ColumnType::Memo)},
+                                        {u"Purse_Dict", u"F1", kind(ColumnType::Memo)},
+                                        {u"Tech", u"F0", kind(ColumnType::Memo)}}),
+         "", false},
+        {"Single amounts, dates as dd.mm.yyyy, plain Long operation numbers, reshuffled",
+         amountsAs(ColumnType::Single, datesAs(text(10), {{u"Bank", u"F0", kind(ColumnType::Long)},
+                                                          {u"Bills", u"F0", kind(ColumnType::Long)}})),
+         "dd.MM.yyyy", true},
+        {"dates as yyyy-mm-dd with a time, Integer operation numbers, short texts, reshuffled",
+         datesAs(text(19), {{u"Bank", u"F0", kind(ColumnType::Integer)},
+                            {u"Bills", u"F0", kind(ColumnType::Integer)},
+                            {u"Bank", u"F3", text(40)},
+                            {u"Bills", u"F5", text(12)}}),
+         "yyyy-MM-dd HH:mm:ss", true},
+    };
+    const QDate day(2026, 3, 14);
+    for (const Variant& v : variants) {
+        SCOPED_TRACE(v.name);
+        const jet::Database original = variantFile(v);
+        DataBuilder data;
+        data.database() = original;
+        LedgerFile file(data);
+        const QString path = file.folder().dataFilePath();
+        const std::string schema = tool("mdb-schema", path);
+
+        EXPECT_EQ(said(ledger::Bank(file.store())
+                           .record({day, typed("50,5"), ledger::BankDirection::Deposit, "Зарплата"})),
+                  "done");
+        EXPECT_TRUE(ledger::Expenses(file.store()).book({day, 1, typed("12,35"), "Хлеб", "к чаю", 1}));
+        EXPECT_EQ(
+            said(ledger::PurseOperations(file.store()).move(1, typed("20"), ledger::PurseDirection::PutIn)),
+            "done");
+        EXPECT_TRUE(file.sink.messages.isEmpty()) << file.sink.messages.join('\n').toStdString();
+
+        // Read anew: the noise of the old row is gone from the sum, not from the file.
+        EXPECT_EQ(file.money("SELECT SUM(F2) FROM Bank"), "62.85");
+        EXPECT_EQ(file.balance(), "1038.15");
+        EXPECT_EQ(file.purse(1), "107.65");
+        EXPECT_EQ(tool("mdb-schema", path), schema);
+
+        const std::string dateShown =
+            *v.dateFormat
+                ? QDateTime(day, QTime(0, 0)).toString(QString::fromLatin1(v.dateFormat)).toStdString()
+                : "2026-03-14";
+        const auto deposit = exportedRow(path, "Bank", "F3", "Зарплата");
+        EXPECT_EQ(deposit.at("F0"), "2");
+        EXPECT_EQ(deposit.at("F1"), dateShown);
+        EXPECT_EQ(kopecks(deposit.at("F2")), 5050);
+        const auto expense = exportedRow(path, "Bills", "F4", "Хлеб");
+        EXPECT_EQ(expense.at("F0"), "1");
+        EXPECT_EQ(expense.at("F1"), dateShown);
+        EXPECT_EQ(kopecks(expense.at("F3")), 1235);
+        EXPECT_EQ(expense.at("F2") + expense.at("F6") + expense.at("F5"), "11к чаю");
+        EXPECT_EQ(kopecks(exportedRow(path, "Tech", "F0", "OSTATOK").at("F2")), 103815);
+        EXPECT_EQ(kopecks(exportedRow(path, "Purse", "F0", "1").at("F1")), 10765);
+
+        // Rows no operation touched are as they were, the extra table too.
+        const QByteArray bytes = file.folder().bytes();
+        const jet::Database saved =
+            jet::readDatabase(std::span(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()),
+                              store::kFilePassword);
+        // A changed amount is the nearest value of the file's kind to the exact amount.
+        const jet::Table& tech = *saved.table(u"Tech");
+        const auto balance = std::ranges::find(tech.columns, u"F2", &Column::name) - tech.columns.begin();
+        const ColumnType balanceKind = tech.columns[static_cast<std::size_t>(balance)].type;
+        const jet::Value nearest = balanceKind == ColumnType::Double   ? jet::Value(1038.15)
+                                   : balanceKind == ColumnType::Single ? jet::Value(1038.15f)
+                                                                       : jet::Value(jet::Currency{10381500});
+        EXPECT_TRUE(
+            std::ranges::any_of(tech.rows, [&](const jet::Row& row) { return row[balance] == nearest; }));
+        for (const jet::Table& table : original.tables) {
+            if (table.name == u"Tech" || table.name == u"Purse")
+                continue;
+            for (const jet::Row& row : table.rows)
+                EXPECT_EQ(std::ranges::count(saved.table(table.name)->rows, row), 1)
+                    << jet::toUtf8(table.name);
+        }
+    }
+}
+
+TEST(ColumnKinds, AFileThatCannotBeUsedIsRefusedNamingTableColumnAndWhatWasExpected)
+{
+    struct Case
+    {
+        std::function<void(jet::Database&)> change;
+        const char* cause;
+    };
+    const auto as = [](const char16_t* table, const char16_t* column, Column kind) {
+        return [=](jet::Database& db) { retype(db, {table, column, kind}, "dd.MM.yyyy"); };
+    };
+    const Case cases[] = {
+        {as(u"Bank", u"F2", text(255)),
+         "в столбце F2 таблицы Bank хранится сумма, а он вида «текстовый (255 знаков)»; ожидается денежный, "
+         "число с плавающей точкой (8 байт) или число с плавающей точкой (4 байта)"},
+        {as(u"Bills", u"F6", kind(ColumnType::Double)),
+         "в столбце F6 таблицы Bills хранится целое число, а он вида «число с плавающей точкой (8 байт)»; "
+         "ожидается длинное целое, целое (2 байта) или целое (байт)"},
+        {as(u"Bills", u"F1", text(9)), "в столбце F1 таблицы Bills хранится дата, а он вида «текстовый (9 "
+                                       "знаков)»; ожидается дата/время или "
+                                       "текстовый не короче 10 знаков"},
+        {as(u"Purse_Dict", u"F1", kind(ColumnType::Long)),
+         "в столбце F1 таблицы Purse_Dict хранится текст, а он вида «длинное целое»; ожидается текстовый или "
+         "MEMO"},
+        {as(u"Cur", u"F1", kind(ColumnType::Numeric)),
+         "в столбце F1 таблицы Cur хранится сумма, а он вида «десятичный»; ожидается денежный, число с "
+         "плавающей точкой (8 байт) или число с плавающей точкой (4 байта)"},
+        {[](jet::Database& db) {
+             jet::Table& tech = *db.table(u"Tech");
+             tech.columns.erase(tech.columns.begin() + 1);
+             for (jet::Row& row : tech.rows)
+                 row.erase(row.begin() + 1);
+         },
+         "в таблице Tech нет столбца F1, где хранится текст"},
+        {[](jet::Database& db) {
+             std::erase_if(db.tables, [](const jet::Table& t) { return t.name == u"Mon"; });
+         },
+         "нет таблицы Mon"},
+        {[](jet::Database& db) {
+             retype(db, {u"Bank", u"F1", text(10)}, "dd.MM.yyyy");
+             db.table(u"Bank")->rows[0][1] = std::u16string(u"31.02.2026");
+         },
+         store::texts::causeValueNotAccepted},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cause);
+        DataBuilder data = household();
+        c.change(data.database());
+        LedgerFile file(data);
+        const QByteArray before = file.folder().bytes();
+        EXPECT_EQ(
+            said(ledger::Bank(file.store())
+                     .record({QDate(2026, 3, 14), typed("5"), ledger::BankDirection::Deposit, "Зарплата"})),
+            "not saved");
+        EXPECT_EQ(file.sink.storeFailures,
+                  QStringList{QString::fromUtf8(store::texts::fileDamaged)
+                                  .arg(file.folder().dataFilePath(), QString::fromUtf8(c.cause))});
+        EXPECT_EQ(file.folder().bytes(), before);
+    }
+}
+
+TEST(ColumnKinds, BinaryAmountsReadAsAPersonSeesThemAndGoBackAsTheNearestValue)
+{
+    struct Case
+    {
+        double value;
+        std::optional<std::int64_t> units;
+    };
+    for (const Case& c : {Case{12.349999999999998, 123500}, Case{12.350000000000001, 123500},
+                          Case{0.00005, 1}, Case{-0.00005, 0}, Case{-0.00006, -1},
+                          Case{-12.349999999999998, -123500}, Case{922337203685477.5, 9223372036854775000},
+                          Case{1e15, std::nullopt}, Case{std::nan(""), std::nullopt}}) {
+        EXPECT_EQ(store::values::unitsOfDouble(c.value), c.units) << c.value;
+    }
+    // The nearest Double to the exact amount, not one a step away.
+    EXPECT_EQ(store::values::doubleOfUnits(123500), 12.35);
+    EXPECT_EQ(store::values::doubleOfUnits(-1), -0.0001);
+    EXPECT_EQ(store::values::unitsOfSingle(123456.78f), 1234567800);
+    EXPECT_EQ(store::values::singleOfUnits(1234567800), 123456.78f);
+    // A Single cannot hold every kopeck of a large amount: such an amount is not written at all.
+    EXPECT_EQ(store::values::singleOfUnits(123456789100), std::nullopt);
+}
+
+TEST(ColumnKinds, DatesKeptAsTextReadInEitherOrderWithOrWithoutATime)
+{
+    struct Case
+    {
+        const char16_t* text;
+        const char* iso; // nullptr: no date
+    };
+    for (const Case& c : {Case{u"05.03.2026", "2026-03-05"}, Case{u"5.3.2026", "2026-03-05"},
+                          Case{u" 2026-03-05 ", "2026-03-05"}, Case{u"2026-3-5 9:05", "2026-03-05 09:05:00"},
+                          Case{u"05.03.2026 23:59:59", "2026-03-05 23:59:59"}, Case{u"31.02.2026", nullptr},
+                          Case{u"05.03.26", nullptr}, Case{u"2026-03-05T10:00:00", nullptr},
+                          Case{u"05.03.2026 24:00", nullptr}, Case{u"05-03-2026", nullptr}}) {
+        const auto date = store::values::dateOfText(c.text);
+        EXPECT_EQ(date ? store::jetDateToText(*date) : std::nullopt,
+                  c.iso ? std::optional<std::string>(c.iso) : std::nullopt)
+            << jet::toUtf8(c.text);
+    }
+    const jet::DateTime evening = *store::values::dateOfText(u"2026-03-05 18:30:00");
+    const jet::DateTime day = *store::values::dateOfText(u"2026-03-05");
+    EXPECT_EQ(store::values::textOfDate(day, {true, false}), u"05.03.2026");
+    EXPECT_EQ(store::values::textOfDate(day, {false, true}), u"2026-03-05 00:00:00");
+    EXPECT_EQ(store::values::textOfDate(evening, {true, false}), u"05.03.2026 18:30:00");
+}
