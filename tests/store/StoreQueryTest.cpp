@@ -1,12 +1,14 @@
-#include "StoreFolder.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+#include "support/ProgramFolder.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
 using namespace store;
-using store::test::RecordingSink;
-using store::test::StoreFolder;
+using velmora::test::ProgramFolder;
+using velmora::test::RecordingSink;
 
 namespace {
 
@@ -15,7 +17,7 @@ class StoreQueryTest : public ::testing::Test
 protected:
     StoreQueryTest()
     {
-        folder.writeDataFile(test::sampleDatabase());
+        folder.write(velmora::test::sampleDatabase());
         Transaction tx(store);
         const struct
         {
@@ -35,9 +37,9 @@ protected:
         EXPECT_TRUE(tx.commit());
     }
 
-    StoreFolder folder;
+    ProgramFolder folder;
     RecordingSink sink;
-    Store store{folder.dir(), &sink};
+    Store store{folder.path(), &sink};
 };
 
 } // namespace
