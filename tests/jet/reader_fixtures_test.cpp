@@ -1,6 +1,7 @@
 // The reader against files made by Access and the Jet engine, checked against
 // mdb-export as an independent oracle (with its known faults accounted for).
 #include "support/Fixtures.h"
+#include "support/ProgramFolder.h"
 
 #include "CsvExport.h"
 #include "jet/Error.h"
@@ -173,12 +174,11 @@ TEST(ReaderFixtures, DatesOutsideMdbtoolsRangeFollowTheFormatRule)
 TEST(ReaderFixtures, FilesFromElsewhereAreWrittenBackWithAllTablesAndRows)
 {
     SKIP_WITHOUT_FIXTURES();
-    const auto folder = std::filesystem::temp_directory_path() / "velmora-rewrite-test";
-    std::filesystem::create_directories(folder);
+    const velmora::test::ProgramFolder folder;
     for (const auto& file : fixtureFiles()) {
         SCOPED_TRACE(file.filename().string());
         const jet::Database original = jet::readDatabase(readBytes(file), passwordFor(file));
-        const auto rewritten = folder / file.filename();
+        const auto rewritten = folder / file.filename().string();
         store::writeFileAtomically(rewritten, jet::encodeDatabase(original));
         const jet::Database back = jet::readDatabase(readBytes(rewritten), passwordFor(file));
         EXPECT_EQ(back.version, jet::Version::Jet4);
@@ -198,5 +198,4 @@ TEST(ReaderFixtures, FilesFromElsewhereAreWrittenBackWithAllTablesAndRows)
             expectSameAsMdbExport(rewritten, a);
         }
     }
-    std::filesystem::remove_all(folder);
 }

@@ -46,17 +46,12 @@ protected:
 
 TEST_F(StoreQueryTest, MonthSumsAreExact)
 {
-    const Rows rows = query(
-        store, "SELECT SUM(F3) AS SUM1 FROM Bills WHERE DatePart('m', F1) = ? AND DatePart('yyyy', F1) = ?",
-        {1, 2026});
+    const Rows rows =
+        query(store, "SELECT SUM(F3) AS SUM1 FROM Bills WHERE strftime('%Y-%m', F1) = ?", {"2026-01"});
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].amount(0).toPlainString(), QStringLiteral("102.685"));
     EXPECT_EQ(rows[0].value(u"sum1"), rows[0].value(0));
 
-    // The same with SQLite's own date functions, and an empty month.
-    const Rows december =
-        query(store, "SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = ?", {"2025-12"});
-    EXPECT_EQ(december[0].amount(0), *Amount::parse(u"10,5"));
     const Rows march = query(store, "SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = '2026-03'");
     EXPECT_FALSE(march[0].value(0).isValid());
     EXPECT_EQ(march[0].amount(0), Amount());
@@ -73,13 +68,6 @@ TEST_F(StoreQueryTest, RowsGiveTypedValuesAndGroupTextsWithoutCase)
     EXPECT_EQ(rows[1].integer(1), 2);
     EXPECT_EQ(rows[1].date(2), QDate(2026, 1, 31));
     EXPECT_EQ(rows[1].columnNames(), (QStringList{"F4", "N", "Last"}));
-
-    const Rows dates =
-        query(store, "SELECT DatePart('d', F1), DatePart('w', F1), DatePart('q', F1) FROM Bills "
-                     "ORDER BY F0 LIMIT 1");
-    EXPECT_EQ(dates[0].integer(0), 31);
-    EXPECT_EQ(dates[0].integer(1), 4); // 31.12.2025 is a Wednesday; Sunday counts 1
-    EXPECT_EQ(dates[0].integer(2), 4);
 }
 
 TEST_F(StoreQueryTest, AFailedQueryShowsItsErrorAndSpoilsTheTransaction)
