@@ -1,4 +1,4 @@
-#include "ServiceData.h"
+#include "LedgerFile.h"
 #include "jet/Reader.h"
 #include "service/Backup.h"
 #include "store/Schema.h"

@@ -22,9 +22,9 @@ using Kind = jet::RowChange::Kind;
 // out of the store's SQLite tables exactly as they went in.
 TEST(SqliteImage, ReferenceFilesComeBackUnchanged)
 {
-    const std::filesystem::path folder = std::filesystem::path(VELMORA_SHARED_DIR) / "jet-fixtures";
-    if (!std::filesystem::is_directory(folder))
-        GTEST_SKIP() << "no reference files in " << folder << " (the shared folder is not present)";
+    const std::filesystem::path folder = testsupport::fixturesDir();
+    if (folder.empty())
+        GTEST_SKIP() << "reference files (../shared/jet-fixtures) not present: skipped";
     struct Case
     {
         const char* file;
