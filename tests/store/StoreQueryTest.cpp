@@ -68,6 +68,7 @@ TEST_F(StoreQueryTest, RowsGiveTypedValuesAndGroupTextsWithoutCase)
     EXPECT_EQ(rows[1].integer(1), 2);
     EXPECT_EQ(rows[1].date(2), QDate(2026, 1, 31));
     EXPECT_EQ(rows[1].columnNames(), (QStringList{"F4", "N", "Last"}));
+    EXPECT_EQ(query(store, "SELECT ? * 10 + ?", {true, false})[0].integer(0), 10) << "Yes is bound as 1";
 }
 
 TEST_F(StoreQueryTest, AFailedQueryShowsItsErrorAndSpoilsTheTransaction)
