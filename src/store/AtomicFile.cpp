@@ -27,7 +27,7 @@ std::string temporaryName(const fs::path& target, unsigned attempt)
 
 // Creates the temporary file beside the target with O_EXCL, so that a stale
 // file of a dead process is never reused.
-int createTemporary(const fs::path& target, const FileOps& ops, std::string& name)
+int createTemporary(const fs::path& target, FileOps& ops, std::string& name)
 {
     for (unsigned attempt = 0;; ++attempt) {
         name = temporaryName(target, attempt);
@@ -48,7 +48,7 @@ void copyPermissions(const fs::path& target, int fd)
         (void)::fchmod(fd, st.st_mode & 07777);
 }
 
-bool writeAll(int fd, std::span<const std::uint8_t> bytes, const FileOps& ops)
+bool writeAll(int fd, std::span<const std::uint8_t> bytes, FileOps& ops)
 {
     std::size_t done = 0;
     while (done < bytes.size()) {
@@ -67,7 +67,7 @@ bool writeAll(int fd, std::span<const std::uint8_t> bytes, const FileOps& ops)
 
 // Writes and syncs the temporary file; on failure removes it and throws.
 void writeTemporary(const fs::path& target, const std::string& name, int fd,
-                    std::span<const std::uint8_t> bytes, const FileOps& ops)
+                    std::span<const std::uint8_t> bytes, FileOps& ops)
 {
     const char* step = nullptr;
     int cause = 0;
@@ -88,7 +88,7 @@ void writeTemporary(const fs::path& target, const std::string& name, int fd,
     }
 }
 
-void syncFolder(const fs::path& target, const FileOps& ops)
+void syncFolder(const fs::path& target, FileOps& ops)
 {
     fs::path folder = target.parent_path();
     if (folder.empty())
@@ -106,19 +106,6 @@ void syncFolder(const fs::path& target, const FileOps& ops)
 
 } // namespace
 
-const FileOps& systemFileOps()
-{
-    static const FileOps ops{
-        [](const char* path, int flags, mode_t mode) { return ::open(path, flags, mode); },
-        [](int fd, const void* data, std::size_t size) { return ::write(fd, data, size); },
-        [](int fd) { return ::fsync(fd); },
-        [](int fd) { return ::close(fd); },
-        [](const char* from, const char* to) { return ::rename(from, to); },
-        [](const char* path) { return ::unlink(path); },
-    };
-    return ops;
-}
-
 fs::path followLinks(const fs::path& path)
 {
     fs::path current = path;
@@ -134,7 +121,7 @@ fs::path followLinks(const fs::path& path)
     throw FileError::writing(path, "follow links", ELOOP);
 }
 
-void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, const FileOps& ops)
+void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, FileOps& ops)
 {
     // The file a link points at is replaced, beside itself; the link stays.
     const fs::path target = followLinks(path);

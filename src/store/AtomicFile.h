@@ -1,27 +1,13 @@
 #pragma once
 
+#include "FileOps.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>
-#include <sys/types.h>
 
 namespace store {
-
-// The system calls an atomic write makes. Tests hand in versions that fail
-// after some bytes, report a full disk or refuse the rename; the program uses
-// systemFileOps().
-struct FileOps
-{
-    int (*open)(const char* path, int flags, mode_t mode);
-    ssize_t (*write)(int fd, const void* data, std::size_t size);
-    int (*fsync)(int fd);
-    int (*close)(int fd);
-    int (*rename)(const char* from, const char* to);
-    int (*unlink)(const char* path);
-};
-
-const FileOps& systemFileOps();
 
 // Replaces `path` with `bytes` so that a crash at any moment leaves either the
 // old or the new file: temporary file in the same folder, fsync, rename over
@@ -31,7 +17,7 @@ const FileOps& systemFileOps();
 // already in place. When `path` is a symbolic link, the file it points at is
 // replaced (temporary file in that file's folder) and the link stays as it is.
 void writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
-                         const FileOps& ops = systemFileOps());
+                         FileOps& ops = systemFileOps());
 
 // The path a chain of symbolic links ends at (`path` itself when it is no
 // link), whether that file exists or not. Throws FileError (ELOOP) for a

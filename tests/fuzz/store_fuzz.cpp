@@ -34,7 +34,7 @@ struct FuzzSink : store::ErrorSink
 const fs::path& programDir()
 {
     static const fs::path dir = [] {
-        fs::path made = fs::temp_directory_path() / ("velmora-store-fuzz-" + std::to_string(::getpid()));
+        fs::path made = fs::path("/tmp") / ("velmora-store-fuzz-" + std::to_string(::getpid()));
         fs::create_directories(made);
         std::atexit([] { fs::remove_all(programDir()); });
         return made;

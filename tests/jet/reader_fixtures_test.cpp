@@ -1,6 +1,7 @@
 // The reader against files made by Access and the Jet engine, checked against
 // mdb-export as an independent oracle (with its known faults accounted for).
 #include "support/Fixtures.h"
+#include "support/ProgramFolder.h"
 
 #include "CsvExport.h"
 #include "jet/Error.h"
@@ -120,38 +121,14 @@ TEST(ReaderFixtures, PasswordIsCheckedAsTheEngineChecksIt)
     EXPECT_EQ(jet::readDatabase(open, u"anything").tables.at(0).rows.size(), 3u);
 }
 
-TEST(ReaderFixtures, ValuesOfEveryKindDecodeToWhatWasStored)
+// Values themselves are compared with mdb-export above; what it does not print is checked here.
+TEST(ReaderFixtures, VersionAndCountersMdbExportDoesNotShow)
 {
     SKIP_WITHOUT_FIXTURES();
-    const auto dir = fixturesDir();
-    // Jet 3: every scalar type, code-page text.
-    const jet::Database jet3 = jet::readDatabase(readBytes(dir / "testV1997-jet3.mdb"), u"");
-    EXPECT_EQ(jet3.version, jet::Version::Jet3);
-    const jet::Row& r = jet3.table(u"Table1")->rows.at(1);
-    EXPECT_EQ(std::get<std::u16string>(r[0]), u"abcdefg");
-    EXPECT_EQ(std::get<std::int32_t>(r[2]), 2);
-    EXPECT_EQ(std::get<std::int32_t>(r[3]), 222);
-    EXPECT_EQ(std::get<std::int32_t>(r[4]), 333333333);
-    EXPECT_DOUBLE_EQ(std::get<double>(r[5]), 444.555);
-    EXPECT_EQ(std::get<jet::Currency>(r[7]).units, 35000);
-    EXPECT_TRUE(std::get<bool>(r[8]));
-    EXPECT_EQ(jet3.table(u"Table2")->columns.size(), 89u); // a definition spanning two pages
-
-    // Compressed and plain Unicode, Cyrillic among them.
-    const jet::Database unicode = jet::readDatabase(readBytes(dir / "testUnicodeCompV2003.mdb"), u"");
-    EXPECT_EQ(std::get<std::u16string>(unicode.tables.at(0).rows.at(2)[1]), u"Мир");
-
-    // Encoded pages, key in the header.
-    const jet::Database encoded = jet::readDatabase(readBytes(dir / "db-enc-jet4.mdb"), u"");
-    EXPECT_EQ(std::get<std::u16string>(encoded.tables.at(0).rows.at(1)[1]), u"world");
-    EXPECT_EQ(std::get<std::int32_t>(encoded.tables.at(0).rows.at(1)[2]), 42);
-
-    // Memos and OLE pictures in long-value chains; German text in code page 1252.
-    const jet::Database nwind = jet::readDatabase(readBytes(dir / "nwind-jet3.mdb"), u"");
-    const jet::Table* employees = nwind.table(u"Employees");
-    ASSERT_NE(employees, nullptr);
-    EXPECT_GT(std::get<jet::Bytes>(employees->rows.at(0)[14]).size(), 20000u);
-    EXPECT_NE(nwind.table(u"Umsätze"), nullptr);
+    EXPECT_EQ(jet::readDatabase(readBytes(fixturesDir() / "testV1997-jet3.mdb"), u"").version,
+              jet::Version::Jet3);
+    const jet::Database nwind = jet::readDatabase(readBytes(fixturesDir() / "nwind-jet3.mdb"), u"");
+    ASSERT_NE(nwind.table(u"Umsätze"), nullptr);
     EXPECT_EQ(nwind.table(u"Umsätze")->lastAutoNumber, 11159); // kept above the highest live number
 }
 
@@ -173,12 +150,11 @@ TEST(ReaderFixtures, DatesOutsideMdbtoolsRangeFollowTheFormatRule)
 TEST(ReaderFixtures, FilesFromElsewhereAreWrittenBackWithAllTablesAndRows)
 {
     SKIP_WITHOUT_FIXTURES();
-    const auto folder = std::filesystem::temp_directory_path() / "velmora-rewrite-test";
-    std::filesystem::create_directories(folder);
+    const velmora::test::ProgramFolder folder;
     for (const auto& file : fixtureFiles()) {
         SCOPED_TRACE(file.filename().string());
         const jet::Database original = jet::readDatabase(readBytes(file), passwordFor(file));
-        const auto rewritten = folder / file.filename();
+        const auto rewritten = folder / file.filename().string();
         store::writeFileAtomically(rewritten, jet::encodeDatabase(original));
         const jet::Database back = jet::readDatabase(readBytes(rewritten), passwordFor(file));
         EXPECT_EQ(back.version, jet::Version::Jet4);
@@ -198,5 +174,4 @@ TEST(ReaderFixtures, FilesFromElsewhereAreWrittenBackWithAllTablesAndRows)
             expectSameAsMdbExport(rewritten, a);
         }
     }
-    std::filesystem::remove_all(folder);
 }

@@ -1,7 +1,6 @@
 // Damaged input never crashes or hangs the reader: it decodes or raises a
 // jet::Error that says what is wrong.
 #include "support/DamagedFile.h"
-#include "support/Fixtures.h"
 
 #include "jet/Error.h"
 #include "jet/Reader.h"
@@ -45,15 +44,6 @@ std::string outcome(std::span<const std::uint8_t> bytes)
         EXPECT_GT(std::string(e.what()).size(), 10u);
         return e.what();
     }
-}
-
-std::vector<std::vector<std::uint8_t>> seedFiles()
-{
-    std::vector<std::vector<std::uint8_t>> files{ownFile()};
-    if (!fixturesDir().empty())
-        for (const char* name : {"nwind-jet3.mdb", "db-enc-jet4.mdb", "testUnicodeCompV2003.mdb"})
-            files.push_back(readBytes(fixturesDir() / name));
-    return files;
 }
 
 } // namespace
@@ -132,44 +122,14 @@ TEST(ReaderRobustness, MismatchesBetweenWhatTheFileStatesAndHoldsAreDamage)
     }
 }
 
-TEST(ReaderRobustness, TruncatedFilesFailOrDecodeButNeverCrash)
+// Random changes are the fuzz targets' work; these two must always be refused.
+TEST(ReaderRobustness, CutOrGarbledFilesAreRefused)
 {
-    for (const auto& file : seedFiles()) {
-        for (std::size_t cut = 0; cut < file.size(); cut += 997)
-            outcome(std::span(file).first(cut));
-    }
-    // A file cut after the catalog cannot hold its rows.
     const auto own = ownFile();
-    EXPECT_NE(outcome(std::span(own).first(own.size() - 4096)), "");
-}
-
-TEST(ReaderRobustness, FlippedBitsAndRandomBytesNeverCrash)
-{
-    std::mt19937 random(20261122);
-    for (auto file : seedFiles()) {
-        const auto original = file;
-        for (int trial = 0; trial < 400; ++trial) {
-            file = original;
-            for (int flips = 1 + trial % 8; flips > 0; --flips) {
-                const std::size_t at = random() % file.size();
-                file[at] ^= static_cast<std::uint8_t>(1u << (random() % 8));
-            }
-            outcome(file);
-        }
-    }
-    std::vector<std::uint8_t> noise(64 * 1024);
-    for (int trial = 0; trial < 50; ++trial) {
-        for (auto& b : noise)
-            b = static_cast<std::uint8_t>(random());
-        EXPECT_NE(outcome(noise), "");
-    }
-}
-
-TEST(ReaderRobustness, ValidHeaderWithGarbagePagesIsRefused)
-{
-    auto file = ownFile();
+    EXPECT_NE(outcome(std::span(own).first(own.size() - 4096)), "") << "cut after the catalog";
+    auto file = own;
     std::mt19937 random(7);
     for (std::size_t i = 4096; i < file.size(); ++i)
         file[i] = static_cast<std::uint8_t>(random());
-    EXPECT_NE(outcome(file), "");
+    EXPECT_NE(outcome(file), "") << "garbage after a sound header";
 }

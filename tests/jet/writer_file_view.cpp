@@ -138,16 +138,6 @@ std::vector<std::uint32_t> FileView::pagesOwnedBy(std::uint32_t owner) const
     return pages;
 }
 
-std::vector<std::size_t> FileView::longValueRowLengths() const
-{
-    std::vector<std::size_t> lengths;
-    for (const std::uint32_t n : pagesOwnedBy(kLval))
-        for (std::size_t r = 0; r < le::u16(page(n) + 12); ++r)
-            lengths.push_back(row(static_cast<std::uint32_t>(n << 8 | r)).size());
-    std::sort(lengths.begin(), lengths.end());
-    return lengths;
-}
-
 void expectConsistentPages(const FileView& file)
 {
     ASSERT_GT(file.pageCount(), 3u);

@@ -34,8 +34,6 @@ public:
     std::vector<std::uint32_t> mapPages(std::uint32_t pointer, int* type = nullptr) const;
     // Data pages whose owner field is `owner`.
     std::vector<std::uint32_t> pagesOwnedBy(std::uint32_t owner) const;
-    // Lengths of all rows on long-value pages.
-    std::vector<std::size_t> longValueRowLengths() const;
 
 private:
     const std::vector<std::uint8_t>& m_bytes;

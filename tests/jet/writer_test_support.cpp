@@ -12,7 +12,6 @@
 #include <limits>
 #include <random>
 #include <tuple>
-#include <unistd.h>
 
 namespace writertest {
 
@@ -218,18 +217,9 @@ jet::Table longTextTable(std::size_t rows)
     return t;
 }
 
-TempFile::TempFile(const std::vector<std::uint8_t>& bytes)
+TempFile::TempFile(const std::vector<std::uint8_t>& bytes) : m_path(m_folder / "written.mdb")
 {
-    static int counter = 0;
-    m_path = std::filesystem::temp_directory_path() /
-             ("velmora-writer-" + std::to_string(getpid()) + "-" + std::to_string(++counter) + ".mdb");
     std::ofstream(m_path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
-TempFile::~TempFile()
-{
-    std::error_code ignored;
-    std::filesystem::remove(m_path, ignored);
 }
 
 std::string TempFile::quoted() const

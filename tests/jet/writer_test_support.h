@@ -1,6 +1,7 @@
 #pragma once
 
 #include "jet/Database.h"
+#include "support/ProgramFolder.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -33,18 +34,16 @@ jet::Table operationsTable(std::u16string name, std::size_t rows);
 // `rows` rows of 255-character Cyrillic texts, about 8 rows per page.
 jet::Table longTextTable(std::size_t rows);
 
-// The file is removed when this goes out of scope.
+// The bytes in a file of a temporary folder, removed when this goes out of scope.
 class TempFile
 {
 public:
     explicit TempFile(const std::vector<std::uint8_t>& bytes);
-    ~TempFile();
-    TempFile(const TempFile&) = delete;
-    TempFile& operator=(const TempFile&) = delete;
     const std::filesystem::path& path() const { return m_path; }
     std::string quoted() const;
 
 private:
+    velmora::test::ProgramFolder m_folder;
     std::filesystem::path m_path;
 };
 

@@ -1,5 +1,5 @@
 #include "service/AccountCatalogue.h"
-#include "ServiceData.h"
+#include "LedgerFile.h"
 #include "service/ExpenseTransfer.h"
 #include "service/ServiceTexts.h"
 
@@ -13,7 +13,7 @@ TEST(AccountCatalogue, AnAccountKeepsItsExpensesAndIsRemovedOnlyWithoutThem)
     DataBuilder data;
     data.account(3, "Питание").account(4, "Связь").account(5, "Отпуск");
     data.bill(QDate(2026, 3, 1), 3, "100").bill(QDate(2026, 3, 2), 4, "20").bill(QDate(2026, 3, 3), 4, "5");
-    ServiceData d(data);
+    LedgerFile d(data);
     const QStringList bills = d.rows("Bills");
     AccountCatalogue accounts(d.store());
 
@@ -33,7 +33,7 @@ TEST(AccountCatalogue, AnAccountKeepsItsExpensesAndIsRemovedOnlyWithoutThem)
 
 TEST(AccountCatalogue, NamesAreStoredAsTypedUpToTheColumnSize)
 {
-    ServiceData d;
+    LedgerFile d;
     AccountCatalogue accounts(d.store());
     for (const QString& name : {QString("Д'Артаньян"), QString("\"Кавычки\" и 'апострофы'"),
                                 QString(255, u'щ'), QString("x'); DELETE FROM Bills_Dict; --")}) {
@@ -58,7 +58,7 @@ TEST(ExpenseTransfer, MovesOnlyTheSourceAccountsExpenses)
         .bill(QDate(2026, 5, 2), 5, "20")
         .bill(QDate(2026, 5, 3), 3, "30", 2);
     data.bill(QDate(2030, 12, 31), 7, "40").bill(QDate(2026, 5, 3), 33, "50");
-    ServiceData d(data);
+    LedgerFile d(data);
     QStringList expected = d.rows("Bills");
     for (int i : {0, 2})
         expected[i].replace("|3|", "|7|");

@@ -1,5 +1,5 @@
 #include "service/Backup.h"
-#include "ServiceData.h"
+#include "LedgerFile.h"
 #include "jet/Writer.h"
 #include "service/ServiceTexts.h"
 #include "store/FileError.h"
@@ -44,7 +44,7 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
 {
     DataBuilder data;
     data.balance("1000").account(1, "Питание").bank(QDate(2026, 3, 1), "1000");
-    ServiceData d(data);
+    LedgerFile d(data);
     Backup backup(d.store());
     const store::Result<QDate> made = backup.make(QDate(2026, 3, 15));
     ASSERT_TRUE(made) << made.message().toStdString();
@@ -74,7 +74,7 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
 
 TEST(Backup, ASecondBackupReplacesTheFirst)
 {
-    ServiceData d;
+    LedgerFile d;
     Backup backup(d.store());
     ASSERT_TRUE(backup.make(QDate(2026, 3, 15)));
     ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
@@ -117,7 +117,7 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
          QString::fromUtf8(store::texts::causeNotRegular)},
     };
     for (const Case& c : cases) {
-        ServiceData d(data);
+        LedgerFile d(data);
         c.prepare(d.backupPath());
         const QByteArray before = d.folder().bytes();
         const store::Result<QDate> outcome = Backup(d.store()).restore(QDate(2026, 3, 15));
@@ -127,14 +127,14 @@ TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
         EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"})) << c.what;
     }
     // A file without a password opens with any, as data file and as backup alike.
-    ServiceData unprotected(open);
+    LedgerFile unprotected(open);
     EXPECT_TRUE(Backup(unprotected.store()).make(QDate(2026, 3, 15)));
     EXPECT_TRUE(Backup(unprotected.store()).restore(QDate(2026, 3, 15)));
 }
 
 TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
 {
-    ServiceData d;
+    LedgerFile d;
     ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
     ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray oldBackup = contents(d.backupPath());
@@ -157,7 +157,7 @@ TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
 
 TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
 {
-    ServiceData d;
+    LedgerFile d;
     ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
     ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray data = d.folder().bytes();

@@ -1,5 +1,5 @@
 #include "service/OperationDeletion.h"
-#include "ServiceData.h"
+#include "LedgerFile.h"
 #include "service/ServiceTexts.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ TEST(OperationDeletion, ListsADaysOperationsNewestFirst)
     DataBuilder data;
     data.bank(day, "100").bank(day.addDays(1), "5").bank(day, "-30").bank(QDateTime(day, QTime(12, 30)), "1");
     data.bill(day, 1, "10").bill(day.addDays(-1), 1, "20").bill(day, 2, "30").bill(day, 1, "40");
-    ServiceData d(data);
+    LedgerFile d(data);
     OperationDeletion deletion(d.store());
     const auto found = deletion.list(QDate(2005, 11, 6));
     ASSERT_TRUE(found);
@@ -44,7 +44,7 @@ TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
         DataBuilder data;
         data.balance(c.balance).bank(QDate(2026, 3, 1), "1").bank(QDate(2026, 3, 1), c.amount, "Зарплата");
         data.bank(QDate(2026, 3, 31), c.sameMonth);
-        ServiceData d(data);
+        LedgerFile d(data);
         OperationDeletion deletion(d.store());
         const auto found = deletion.findBankOperation("2");
         ASSERT_EQ(said(found), "done");
@@ -68,7 +68,7 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
     DataBuilder data;
     data.balance("1000").purse(1, "Наличные", "10").purse(2, "Карта", "49,75");
     data.bill(QDate(2026, 3, 1), 3, "150,25", 2).bill(QDate(2026, 3, 1), 3, "7", 1);
-    ServiceData d(data);
+    LedgerFile d(data);
     OperationDeletion deletion(d.store());
     const auto found = deletion.findExpense(" 1 ");
     ASSERT_EQ(said(found), "done");
@@ -84,7 +84,7 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
     // Giving the money back would take the purse past what the file can hold.
     DataBuilder full;
     full.balance("0").purse(1, "Наличные", "922337203685477").bill(QDate(2026, 3, 1), 3, "7", 1);
-    ServiceData f(full);
+    LedgerFile f(full);
     const QByteArray before = f.folder().bytes();
     EXPECT_EQ(said(OperationDeletion(f.store()).deleteExpense(1)), amountOutOfRange);
     EXPECT_EQ(f.folder().bytes(), before);
@@ -97,7 +97,7 @@ TEST(OperationDeletion, ANumberNotInTheTableChangesNothing)
         .purse(1, "Наличные", "10")
         .bank(QDate(2026, 3, 1), "5")
         .bill(QDate(2026, 3, 1), 1, "3");
-    ServiceData d(data);
+    LedgerFile d(data);
     OperationDeletion deletion(d.store());
     const QByteArray before = d.folder().bytes();
     // Bank number 2 and expense 2 do not exist; the other texts are no operation numbers at all.
@@ -119,7 +119,7 @@ TEST(OperationDeletion, AnExpenseWhosePurseIsGoneStillGivesTheBalanceBack)
         data.balance("100").purse(1, "Наличные", "10").bill(QDate(2026, 3, 1), 1, "3", 9);
         if (listed)
             data.purseWithoutMoney(9, "Копилка");
-        ServiceData d(data);
+        LedgerFile d(data);
         ASSERT_EQ(said(OperationDeletion(d.store()).deleteExpense(1)), "done");
         EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "103");
         EXPECT_EQ(d.rows("Purse"), listed ? QStringList({"1|100000", "9|30000"}) : QStringList({"1|100000"}));

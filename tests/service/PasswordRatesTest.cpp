@@ -1,4 +1,4 @@
-#include "ServiceData.h"
+#include "LedgerFile.h"
 #include "service/Clearing.h"
 #include "service/CurrencyRates.h"
 #include "service/Password.h"
@@ -12,7 +12,7 @@ using namespace velmora::test;
 
 TEST(Password, SetReplacesTheRowAndRemoveLeavesNone)
 {
-    ServiceData d;
+    LedgerFile d;
     service::Password password(d.store());
     EXPECT_EQ(password.current(), QString());
     for (const QString& typed :
@@ -37,7 +37,7 @@ TEST(CurrencyRates, KeptToTheCentHalfUp)
         const char* typed;
         const char* stored;
     };
-    ServiceData d;
+    LedgerFile d;
     service::CurrencyRates rates(d.store());
     for (const Case& c : {Case{"28,4567", "28.46"}, Case{"28.455", "28.46"}, Case{"28,454", "28.45"},
                           Case{"-0,005", "0"}, Case{"-1,555", "-1.55"}, Case{"100", "100"}}) {
@@ -56,7 +56,7 @@ TEST(CurrencyRates, AMissingRowStaysMissing)
     DataBuilder data;
     std::erase_if(data.database().table(u"Cur")->rows,
                   [](const jet::Row& row) { return row[0] == jet::Value(std::int32_t{3}); });
-    ServiceData d(data);
+    LedgerFile d(data);
     service::CurrencyRates rates(d.store());
     ASSERT_TRUE(rates.write(store::Amount::parse(u"30").value(), store::Amount::parse(u"40").value()));
     const auto read = rates.read();
@@ -75,7 +75,7 @@ TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesMonthsAndBacku
     for (jet::Row& row : data.database().table(u"Tech")->rows)
         if (row[0] == jet::Value(std::u16string(u"BACKUP")))
             row[3] = jet::DateTime{46000};
-    ServiceData d(data);
+    LedgerFile d(data);
     d.folder().write(data.database());
     QFile::copy(d.folder().dataFilePath(), d.backupPath());
     const QByteArray backup = contents(d.backupPath());

@@ -1,30 +1,41 @@
-#include "StoreFolder.h"
 #include "jet/Unicode.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+#include "support/ProgramFolder.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include "support/ChildProcess.h"
+#include "support/DyingFileOps.h"
+
+#include "store/AtomicFile.h"
+
 #include <csignal>
 #include <random>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
+#include <utility>
 
 using namespace store;
-using store::test::StoreFolder;
+using velmora::test::ChildProcess;
+using velmora::test::DyingFileOps;
+using velmora::test::ProgramFolder;
 
 namespace {
 
-// Moves the data file from state n to n + 1 in every transaction until killed:
-// the balance becomes n + 1, a Bank row numbered n + 1 is added and rows older
-// than the last three are deleted. Writes a byte to `committed` after the
-// first commit.
-[[noreturn]] void commitForever(const QString& dir, int committed)
+// Moves the data file from state n to n + 1 in every transaction until
+// killed: the balance becomes n + 1, a Bank row numbered n + 1 is added and
+// rows older than the last three are deleted. Reports each save; from the
+// second save on, dies at system call `killAt` when it is not 0.
+void commitForever(const QString& dir, ChildProcess& parent, int killAt)
 {
-    Store store(dir);
+    DyingFileOps ops(0);
+    Store store(dir, nullptr, [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+        writeFileAtomically(path, bytes, ops);
+    });
     for (bool first = true;; first = false) {
+        if (!first && killAt)
+            ops = DyingFileOps(std::exchange(killAt, 0));
         Transaction tx(store);
         const std::int64_t next = tx.lookupAmount("Tech", "F2", "F0 = 'OSTATOK'").units() + 1;
         tx.execute("UPDATE Tech SET F2 = ? WHERE F0 = 'OSTATOK'", {Amount::fromUnits(next)});
@@ -33,8 +44,7 @@ namespace {
         tx.execute("DELETE FROM Bank WHERE F0 <= ?", {qlonglong{next - 3}});
         if (!tx.commit())
             ::_exit(3);
-        if (first && ::write(committed, "c", 1) != 1)
-            ::_exit(4);
+        parent.report();
     }
 }
 
@@ -64,38 +74,29 @@ std::int64_t stateOf(const jet::Database& db, std::string& problem)
 
 } // namespace
 
+// Even trials kill the child after a random number of reported saves,
+// wherever it then is; odd ones have it die at each system call of its second
+// save in turn, mid-write included. The file is always a whole state, and
+// never older than the last reported save.
 TEST(CrashSafety, AProcessKilledAtAnyMomentLeavesTheOldOrTheNewFile)
 {
-    const StoreFolder folder;
-    folder.writePreparedFile();
+    const ProgramFolder folder;
+    folder.writePrepared();
     std::mt19937 random(20260314);
-    std::uniform_int_distribution<int> delayMicroseconds(0, 12000);
     std::int64_t last = 0;
-    int killedMidSave = 0;
-    for (int trial = 0; trial < 200; ++trial) {
-        int committed[2];
-        ASSERT_EQ(::pipe(committed), 0);
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0)
-            commitForever(folder.dir(), committed[1]);
-        // Each kill lands after at least one save, however busy the machine.
-        ::close(committed[1]);
-        char byte = 0;
-        const bool saved = ::read(committed[0], &byte, 1) == 1;
-        ::close(committed[0]);
-        std::this_thread::sleep_for(std::chrono::microseconds(delayMicroseconds(random)));
-        ::kill(child, SIGKILL);
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_TRUE(saved && WIFSIGNALED(status)) << "the child stopped by itself, status " << status;
-        killedMidSave += folder.strayFiles().empty() ? 0 : 1;
+    for (int trial = 0; trial < 60; ++trial) {
+        const int killAt = trial % 2 ? 1 + (trial / 2) % 16 : 0;
+        ChildProcess child([&](ChildProcess& parent) { commitForever(folder.path(), parent, killAt); });
+        const int wanted = killAt ? 1 : 1 + static_cast<int>(random() % 3);
+        int reported = 0;
+        while (reported < wanted && child.awaitReport())
+            ++reported;
+        ASSERT_EQ(reported, wanted) << "trial " << trial;
+        ASSERT_EQ(killAt ? child.finish() : child.kill(), 128 + SIGKILL) << "trial " << trial;
 
         std::string problem;
         const std::int64_t n = stateOf(folder.readDataFile(), problem);
-        ASSERT_GT(n, last) << "trial " << trial << ": " << problem;
+        ASSERT_GE(n, last + wanted) << "trial " << trial << ": " << problem;
         last = n;
     }
-    RecordProperty("saves", static_cast<int>(last));
-    RecordProperty("killedMidSave", killedMidSave);
 }

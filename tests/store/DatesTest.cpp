@@ -51,17 +51,6 @@ TEST(Dates, ParseAcceptsTheThreeTypedForms)
         EXPECT_EQ(parseDate(QString::fromUtf8(c.typed)).value_or(QDate()), c.date) << '"' << c.typed << '"';
 }
 
-TEST(Dates, DisplayAndStoredForms)
-{
-    EXPECT_EQ(displayDate(QDate(2026, 1, 5)), QStringLiteral("05.01.2026"));
-    EXPECT_EQ(storedDate(QDate(2026, 1, 5)), QStringLiteral("2026-01-05"));
-    EXPECT_EQ(storedDateTime(QDateTime(QDate(2026, 1, 5), QTime(0, 0))), QStringLiteral("2026-01-05"));
-    EXPECT_EQ(storedDateTime(QDateTime(QDate(2026, 1, 5), QTime(7, 8, 9))),
-              QStringLiteral("2026-01-05 07:08:09"));
-    EXPECT_EQ(dateFromStored(u"2026-01-05 07:08:09"), QDate(2026, 1, 5));
-    EXPECT_FALSE(dateFromStored(u"05.01.2026").isValid());
-}
-
 TEST(Dates, JetDayNumbers)
 {
     EXPECT_EQ(QDate(1899, 12, 30).toJulianDay(), kJetEpochJulianDay);

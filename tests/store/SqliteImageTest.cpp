@@ -1,10 +1,12 @@
 #include "store/SqliteImage.h"
-#include "StoreFolder.h"
 #include "jet/FileImage.h"
 #include "jet/Reader.h"
 #include "jet/Writer.h"
 #include "store/DatabaseDiff.h"
 #include "support/Fixtures.h"
+#include "support/ProgramFolder.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -20,9 +22,9 @@ using Kind = jet::RowChange::Kind;
 // out of the store's SQLite tables exactly as they went in.
 TEST(SqliteImage, ReferenceFilesComeBackUnchanged)
 {
-    const std::filesystem::path folder = std::filesystem::path(VELMORA_SHARED_DIR) / "jet-fixtures";
-    if (!std::filesystem::is_directory(folder))
-        GTEST_SKIP() << "no reference files in " << folder << " (the shared folder is not present)";
+    const std::filesystem::path folder = testsupport::fixturesDir();
+    if (folder.empty())
+        GTEST_SKIP() << "reference files (../shared/jet-fixtures) not present: skipped";
     struct Case
     {
         const char* file;
@@ -64,7 +66,7 @@ void run(SqliteImage& image, const std::string& sql, std::int64_t number = 0)
 // byte what encoding all of SQLite's tables gives, and pass its check.
 TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
 {
-    jet::Database db = store::test::sampleDatabase();
+    jet::Database db = velmora::test::sampleDatabase();
     for (std::int32_t i = 1; i <= 30000; ++i)
         db.tables[1].rows.push_back({i, jet::DateTime{45000}, i % 5, jet::Currency{i},
                                      u"покупка " + std::u16string(i % 7, u'ы'), std::u16string(), 1});
@@ -99,7 +101,7 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
 // row by row as it decodes.
 TEST(DatabaseDiff, FileComparisonFindsTheFirstDifference)
 {
-    const jet::Database written = store::test::sampleDatabase();
+    const jet::Database written = velmora::test::sampleDatabase();
     const std::vector<std::uint8_t> bytes = jet::encodeDatabase(written);
     EXPECT_EQ(store::firstDifferenceInFile(written, bytes), "");
     struct Case
@@ -134,7 +136,7 @@ TEST(DatabaseDiff, FileComparisonFindsTheFirstDifference)
 // file differs from the changes it was written for.
 TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
 {
-    jet::Database db = store::test::sampleDatabase();
+    jet::Database db = velmora::test::sampleDatabase();
     for (std::int32_t i = 1; i <= 400; ++i)
         db.tables[0].rows.push_back({i, jet::DateTime{45000}, jet::Currency{i}, std::u16string(u"вклад")});
     const jet::FileImage previous(db);

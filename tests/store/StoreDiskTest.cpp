@@ -1,4 +1,3 @@
-#include "StoreFolder.h"
 #include "jet/Writer.h"
 #include "store/AtomicFile.h"
 #include "store/DatabaseDiff.h"
@@ -6,6 +5,9 @@
 #include "store/Store.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
+#include "support/ProgramFolder.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +15,8 @@
 #include <fstream>
 
 using namespace store;
-using store::test::RecordingSink;
-using store::test::StoreFolder;
+using velmora::test::ProgramFolder;
+using velmora::test::RecordingSink;
 
 namespace {
 
@@ -30,7 +32,7 @@ bool setBalance(Transaction& tx, std::int64_t units)
 
 jet::Database withBalance(std::int64_t units)
 {
-    jet::Database db = test::sampleDatabase();
+    jet::Database db = velmora::test::sampleDatabase();
     for (jet::Row& row : db.table(u"Tech")->rows)
         if (row[0] == jet::Value(std::u16string(u"OSTATOK")))
             row[2] = jet::Currency{units};
@@ -41,11 +43,11 @@ jet::Database withBalance(std::int64_t units)
 
 TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
 {
-    StoreFolder folder;
-    folder.writeDataFile(withBalance(100));
+    ProgramFolder folder;
+    folder.write(withBalance(100));
     RecordingSink sink;
     bool diskFull = true;
-    Store store(folder.dir(), &sink,
+    Store store(folder.path(), &sink,
                 [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
                     if (diskFull)
                         throw store::FileError::writing(path, "write", ENOSPC);
@@ -70,16 +72,16 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
     Transaction tx(store);
     setBalance(tx, 300);
     EXPECT_TRUE(tx.commit());
-    Store reader(folder.dir());
+    Store reader(folder.path());
     EXPECT_EQ(lookupValue(reader, "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
 }
 
 TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
 {
-    StoreFolder folder;
-    folder.writeDataFile(withBalance(0));
-    Store first(folder.dir());
-    Store second(folder.dir());
+    ProgramFolder folder;
+    folder.write(withBalance(0));
+    Store first(folder.path());
+    Store second(folder.path());
     EXPECT_EQ(balanceOf(first).toLongLong(), 0);
     EXPECT_EQ(balanceOf(second).toLongLong(), 0);
     for (std::int64_t units = 1; units <= 4; ++units) {
@@ -97,14 +99,14 @@ TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
 
 TEST(StoreDisk, AFileReplacedDuringATransactionIsReadAgainNotOverwritten)
 {
-    StoreFolder folder;
-    folder.writeDataFile(withBalance(1));
+    ProgramFolder folder;
+    folder.write(withBalance(1));
     RecordingSink sink;
-    Store store(folder.dir(), &sink);
+    Store store(folder.path(), &sink);
     {
         Transaction tx(store);
         setBalance(tx, 2);
-        folder.writeDataFile(withBalance(7)); // another program, ignoring the lock
+        folder.write(withBalance(7)); // another program, ignoring the lock
         const StoreResult result = tx.commit();
         ASSERT_FALSE(result);
         EXPECT_EQ(result.error().kind(), StoreError::Kind::ChangedOnDisk);
@@ -117,13 +119,13 @@ TEST(StoreDisk, AFileReplacedDuringATransactionIsReadAgainNotOverwritten)
     EXPECT_EQ(balanceOf(store).toLongLong(), 7);
 
     // Between transactions a replaced file is simply read again.
-    folder.writeDataFile(withBalance(9));
+    folder.write(withBalance(9));
     EXPECT_EQ(balanceOf(store).toLongLong(), 9);
 }
 
 TEST(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
 {
-    jet::Database original = test::sampleDatabase();
+    jet::Database original = velmora::test::sampleDatabase();
     jet::Table extra;
     extra.name = u"Extra";
     extra.columns = {jet::Column::ofType(u"Id", jet::ColumnType::Long, true),
@@ -148,10 +150,10 @@ TEST(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
     };
     extra.lastAutoNumber = 9;
     original.tables.push_back(extra);
-    StoreFolder folder;
-    folder.writeDataFile(original);
+    ProgramFolder folder;
+    folder.write(original);
 
-    Store store(folder.dir());
+    Store store(folder.path());
     Transaction tx(store);
     ASSERT_TRUE(tx.execute("INSERT INTO Mon (F0, F1) VALUES (13, ?)", {QStringLiteral("Лишний")}));
     ASSERT_TRUE(tx.commit());
@@ -164,12 +166,12 @@ TEST(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
 // Only the data file's own temporary files go, not those of the backup's writes.
 TEST(StoreDisk, TemporaryFilesOfAnInterruptedSaveAreRemovedOnLoading)
 {
-    StoreFolder folder;
-    folder.writePreparedFile();
-    std::ofstream(folder.path() / "velmora.mdb.tmp-999999-1") << "half a file";
-    std::ofstream(folder.path() / "velmora_backup.mdb.tmp-999999-2") << "half a backup";
-    std::ofstream(folder.path() / "notes.txt") << "the user's";
-    Store store(folder.dir());
+    ProgramFolder folder;
+    folder.writePrepared();
+    std::ofstream(folder / "velmora.mdb.tmp-999999-1") << "half a file";
+    std::ofstream(folder / "velmora_backup.mdb.tmp-999999-2") << "half a backup";
+    std::ofstream(folder / "notes.txt") << "the user's";
+    Store store(folder.path());
     ASSERT_TRUE(opens(store));
     EXPECT_EQ(folder.strayFiles(),
               (std::vector<std::string>{"notes.txt", "velmora_backup.mdb.tmp-999999-2"}));

@@ -1,12 +1,14 @@
-#include "StoreFolder.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+#include "support/ProgramFolder.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
 using namespace store;
-using store::test::RecordingSink;
-using store::test::StoreFolder;
+using velmora::test::ProgramFolder;
+using velmora::test::RecordingSink;
 
 namespace {
 
@@ -15,7 +17,7 @@ class StoreQueryTest : public ::testing::Test
 protected:
     StoreQueryTest()
     {
-        folder.writeDataFile(test::sampleDatabase());
+        folder.write(velmora::test::sampleDatabase());
         Transaction tx(store);
         const struct
         {
@@ -35,26 +37,21 @@ protected:
         EXPECT_TRUE(tx.commit());
     }
 
-    StoreFolder folder;
+    ProgramFolder folder;
     RecordingSink sink;
-    Store store{folder.dir(), &sink};
+    Store store{folder.path(), &sink};
 };
 
 } // namespace
 
 TEST_F(StoreQueryTest, MonthSumsAreExact)
 {
-    const Rows rows = query(
-        store, "SELECT SUM(F3) AS SUM1 FROM Bills WHERE DatePart('m', F1) = ? AND DatePart('yyyy', F1) = ?",
-        {1, 2026});
+    const Rows rows =
+        query(store, "SELECT SUM(F3) AS SUM1 FROM Bills WHERE strftime('%Y-%m', F1) = ?", {"2026-01"});
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].amount(0).toPlainString(), QStringLiteral("102.685"));
     EXPECT_EQ(rows[0].value(u"sum1"), rows[0].value(0));
 
-    // The same with SQLite's own date functions, and an empty month.
-    const Rows december =
-        query(store, "SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = ?", {"2025-12"});
-    EXPECT_EQ(december[0].amount(0), *Amount::parse(u"10,5"));
     const Rows march = query(store, "SELECT SUM(F3) FROM Bills WHERE strftime('%Y-%m', F1) = '2026-03'");
     EXPECT_FALSE(march[0].value(0).isValid());
     EXPECT_EQ(march[0].amount(0), Amount());
@@ -71,13 +68,7 @@ TEST_F(StoreQueryTest, RowsGiveTypedValuesAndGroupTextsWithoutCase)
     EXPECT_EQ(rows[1].integer(1), 2);
     EXPECT_EQ(rows[1].date(2), QDate(2026, 1, 31));
     EXPECT_EQ(rows[1].columnNames(), (QStringList{"F4", "N", "Last"}));
-
-    const Rows dates =
-        query(store, "SELECT DatePart('d', F1), DatePart('w', F1), DatePart('q', F1) FROM Bills "
-                     "ORDER BY F0 LIMIT 1");
-    EXPECT_EQ(dates[0].integer(0), 31);
-    EXPECT_EQ(dates[0].integer(1), 4); // 31.12.2025 is a Wednesday; Sunday counts 1
-    EXPECT_EQ(dates[0].integer(2), 4);
+    EXPECT_EQ(query(store, "SELECT ? * 10 + ?", {true, false})[0].integer(0), 10) << "Yes is bound as 1";
 }
 
 TEST_F(StoreQueryTest, AFailedQueryShowsItsErrorAndSpoilsTheTransaction)

@@ -1,17 +1,19 @@
 #include "store/Store.h"
-#include "StoreFolder.h"
 #include "jet/Writer.h"
 #include "store/AtomicFile.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
+#include "support/ProgramFolder.h"
+#include "support/RecordingSink.h"
+#include "support/StoreCalls.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 
 using namespace store;
-using store::test::RecordingSink;
-using store::test::StoreFolder;
+using velmora::test::ProgramFolder;
+using velmora::test::RecordingSink;
 
 namespace {
 
@@ -21,7 +23,7 @@ const QVariantList kOstatok{QStringLiteral("OSTATOK")};
 class StoreTest : public ::testing::Test
 {
 protected:
-    StoreTest() { folder.writeDataFile(test::sampleDatabase()); }
+    StoreTest() { folder.write(velmora::test::sampleDatabase()); }
 
     Amount balance() { return Amount::fromStored(lookupValue(store, "Tech", "F2", kBalance, kOstatok)); }
 
@@ -31,9 +33,9 @@ protected:
                           {QDate(2026, 3, 14), amount, comment});
     }
 
-    StoreFolder folder;
+    ProgramFolder folder;
     RecordingSink sink;
-    Store store{folder.dir(), &sink};
+    Store store{folder.path(), &sink};
 };
 
 const jet::Row* findRow(const jet::Table& table, const jet::Value& key)
@@ -147,7 +149,7 @@ TEST_F(StoreTest, AutonumbersAreNeverReused)
         ASSERT_TRUE(tx.commit());
     }
     EXPECT_EQ(folder.readDataFile().table(u"Bank")->lastAutoNumber, 3);
-    Store fresh(folder.dir(), &sink);
+    Store fresh(folder.path(), &sink);
     {
         Transaction tx(fresh);
         deposit(tx, Amount(), QString());
@@ -163,12 +165,12 @@ TEST_F(StoreTest, AutonumbersAreNeverReused)
 
 TEST_F(StoreTest, AFileWhoseCounterLagsBehindItsRowsStillGetsFreshNumbers)
 {
-    jet::Database db = test::sampleDatabase();
+    jet::Database db = velmora::test::sampleDatabase();
     jet::Table& bills = *db.table(u"Bills");
     bills.rows.push_back({std::int32_t{7}, jet::DateTime{46000}, std::int32_t{1}, jet::Currency{10'000},
                           std::u16string(u"Хлеб"), std::u16string(), std::int32_t{1}});
     bills.lastAutoNumber = 2;
-    folder.writeDataFile(db);
+    folder.write(db);
     Transaction tx(store);
     tx.execute("INSERT INTO Bills (F1, F2, F3, F6) VALUES (?, 1, ?, 1)",
                {QDate(2026, 1, 1), Amount::fromUnits(5)});
@@ -178,7 +180,7 @@ TEST_F(StoreTest, AFileWhoseCounterLagsBehindItsRowsStillGetsFreshNumbers)
 TEST_F(StoreTest, NestedTransactionsWriteOnceAtTheOutermostCommit)
 {
     int writes = 0;
-    Store counted(folder.dir(), &sink,
+    Store counted(folder.path(), &sink,
                   [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
                       ++writes;
                       store::writeFileAtomically(path, bytes);

@@ -26,7 +26,8 @@ std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
 CommandResult run(const std::string& command)
 {
     CommandResult result;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    // mdbtools convert names to the locale's encoding: UTF-8 whatever the caller's LANG.
+    FILE* pipe = popen(("export LC_ALL=C.UTF-8; " + command + " 2>&1").c_str(), "r");
     if (!pipe)
         return result;
     std::array<char, 65536> buffer;

@@ -13,7 +13,7 @@ std::filesystem::path fixturesDir();
 
 std::vector<std::uint8_t> readBytes(const std::filesystem::path& path);
 
-// Output of a command (run through the shell) and its exit code.
+// Output of a command (run through the shell, in the C.UTF-8 locale) and its exit code.
 struct CommandResult
 {
     std::string output;

@@ -30,45 +30,10 @@ jet::DateTime dayOf(std::chrono::year_month_day date)
 
 } // namespace
 
-TEST(CsvExport, HeaderThenOneLinePerRow)
-{
-    jet::Table table;
-    table.name = u"Bank";
-    table.columns = {Column::ofType(u"F0", ColumnType::Long, true), Column::text(u"Сумма прописью", 50),
-                     Column::ofType(u"F2", ColumnType::Currency)};
-    EXPECT_EQ(velmora::exportCsv(table), "F0,Сумма прописью,F2\n") << "an empty table is its header line";
-    table.rows = {{std::int32_t{1}, std::u16string(u"Зарплата"), jet::Currency{1000000}},
-                  {std::int32_t{2}, jet::Null{}, jet::Null{}}};
-    EXPECT_EQ(velmora::exportCsv(table), "F0,Сумма прописью,F2\n1,\"Зарплата\",100.0000\n2,,\n");
-}
-
-TEST(CsvExport, TextsAreQuotedWithQuotesDoubledAndLineBreaksKept)
-{
-    struct Case
-    {
-        Value value;
-        const char* csv;
-    };
-    const Case cases[] = {
-        {std::u16string(u"Хлеб"), "\"Хлеб\""},
-        {std::u16string(u"магазин \"У дома\""), "\"магазин \"\"У дома\"\"\""},
-        {std::u16string(u"\""), "\"\"\"\""},
-        {std::u16string(u"рынок, 2 кг"), "\"рынок, 2 кг\""},
-        {std::u16string(u"строка\r\nвторая\nтретья"), "\"строка\r\nвторая\nтретья\""},
-        {std::u16string(u"Ελληνικά 日本語 €"), "\"Ελληνικά 日本語 €\""},
-        {std::u16string(u"tab\there"), "\"tab\there\""},
-        // A zero-length text prints exactly like Null.
-        {std::u16string(), ""},
-        {jet::Null{}, ""},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(field(ColumnType::Text, c.value), c.csv);
-        EXPECT_EQ(field(ColumnType::Memo, c.value), c.csv);
-    }
-}
-
-// Numbers print unquoted; GUIDs and binary data quoted, binary as it is with
-// its quote bytes doubled.
+// Headers and quoted texts are compared with mdb-export on every table the
+// writer's and reader's tests make; the rest is pinned here. Numbers print
+// unquoted; GUIDs and binary data quoted, binary as it is with its quote bytes
+// doubled.
 TEST(CsvExport, NumbersGuidsAndBinaryValues)
 {
     struct Case

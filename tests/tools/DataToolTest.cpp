@@ -1,7 +1,7 @@
 #include "ChildProcess.h"
-#include "MoneyCheck.h"
 #include "SampleData.h"
-#include "TempFolder.h"
+
+#include "support/ProgramFolder.h"
 
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
@@ -11,13 +11,11 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <map>
-#include <sstream>
 #include <sys/stat.h>
 
+using velmora::test::ProgramFolder;
 using velmora::test::ProgramResult;
 using velmora::test::runProgram;
-using velmora::test::TempFolder;
 
 namespace {
 
@@ -25,65 +23,6 @@ ProgramResult tool(std::vector<std::string> args)
 {
     args.insert(args.begin(), VELMORA_DATA_TOOL);
     return runProgram(args);
-}
-
-const char* mdbSchemaType(const jet::Column& column)
-{
-    static std::string text;
-    switch (column.type) {
-    case jet::ColumnType::Long:
-        return "Long Integer";
-    case jet::ColumnType::Currency:
-        return "Currency";
-    case jet::ColumnType::DateTime:
-        return "DateTime";
-    default:
-        text = "Text (" + std::to_string(column.maxChars()) + ")";
-        return text.c_str();
-    }
-}
-
-// "TABLE.COLUMN TYPE" lines of mdb-schema's DDL.
-std::vector<std::string> schemaLines(const std::string& ddl)
-{
-    std::vector<std::string> lines;
-    std::istringstream in(ddl);
-    std::string line, table;
-    while (std::getline(in, line)) {
-        if (line.starts_with("CREATE TABLE [")) {
-            table = line.substr(14, line.find(']') - 14);
-        } else if (line.starts_with("\t[")) {
-            const std::size_t close = line.find(']');
-            std::string type = line.substr(line.find_first_not_of('\t', close + 1));
-            type = type.substr(0, type.find_last_not_of(", ") + 1);
-            lines.push_back(table + "." + line.substr(2, close - 2) + " " + type);
-        }
-    }
-    return lines;
-}
-
-// mdbtools sees what we wrote: a Jet 4 file, our eight tables with our column
-// types, and every table exported exactly as our own export prints it.
-void checkWithMdbTools(const std::filesystem::path& file)
-{
-    EXPECT_EQ(runProgram({"mdb-ver", file.string()}).out, "JET4\n");
-    std::string names;
-    std::vector<std::string> expectedSchema;
-    for (const jet::Table& table : store::schemaTables()) {
-        names += jet::toUtf8(table.name) + "\n";
-        for (const jet::Column& column : table.columns)
-            expectedSchema.push_back(jet::toUtf8(table.name) + "." + jet::toUtf8(column.name) + " " +
-                                     mdbSchemaType(column));
-    }
-    EXPECT_EQ(runProgram({"mdb-tables", "-1", file.string()}).out, names);
-    EXPECT_EQ(tool({"tables", file.string()}).out, names);
-    EXPECT_EQ(schemaLines(runProgram({"mdb-schema", file.string()}).out), expectedSchema);
-    for (const jet::Table& table : store::schemaTables()) {
-        const std::string name = jet::toUtf8(table.name);
-        const ProgramResult ours = tool({"export", file.string(), name});
-        EXPECT_EQ(ours.exitCode, 0) << ours.err;
-        EXPECT_EQ(ours.out, runProgram({"mdb-export", file.string(), name}).out) << name;
-    }
 }
 
 } // namespace
@@ -126,22 +65,25 @@ TEST(DataTool, HelpAndBadArguments)
 
 TEST(DataTool, NewWritesThePreparedFile)
 {
-    TempFolder folder;
+    const ProgramFolder folder;
     const auto file = folder / "velmora.mdb";
     const ProgramResult made = tool({"new", file.string()});
     ASSERT_EQ(made.exitCode, 0) << made.err;
-    checkWithMdbTools(file);
     const jet::Database db = jet::readDatabase(store::readRegularFile(file).bytes, store::kFilePassword);
     const jet::Database prepared = store::preparedDatabase(0);
     for (const jet::Table& table : prepared.tables)
         EXPECT_EQ(db.table(table.name)->rows, table.rows) << jet::toUtf8(table.name);
+    std::string names;
+    for (const jet::Table& table : prepared.tables)
+        names += jet::toUtf8(table.name) + "\n";
+    EXPECT_EQ(tool({"tables", file.string()}).out, names);
     EXPECT_EQ(tool({"export", file.string(), "Tech"}).out,
               "F0,F1,F2,F3\n\"OSTATOK\",,0.0000,\n\"BACKUP\",,,\n");
 }
 
 TEST(DataTool, SampleFilesHoldTheGeneratedHistory)
 {
-    TempFolder folder;
+    const ProgramFolder folder;
     struct Case
     {
         const char* name;
@@ -149,7 +91,7 @@ TEST(DataTool, SampleFilesHoldTheGeneratedHistory)
         int opsPerMonth;
         int seed;
     };
-    const Case cases[] = {{"tiny.mdb", 1, 1, 1}, {"small.mdb", 2, 30, 5}, {"large.mdb", 10, 833, 9}};
+    const Case cases[] = {{"tiny.mdb", 1, 1, 1}, {"small.mdb", 2, 30, 5}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const auto file = folder / c.name;
@@ -157,7 +99,6 @@ TEST(DataTool, SampleFilesHoldTheGeneratedHistory)
             tool({"sample", file.string(), "--years", std::to_string(c.years), "--ops-per-month",
                   std::to_string(c.opsPerMonth), "--seed", std::to_string(c.seed), "--end", "2024-02-29"});
         ASSERT_EQ(made.exitCode, 0) << made.err;
-        checkWithMdbTools(file);
         velmora::SampleOptions options;
         options.years = c.years;
         options.opsPerMonth = c.opsPerMonth;
@@ -167,14 +108,12 @@ TEST(DataTool, SampleFilesHoldTheGeneratedHistory)
         const jet::Database db = jet::readDatabase(store::readRegularFile(file).bytes, store::kFilePassword);
         for (const jet::Table& table : history.database.tables)
             EXPECT_TRUE(db.table(table.name)->rows == table.rows) << jet::toUtf8(table.name);
-        EXPECT_EQ(velmora::test::moneyProblems(db, history.transfers), "");
-        EXPECT_EQ(velmora::test::shapeProblems(db, options), "");
     }
 }
 
 TEST(DataTool, NeverOverwritesAFile)
 {
-    TempFolder folder;
+    const ProgramFolder folder;
     const auto file = folder / "velmora.mdb";
     std::ofstream(file) << "precious";
     for (const std::vector<std::string>& args :
@@ -191,7 +130,7 @@ TEST(DataTool, NeverOverwritesAFile)
 
 TEST(DataTool, FailuresNameTheFileAndTheCause)
 {
-    TempFolder folder;
+    const ProgramFolder folder;
     const auto file = folder / "velmora.mdb";
     ASSERT_EQ(tool({"new", file.string()}).exitCode, 0);
     const auto damaged = folder / "damaged.mdb";
@@ -212,7 +151,7 @@ TEST(DataTool, FailuresNameTheFileAndTheCause)
         {{"export", missing, "Bank"}, missing + ": cannot read the file"},
         {{"tables", damaged.string()}, damaged.string() + ": damaged or not a Jet database"},
         {{"export", file.string(), "Banks"}, file.string() + ": no table named 'Banks'"},
-        {{"tables", folder.path().string()}, folder.path().string() + notRegular},
+        {{"tables", folder.path().toStdString()}, folder.path().toStdString() + notRegular},
         {{"export", fifo, "Bank"}, fifo + notRegular},
         {{"export", "/dev/zero", "Bank"}, "/dev/zero" + notRegular},
     };
@@ -226,7 +165,7 @@ TEST(DataTool, FailuresNameTheFileAndTheCause)
 
 TEST(DataTool, FileWithoutPasswordOpensWithAnyPassword)
 {
-    TempFolder folder;
+    const ProgramFolder folder;
     const auto file = folder / "open.mdb";
     ASSERT_EQ(tool({"--password", "", "new", file.string()}).exitCode, 0);
     for (const char* password : {"", "anything", "varnolit2031"}) {

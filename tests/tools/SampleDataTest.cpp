@@ -1,11 +1,10 @@
 #include "SampleData.h"
-#include "MoneyCheck.h"
 
 #include "CsvExport.h"
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <map>
 #include <stdexcept>
 
 using namespace std::chrono;
@@ -32,6 +31,46 @@ std::string csvOf(const jet::Database& db)
     return all;
 }
 
+std::int64_t units(const jet::Value& v)
+{
+    return std::get<jet::Currency>(v).units;
+}
+
+// Replays the history day by day from its rows and the reported purse
+// transfers: neither the bank part nor a purse ends a day below zero, and the
+// stored balance and purses are what the operations add up to. Empty when all
+// holds, else what is wrong first.
+std::string moneyProblems(const velmora::SampleHistory& history)
+{
+    const jet::Database& db = history.database;
+    std::map<double, std::map<std::int32_t, std::int64_t>> days; // purse 0 is the bank part
+    std::int64_t balance = 0;
+    for (const jet::Row& row : db.table(u"Bank")->rows) {
+        days[std::get<jet::DateTime>(row[1]).days][0] += units(row[2]);
+        balance += units(row[2]);
+    }
+    for (const jet::Row& row : db.table(u"Bills")->rows) {
+        days[std::get<jet::DateTime>(row[1]).days][std::get<std::int32_t>(row[6])] -= units(row[3]);
+        balance -= units(row[3]);
+    }
+    for (const velmora::PurseTransfer& t : history.transfers) {
+        const double day = static_cast<double>(t.day.time_since_epoch().count() + 25569);
+        days[day][0] -= t.units;
+        days[day][t.purse] += t.units;
+    }
+    std::map<std::int32_t, std::int64_t> money;
+    for (const auto& [day, moves] : days)
+        for (const auto& [purse, delta] : moves)
+            if ((money[purse] += delta) < 0)
+                return "purse " + std::to_string(purse) + " below zero on day " + std::to_string(day);
+    if (units(db.table(u"Tech")->rows.at(0).at(2)) != balance)
+        return "the stored balance is not the sum of the operations";
+    for (const jet::Row& row : db.table(u"Purse")->rows)
+        if (units(row[1]) != money[std::get<std::int32_t>(row[0])])
+            return "purse " + std::to_string(std::get<std::int32_t>(row[0])) + " holds another sum";
+    return {};
+}
+
 } // namespace
 
 TEST(SampleData, MoneyAddsUpForEverySize)
@@ -46,8 +85,10 @@ TEST(SampleData, MoneyAddsUpForEverySize)
     for (const SampleOptions& o : cases) {
         const velmora::SampleHistory history = makeSampleHistory(o);
         SCOPED_TRACE(std::to_string(o.years) + " years, " + std::to_string(o.opsPerMonth) + " a month");
-        EXPECT_EQ(velmora::test::moneyProblems(history.database, history.transfers), "");
-        EXPECT_EQ(velmora::test::shapeProblems(history.database, o), "");
+        EXPECT_EQ(moneyProblems(history), "");
+        const auto operations =
+            history.database.table(u"Bank")->rows.size() + history.database.table(u"Bills")->rows.size();
+        EXPECT_EQ(operations, static_cast<std::size_t>(12 * o.years * o.opsPerMonth));
     }
 }
 
@@ -57,47 +98,6 @@ TEST(SampleData, SameSeedGivesSameHistoryOtherSeedAnother)
     const std::string first = csvOf(velmora::makeSampleDatabase(options(2, 40, 11, end)));
     EXPECT_EQ(csvOf(velmora::makeSampleDatabase(options(2, 40, 11, end))), first);
     EXPECT_NE(csvOf(velmora::makeSampleDatabase(options(2, 40, 12, end))), first);
-    EXPECT_EQ(velmora::makeSampleDatabase(options(2, 40, 11, end)).creationDate,
-              static_cast<double>((sys_days{2022y / 6 / 1}).time_since_epoch().count() + 25569));
-}
-
-TEST(SampleData, LooksLikeAHouseholdsBooks)
-{
-    const SampleOptions o = options(3, 60, 21, sys_days{2024y / 8 / 15});
-    const velmora::SampleHistory history = makeSampleHistory(o);
-    const jet::Database& db = history.database;
-    std::set<std::pair<int, unsigned>> salaryMonths;
-    int withdrawals = 0;
-    for (const jet::Row& row : db.table(u"Bank")->rows) {
-        const year_month_day day{
-            sys_days{days{static_cast<int>(std::get<jet::DateTime>(row[1]).days) - 25569}}};
-        if (std::get<std::u16string>(row[3]).starts_with(u"Зарплата за"))
-            salaryMonths.insert({static_cast<int>(day.year()), static_cast<unsigned>(day.month())});
-        withdrawals += std::get<jet::Currency>(row[2]).units < 0;
-    }
-    EXPECT_EQ(salaryMonths.size(), 35u) << "every month but the first has its salary";
-    EXPECT_GT(withdrawals, 20);
-    std::set<std::int32_t> accounts, purses;
-    int withNote = 0;
-    for (const jet::Row& row : db.table(u"Bills")->rows) {
-        accounts.insert(std::get<std::int32_t>(row[2]));
-        purses.insert(std::get<std::int32_t>(row[6]));
-        withNote += !std::get<std::u16string>(row[5]).empty();
-    }
-    EXPECT_EQ(accounts.size(), 12u);
-    EXPECT_EQ(purses.size(), db.table(u"Purse_Dict")->rows.size());
-    const auto expenses = static_cast<int>(db.table(u"Bills")->rows.size());
-    EXPECT_GT(withNote, expenses / 10);
-    EXPECT_LT(withNote, expenses / 2);
-    bool takenBack = false;
-    for (const velmora::PurseTransfer& t : history.transfers)
-        takenBack = takenBack || t.units < 0;
-    EXPECT_TRUE(takenBack) << "full purses give money back to the bank";
-    EXPECT_GT(std::get<jet::Currency>(db.table(u"Cur")->rows[0][1]).units, 0);
-}
-
-TEST(SampleData, RefusesAnEmptyHistory)
-{
-    EXPECT_THROW(makeSampleHistory(options(0, 10, 1, sys_days{2024y / 1 / 1})), std::invalid_argument);
-    EXPECT_THROW(makeSampleHistory(options(1, 0, 1, sys_days{2024y / 1 / 1})), std::invalid_argument);
+    EXPECT_THROW(makeSampleHistory(options(0, 10, 1, end)), std::invalid_argument);
+    EXPECT_THROW(makeSampleHistory(options(1, 0, 1, end)), std::invalid_argument);
 }
