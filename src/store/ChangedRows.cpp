@@ -12,13 +12,6 @@
 
 namespace store {
 
-namespace {
-
-// Stepping over a row costs a fraction of seeking one.
-constexpr std::int64_t kRowsScannedPerSeek = 8;
-
-} // namespace
-
 ChangedRows::ChangedRows(sqlite3* db, const jet::Table& table, const std::vector<std::int64_t>& kept)
     : m_db(db), m_table(table), m_kept(kept)
 {}
@@ -42,35 +35,22 @@ std::int64_t ChangedRows::countRows() const
 }
 
 // The rows now under the row ids written (none for a row id deleted last),
-// found in one statement: written rows that lie close together (a move of
-// every expense of an account) are read in one pass over their range of row
-// ids, which is quicker than seeking each; a few rows are sought one by one.
+// found in one statement that seeks each row id in turn.
 std::vector<std::optional<jet::Row>>
 ChangedRows::currentRows(const std::vector<WrittenTables::RowWrite>& writes) const
 {
     std::vector<std::optional<jet::Row>> rows(writes.size());
-    const auto live = static_cast<std::int64_t>(
-        std::ranges::count_if(writes, [](const WrittenTables::RowWrite& write) { return !write.deleted; }));
-    if (live == 0)
+    std::string ids = "[";
+    for (const WrittenTables::RowWrite& write : writes)
+        if (!write.deleted)
+            ids += std::to_string(write.rowid) + ',';
+    if (ids.size() == 1)
         return rows;
-    const std::string table = sql::quoteIdentifier(jet::toUtf8(m_table.name));
-    const std::int64_t first = writes.front().rowid;
-    const std::int64_t last = writes.back().rowid;
-    std::string ids = "["; // read in place by SQLite: declared before the statement
-    RawStatement select;
-    if (live * kRowsScannedPerSeek >= last - first + 1) {
-        select = prepareRaw(m_db, "SELECT rowid, * FROM " + table + " WHERE rowid BETWEEN ? AND ?");
-        sqlite3_bind_int64(select.get(), 1, first);
-        sqlite3_bind_int64(select.get(), 2, last);
-    } else {
-        for (const WrittenTables::RowWrite& write : writes)
-            if (!write.deleted)
-                ids += std::to_string(write.rowid) + ',';
-        ids.back() = ']';
-        select = prepareRaw(m_db, "SELECT t.rowid, t.* FROM json_each(?) AS ids CROSS JOIN " + table +
-                                      " AS t ON t.rowid = ids.value");
-        sqlite3_bind_text(select.get(), 1, ids.data(), static_cast<int>(ids.size()), SQLITE_STATIC);
-    }
+    ids.back() = ']';
+    const RawStatement select = prepareRaw(m_db, "SELECT t.rowid, t.* FROM json_each(?) AS ids CROSS JOIN " +
+                                                     sql::quoteIdentifier(jet::toUtf8(m_table.name)) +
+                                                     " AS t ON t.rowid = ids.value");
+    sqlite3_bind_text(select.get(), 1, ids.data(), static_cast<int>(ids.size()), SQLITE_STATIC);
     std::size_t i = 0;
     int rc = SQLITE_OK;
     while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
