@@ -85,15 +85,7 @@ void SqliteImage::load(jet::Database database)
     // The rows are checked here, far quicker than SQLite's CHECK constraints.
     m_db.exec("PRAGMA ignore_check_constraints = ON");
     m_db.exec("BEGIN");
-    m_db.exec(sql::createCounters());
-    for (const jet::Table& table : database.tables)
-        m_db.exec(sql::createTable(table));
-    // Made before the rows go in: the rows come in file order, mostly by
-    // date and number already, which grows an index faster than sorting
-    // them all afterwards.
-    if (schemaMismatch(database).empty())
-        for (const std::string& index : imageIndexes())
-            m_db.exec(index);
+    createTables(database);
     std::vector<std::string> names;
     for (jet::Table& table : database.tables) {
         m_rowids.emplace_back(table.rows.size());
@@ -107,6 +99,19 @@ void SqliteImage::load(jet::Database database)
     m_db.exec("PRAGMA ignore_check_constraints = OFF");
     m_db.exec("COMMIT");
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
+}
+
+void SqliteImage::createTables(const jet::Database& database)
+{
+    m_db.exec(sql::createCounters());
+    for (const jet::Table& table : database.tables)
+        m_db.exec(sql::createTable(table));
+    // Made before the rows go in: the rows come in file order, mostly by
+    // date and number already, which grows an index faster than sorting
+    // them all afterwards.
+    if (schemaMismatch(database).empty())
+        for (const std::string& index : imageIndexes())
+            m_db.exec(index);
 }
 
 // Inserts the rows in order, so that their row ids are 1, 2, ..., several

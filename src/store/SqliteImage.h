@@ -69,6 +69,7 @@ private:
     };
 
     void load(jet::Database database);
+    void createTables(const jet::Database& database);
     void loadTable(const jet::Table& table);
     void startCounter(const jet::Table& table);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
