@@ -105,7 +105,7 @@ store::Result<QDate> Backup::restore(QDate today)
     if (Outcome money = checkMoney(backup->contents(), today); !money)
         return money;
     try {
-        store::WholeFile(m_store, m_writer).replaceWith(*backup);
+        store::WholeFile(m_store, m_writer).replaceWith(std::move(*backup));
     } catch (const StoreError& e) {
         return Outcome::refused(e.message());
     }

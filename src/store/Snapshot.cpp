@@ -5,7 +5,9 @@
 
 namespace store {
 
-Snapshot::Snapshot(jet::Database contents) : m_image(std::make_unique<SqliteImage>(std::move(contents))) {}
+Snapshot::Snapshot(jet::Database contents, std::vector<std::uint8_t>& file)
+    : m_image(std::make_unique<SqliteImage>(std::move(contents), file))
+{}
 
 Snapshot::~Snapshot() = default;
 

@@ -4,25 +4,34 @@
 
 #include "jet/Database.h"
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace store {
 
 class SqliteImage;
 
 // The contents of a data file, to look at without putting them in place:
-// loaded into an SQLite image as the store loads the data file. Read-only.
+// loaded into an SQLite image as the store loads the data file. Read-only
+// until the store takes the image over.
 class Snapshot : public QuerySource
 {
 public:
-    // Throws std::exception when the store cannot load these contents.
-    explicit Snapshot(jet::Database contents);
+    // Keeps `file` as the image's last file, as the store does for the data
+    // file it reads. Throws std::exception when the store cannot load these
+    // contents.
+    Snapshot(jet::Database contents, std::vector<std::uint8_t>& file);
     ~Snapshot() override;
     Snapshot(const Snapshot&) = delete;
     Snapshot& operator=(const Snapshot&) = delete;
 
     // Throws SQLite::Exception for an engine error.
     Rows query(const QString& sql, const QVariantList& params = {}) override;
+
+    const SqliteImage& image() const { return *m_image; }
+    // The image, for a store to work on once the file is the data file.
+    std::unique_ptr<SqliteImage> release() && { return std::move(m_image); }
 
 private:
     std::unique_ptr<SqliteImage> m_image;

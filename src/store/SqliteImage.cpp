@@ -53,19 +53,20 @@ SqliteImage::SqliteImage(jet::Database database) : m_db(":memory:", kOpenFlags)
     load(std::move(database));
 }
 
-SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t> file)
+SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t>& file)
     : m_db(":memory:", kOpenFlags)
 {
     // Encoded before the rows go to SQLite, and the file let go of before,
     // so that at most one copy of the rows and two of the file are held.
     try {
         jet::FileImage encoded(database);
-        if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), file))
+        if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), file)) {
             m_file.emplace(std::move(encoded));
+            std::vector<std::uint8_t>().swap(file);
+        }
     } catch (const jet::Error&) {
         // A value this writer cannot store: the first save says which.
     }
-    std::vector<std::uint8_t>().swap(file);
     load(std::move(database));
 }
 
@@ -87,10 +88,9 @@ void SqliteImage::load(jet::Database database)
     // The rows are checked here, far quicker than SQLite's CHECK constraints.
     m_db.exec("PRAGMA ignore_check_constraints = ON");
     m_db.exec("BEGIN");
-    m_db.exec(sql::createCounters());
+    createTables(database);
     std::vector<std::string> names;
     for (jet::Table& table : database.tables) {
-        m_db.exec(sql::createTable(table));
         m_rowids.emplace_back(table.rows.size());
         std::iota(m_rowids.back().begin(), m_rowids.back().end(), 1);
         loadTable(table);
@@ -100,12 +100,21 @@ void SqliteImage::load(jet::Database database)
     }
     m_shape = std::move(database);
     m_db.exec("PRAGMA ignore_check_constraints = OFF");
-    // Built once the rows are in: sorting them all at once is quicker.
-    if (schemaMismatch(m_shape).empty())
-        for (const std::string& index : imageIndexes())
-            m_db.exec(index);
     m_db.exec("COMMIT");
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
+}
+
+void SqliteImage::createTables(const jet::Database& database)
+{
+    m_db.exec(sql::createCounters());
+    for (const jet::Table& table : database.tables)
+        m_db.exec(sql::createTable(table));
+    // Made before the rows go in: the rows come in file order, mostly by
+    // date and number already, which grows an index faster than sorting
+    // them all afterwards.
+    if (schemaMismatch(database).empty())
+        for (const std::string& index : imageIndexes())
+            m_db.exec(index);
 }
 
 // Inserts the rows in order, so that their row ids are 1, 2, ..., several

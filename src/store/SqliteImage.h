@@ -34,8 +34,9 @@ public:
     // way are written whole by their first save.
     explicit SqliteImage(jet::Database database);
     // The contents of `file`, kept as the last file when it is exactly the
-    // file this program's writer makes of them.
-    SqliteImage(jet::Database database, std::vector<std::uint8_t> file);
+    // file this program's writer makes of them; `file` is then emptied, so
+    // that one copy of the file is held, not two. Otherwise it is left alone.
+    SqliteImage(jet::Database database, std::vector<std::uint8_t>& file);
     ~SqliteImage();
 
     // The current contents as the next data file: the loaded file's
@@ -70,6 +71,7 @@ private:
     };
 
     void load(jet::Database database);
+    void createTables(const jet::Database& database);
     void loadTable(const jet::Table& table);
     void startCounter(const jet::Table& table);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;

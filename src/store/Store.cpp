@@ -70,6 +70,15 @@ bool Store::isCheckedFile(std::span<const std::uint8_t> bytes) const
            std::ranges::equal(file->bytes(), bytes);
 }
 
+void Store::adopt(std::unique_ptr<SqliteImage> image, const FileSignature& written)
+{
+    if (m_depth > 0)
+        return;
+    m_image = std::move(image);
+    m_damage.reset();
+    m_files->signature = written;
+}
+
 void Store::enter()
 {
     if (m_depth++ > 0)
@@ -136,7 +145,7 @@ bool Store::refresh()
     LoadedFile loaded = m_files->file.decode(contents);
     m_damage = std::move(loaded.damage);
     try {
-        m_image = std::make_unique<SqliteImage>(std::move(loaded.database), std::move(contents.bytes));
+        m_image = std::make_unique<SqliteImage>(std::move(loaded.database), contents.bytes);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception&) {

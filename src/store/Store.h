@@ -18,6 +18,7 @@ namespace store {
 
 class SqliteImage;
 class Transaction;
+struct FileSignature;
 
 // The program's only way to the data file velmora.mdb in the program folder.
 // The file is decoded once into an in-memory SQLite database and kept there
@@ -42,6 +43,12 @@ public:
 
 private:
     friend class Transaction;
+    friend class WholeFile;
+
+    // Works on `image` from now on: the contents of the file just put in
+    // place of the data file, whose signature is `written`. Outside a
+    // transaction only; inside one the file is read again at the next.
+    void adopt(std::unique_ptr<SqliteImage> image, const FileSignature& written);
 
     void enter();
     StoreResult leave(bool commit, long long changesAtEnter);

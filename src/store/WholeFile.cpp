@@ -2,8 +2,11 @@
 
 #include "DataFile.h"
 #include "FailureCause.h"
+#include "FileError.h"
 #include "FileLock.h"
+#include "FileSignature.h"
 #include "Schema.h"
+#include "SqliteImage.h"
 #include "Store.h"
 #include "StoreError.h"
 #include "StoreTexts.h"
@@ -34,7 +37,7 @@ template <typename Write> void writing(const fs::path& path, Write write)
 
 } // namespace
 
-WholeFile::WholeFile(const Store& store, FileWriter writer)
+WholeFile::WholeFile(Store& store, FileWriter writer)
     : m_store(store), m_path(store.dataFilePath().toStdString()), m_writer(std::move(writer))
 {}
 
@@ -67,13 +70,18 @@ CheckedFile WholeFile::check(const fs::path& candidate)
     }
 }
 
-void WholeFile::replaceWith(const CheckedFile& file) const
+void WholeFile::replaceWith(CheckedFile file) const
 {
     FileLock lock(m_path);
     lock.take();
     if (isWriteProtected(m_path))
         throw StoreError::forFile(Kind::ReadOnly, shown(m_path));
     writing(m_path, [&] { m_writer(m_path, file.bytes()); });
+    // Without the new file's signature the store simply reads the file again.
+    try {
+        m_store.adopt(std::move(file).releaseImage(), FileSignature::of(m_path));
+    } catch (const FileError&) {
+    }
 }
 
 } // namespace store

@@ -12,13 +12,13 @@ class Store;
 // The data file of a Store taken as a whole: copied for a backup, or replaced
 // by another file for a restore. Both hold the store's lock file while they
 // work, so no handler of this or another Velmora process is inside a
-// transaction meanwhile. A replaced file has a new signature, so the store
-// reads it again at its next transaction.
+// transaction meanwhile. The store works on a replaced file's contents as
+// they were checked, without reading the file again.
 class WholeFile
 {
 public:
     // Tests hand in a `writer` that makes writes fail.
-    explicit WholeFile(const Store& store, FileWriter writer = atomicWriter());
+    explicit WholeFile(Store& store, FileWriter writer = atomicWriter());
 
     // Writes the data file's bytes to `copy` atomically (a failure or a crash
     // leaves the old copy or the new one), when they are a sound data file:
@@ -35,12 +35,13 @@ public:
     static CheckedFile check(const std::filesystem::path& candidate);
 
     // Puts a checked file in place of the data file, atomically; a link is
-    // followed. A write-protected data file is left as it is. Throws
-    // StoreError: Locked, LockUnusable, ReadOnly or CannotWrite.
-    void replaceWith(const CheckedFile& file) const;
+    // followed, and the store takes over its checked contents. A
+    // write-protected data file is left as it is. Throws StoreError: Locked,
+    // LockUnusable, ReadOnly or CannotWrite.
+    void replaceWith(CheckedFile file) const;
 
 private:
-    const Store& m_store;
+    Store& m_store;
     std::filesystem::path m_path;
     FileWriter m_writer;
 };

@@ -69,6 +69,10 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
     // The same store sees the restored file at once.
     EXPECT_EQ(d.rows("Bank"), bankAtBackup);
     EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "1000");
+    // It goes on from there: the next operation is numbered after the backup's and reaches the file.
+    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bank (F1, F2, F3) VALUES ('2026-03-22', 70000, 'снова')"));
+    EXPECT_EQ(lookupValue(store::Store(d.folder().path()), "Bank", "F3", "F0 = 2"),
+              QVariant(QString("снова")));
     EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
 }
 
