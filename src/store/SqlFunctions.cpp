@@ -3,13 +3,11 @@
 #include "JetDateText.h"
 #include "SqlSchema.h"
 
-#include <QDate>
 #include <QString>
 
 #include <cstring>
 #include <limits>
 #include <sqlite3.h>
-#include <stdexcept>
 #include <string_view>
 
 namespace store::sql {
@@ -23,66 +21,6 @@ int compareTexts(void*, int size1, const void* text1, int size2, const void* tex
     const QString a = QString::fromUtf8(static_cast<const char*>(text1), size1);
     const QString b = QString::fromUtf8(static_cast<const char*>(text2), size2);
     return a.compare(b, Qt::CaseInsensitive);
-}
-
-// Year, month, day and seconds of the day of a stored date text; false when
-// the text is not one.
-bool splitDate(std::string_view text, QDate& date, int& seconds)
-{
-    bool digits = true;
-    auto number = [&](std::size_t at, std::size_t width) {
-        int n = 0;
-        for (std::size_t i = at; i < at + width; ++i) {
-            digits = digits && text[i] >= '0' && text[i] <= '9';
-            n = n * 10 + (text[i] - '0');
-        }
-        return n;
-    };
-    if (text.size() != 10 && text.size() != 19)
-        return false;
-    date = QDate(number(0, 4), number(5, 2), number(8, 2));
-    seconds = text.size() == 19 ? number(11, 2) * 3600 + number(14, 2) * 60 + number(17, 2) : 0;
-    return digits && date.isValid();
-}
-
-int datePart(std::string_view interval, QDate date, int seconds)
-{
-    if (interval == "yyyy")
-        return date.year();
-    if (interval == "q")
-        return (date.month() + 2) / 3;
-    if (interval == "m")
-        return date.month();
-    if (interval == "d")
-        return date.day();
-    if (interval == "y")
-        return date.dayOfYear();
-    if (interval == "w")
-        return date.dayOfWeek() % 7 + 1;
-    if (interval == "h")
-        return seconds / 3600;
-    if (interval == "n")
-        return seconds / 60 % 60;
-    if (interval == "s")
-        return seconds % 60;
-    throw std::invalid_argument("DatePart: unknown interval");
-}
-
-void datePartFunction(sqlite3_context* context, int, sqlite3_value** args)
-{
-    if (sqlite3_value_type(args[1]) == SQLITE_NULL)
-        return sqlite3_result_null(context);
-    const auto* interval = reinterpret_cast<const char*>(sqlite3_value_text(args[0]));
-    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(args[1]));
-    QDate date;
-    int seconds = 0;
-    if (!interval || !text || !splitDate(std::string_view(text, sqlite3_value_bytes(args[1])), date, seconds))
-        return sqlite3_result_error(context, "DatePart: not a date", -1);
-    try {
-        sqlite3_result_int(context, datePart(interval, date, seconds));
-    } catch (const std::invalid_argument& e) {
-        sqlite3_result_error(context, e.what(), -1);
-    }
 }
 
 void isStoredDateFunction(sqlite3_context* context, int, sqlite3_value** args)
@@ -145,8 +83,6 @@ void registerFunctions(sqlite3* db)
 {
     sqlite3_create_collation_v2(db, kTextCollation, SQLITE_UTF8, nullptr, compareTexts, nullptr);
     constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    sqlite3_create_function_v2(db, "DatePart", 2, flags, nullptr, datePartFunction, nullptr, nullptr,
-                               nullptr);
     sqlite3_create_function_v2(db, kIsStoredDate, 1, flags, nullptr, isStoredDateFunction, nullptr, nullptr,
                                nullptr);
     sqlite3_create_function_v2(db, "WideSum", 1, flags, nullptr, nullptr, wideSumStep, wideSumFinal, nullptr);

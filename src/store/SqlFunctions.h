@@ -4,11 +4,9 @@ struct sqlite3;
 
 // SQL additions of the store's database, registered on every connection:
 // the collation JETTEXT (texts compare without regard to case, as the Jet
-// engine compares them) and DatePart(interval, date), which takes "yyyy",
-// "q", "m", "d", "y" (day of year), "w" (weekday, Sunday = 1), "h", "n" or
-// "s" of a stored date and gives a whole number, or Null for a Null date;
-// IsStoredDate(text) is 1 for a valid "yyyy-MM-dd[ HH:mm:ss]" from the year
-// 100 on, else 0 (Null for Null), and guards the date columns.
+// engine compares them); IsStoredDate(text), 1 for a valid
+// "yyyy-MM-dd[ HH:mm:ss]" from the year 100 on, else 0 (Null for Null), which
+// guards the date columns.
 // WideSum(money) adds a money column as SUM does, but never overflows: Null
 // when it saw no value, a whole number while the total fits 64 bits, and the
 // 16 bytes of the 128-bit total beyond that (read with WideAmount::fromStored).
