@@ -42,23 +42,4 @@ DataBuilder household2005()
     return data;
 }
 
-analytics::DetailTable longExpenseList(int count)
-{
-    analytics::DetailTable details;
-    details.kind = analytics::DetailKind::Expenses;
-    const QString filler = QStringLiteral(" продукты хозяйственные мелочи");
-    for (int i = 1; i <= count; ++i) {
-        analytics::DetailRow row;
-        row.date = QStringLiteral("%1.03.2005").arg(1 + i % 28, 2, 10, QLatin1Char('0'));
-        row.amount = store::Amount::fromUnits(i * 10000 + 5000);
-        row.comment =
-            (QStringLiteral("Покупка-%1").arg(i, 3, 10, QLatin1Char('0')) + filler.repeated(4)).left(100);
-        row.purse = QStringLiteral("Кошелёк с очень длинным названием номер %1").arg(i % 3);
-        row.number = 1000 + i;
-        row.note = QStringLiteral("Н%1").arg(i, 3, 10, QLatin1Char('0')) + QStringLiteral("ж").repeated(96);
-        details.rows.push_back(row);
-    }
-    return details;
-}
-
 } // namespace velmora::test

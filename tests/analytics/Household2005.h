@@ -2,8 +2,6 @@
 
 #include "DataBuilder.h"
 
-#include "analytics/DetailTable.h"
-
 namespace velmora::test {
 
 // A household's year 2005, with the awkward cases the analytics must get
@@ -13,10 +11,6 @@ namespace velmora::test {
 // been deleted, an expense on a code missing from the catalogue, a bank row
 // without a date, and rows of 2004 that must stay out.
 DataBuilder household2005();
-
-// A month of `count` expenses of one account with long names, purses and
-// notes (each note one word of 100 letters), made without a data file.
-analytics::DetailTable longExpenseList(int count);
 
 // Gives the last expense row its name and note.
 void nameLastBill(DataBuilder& data, const QString& name, const QString& note = {});
