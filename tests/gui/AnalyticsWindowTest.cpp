@@ -40,6 +40,8 @@ DataBuilder household()
         .bill(QDate(2005, 3, 12), 1200, "1500")
         .bill(QDate(2005, 11, 15), 2, "250", 2)
         .bill(QDate(2026, 3, 5), 2, "7");
+    for (int code = 3; code <= 9; ++code) // January 2004: seven accounts with expenses
+        data.account(code, QString::number(code)).bill(QDate(2004, 1, 1), code, "1");
     return data;
 }
 
@@ -190,6 +192,13 @@ void AnalyticsWindowTest::openChartsTakeTheNextPeriodAndRedrawOnExclude()
     };
     QVERIFY(colour("MSChart1", 0) == colour("MSChart2", 0) && colour("MSChart1", 1) == colour("MSChart2", 2));
     QVERIFY(colour("MSChart2", 0) != colour("MSChart2", 1) && colour("MSChart2", 1) != colour("MSChart2", 2));
+    // Figures in Russian notation; labels turn upright only when the bars are many.
+    const auto series = [&](const char* name) {
+        return static_cast<QBarSeries*>(
+            qobject_cast<QChartView*>(charts.control(name))->chart()->series().value(0));
+    };
+    QCOMPARE(series("MSChart1")->chart()->locale().language(), QLocale::Russian);
+    QCOMPARE(series("MSChart1")->labelsAngle(), 0);
     // An open window takes the next period into its fields and keeps its drawing until "Исключить".
     recalculate(f, "11 - Ноябрь", "2005", true);
     QCOMPARE(w.charts().widget(), charts.widget());
@@ -240,6 +249,12 @@ void AnalyticsWindowTest::hiddenChartReturnsWhenItsPeriodHasExpenses()
     QCOMPARE(chart(charts, "MSChart1").value(0), QString("03.2005"));
     QCOMPARE(chart(charts, "MSChart2").value(0), QString("2005"));
     QVERIFY(!charts.control("Label4")->isVisible() && !charts.control("Label3")->isVisible());
+    charts.field("T1")->setText("1");
+    charts.field("T2")->setText("2004");
+    charts.click("Command1");
+    QCOMPARE(chart(charts, "MSChart1").size(), 8);
+    const auto* view = qobject_cast<QChartView*>(charts.control("MSChart1"));
+    QCOMPARE(static_cast<QBarSeries*>(view->chart()->series().value(0))->labelsAngle(), -90);
 }
 
 void AnalyticsWindowTest::chartsCloseWithTheirButtonAndWithTheMainWindow()
