@@ -83,21 +83,19 @@ TEST(Amount, CentRoundingIsHalfUpOnTheExactValue)
         const char* typed;
         const char* rounded;
     };
-    const Case cases[] = {
-        {"12,345", "12.35"},
-        {"-12,345", "-12.34"},
-        {"10,125", "10.13"},
-        {"2,675", "2.68"}, // 2.67 in binary floating point
-        {"1,005", "1.01"}, // 1.00 in binary floating point
-        {"0", "0"},
-        {"0,0049", "0"},
-        {"-0,005", "0"},
-        {"-0,0051", "-0.01"},
-        {"0,004999999", "0"},      // digits beyond the fourth decimal still count ...
-        {"-0,005000001", "-0.01"}, // ... through the cut towards minus infinity
-        {"922337203685477,5807", "922337203685477.58"},
-        {"-922337203685477,5808", "-922337203685477.58"},
-    };
+    const Case cases[] = {{"12,345", "12.35"},
+                          {"-12,345", "-12.34"},
+                          {"10,125", "10.13"},
+                          {"2,675", "2.68"}, // 2.67 in binary floating point
+                          {"1,005", "1.01"}, // 1.00 in binary floating point
+                          {"0", "0"},
+                          {"0,0049", "0"},
+                          {"-0,005", "0"},
+                          {"-0,0051", "-0.01"},
+                          {"0,004999999", "0"},      // digits beyond the fourth decimal still count ...
+                          {"-0,005000001", "-0.01"}, // ... through the cut towards minus infinity
+                          {"922337203685477,5807", "922337203685477.58"},
+                          {"-922337203685477,5808", "-922337203685477.58"}};
     for (const Case& c : cases)
         EXPECT_EQ(Amount::parse(QString::fromUtf8(c.typed))->roundedToCents().toPlainString().toStdString(),
                   c.rounded)
@@ -112,19 +110,17 @@ TEST(Amount, RussianDisplayForms)
         const char* display;
         const char* balance;
     };
-    const Case cases[] = {
-        {0, "0", "0,00 р."},
-        {12'345'000, "1234,5", "1 234,50 р."},
-        {-123'400, "-12,34", "-12,34 р."},
-        {10'000, "1", "1,00 р."},
-        {1, "0,0001", "0,00 р."},
-        {50, "0,005", "0,01 р."},
-        {9'990'000, "999", "999,00 р."},
-        {1'000'000'000'000, "100000000", "100 000 000,00 р."},
-        {-12'345'678'900, "-1234567,89", "-1 234 567,89 р."},
-        {kMin, "-922337203685477,5808", "-922 337 203 685 477,58 р."},
-        {kMax, "922337203685477,5807", "922 337 203 685 477,58 р."},
-    };
+    const Case cases[] = {{0, "0", "0,00 р."},
+                          {12'345'000, "1234,5", "1 234,50 р."},
+                          {-123'400, "-12,34", "-12,34 р."},
+                          {10'000, "1", "1,00 р."},
+                          {1, "0,0001", "0,00 р."},
+                          {50, "0,005", "0,01 р."},
+                          {9'990'000, "999", "999,00 р."},
+                          {1'000'000'000'000, "100000000", "100 000 000,00 р."},
+                          {-12'345'678'900, "-1234567,89", "-1 234 567,89 р."},
+                          {kMin, "-922337203685477,5808", "-922 337 203 685 477,58 р."},
+                          {kMax, "922337203685477,5807", "922 337 203 685 477,58 р."}};
     for (const Case& c : cases) {
         const Amount a = Amount::fromUnits(c.units);
         EXPECT_EQ(a.toDisplayString().toStdString(), c.display) << c.units;
@@ -145,22 +141,21 @@ TEST(WideAmount, SumsBeyondTheCurrencyRangeAreExactAndShown)
         std::optional<std::int64_t> stored;
         const char* excess;
     };
-    const Case cases[] = {
-        {max, "922337203685477,5807", "922 337 203 685 477,58 р.", kMax, "0"},
-        {min, "-922337203685477,5808", "-922 337 203 685 477,58 р.", kMin, "0"},
-        {max + Amount::fromUnits(1), "922337203685477,5808", "922 337 203 685 477,58 р.", std::nullopt,
-         "0.0001"},
-        {min - Amount::fromUnits(1), "-922337203685477,5809", "-922 337 203 685 477,58 р.", std::nullopt,
-         "0.0001"},
-        {-min, "922337203685477,5808", "922 337 203 685 477,58 р.", std::nullopt, "0.0001"},
-        {max + max + max, "2767011611056432,7421", "2 767 011 611 056 432,74 р.", std::nullopt,
-         "1844674407370955.1614"},
-        {min + min - max, "-2767011611056432,7423", "-2 767 011 611 056 432,74 р.", std::nullopt,
-         "1844674407370955.1615"},
-        {max - max, "0", "0,00 р.", 0, "0"},
-        {WideAmount::fromUnits(WideAmount::Units(kMax) * 10000 + 5000), "9223372036854775807,5",
-         "9 223 372 036 854 775 807,50 р.", std::nullopt, "9222449699651090329.9193"},
-    };
+    const Case cases[] = {{max, "922337203685477,5807", "922 337 203 685 477,58 р.", kMax, "0"},
+                          {min, "-922337203685477,5808", "-922 337 203 685 477,58 р.", kMin, "0"},
+                          {max + Amount::fromUnits(1), "922337203685477,5808", "922 337 203 685 477,58 р.",
+                           std::nullopt, "0.0001"},
+                          {min - Amount::fromUnits(1), "-922337203685477,5809", "-922 337 203 685 477,58 р.",
+                           std::nullopt, "0.0001"},
+                          {-min, "922337203685477,5808", "922 337 203 685 477,58 р.", std::nullopt, "0.0001"},
+                          {max + max + max, "2767011611056432,7421", "2 767 011 611 056 432,74 р.",
+                           std::nullopt, "1844674407370955.1614"},
+                          {min + min - max, "-2767011611056432,7423", "-2 767 011 611 056 432,74 р.",
+                           std::nullopt, "1844674407370955.1615"},
+                          {max - max, "0", "0,00 р.", 0, "0"},
+                          {WideAmount::fromUnits(WideAmount::Units(kMax) * 10000 + 5000),
+                           "9223372036854775807,5", "9 223 372 036 854 775 807,50 р.", std::nullopt,
+                           "9222449699651090329.9193"}};
     for (const Case& c : cases) {
         EXPECT_EQ(c.value.toDisplayString().toStdString(), c.display);
         EXPECT_EQ(c.value.toBalanceString().toStdString(), c.balance) << c.display;
@@ -195,38 +190,36 @@ TEST(Dates, ParseAcceptsTheThreeTypedForms)
         const char* typed;
         QDate date; // invalid: refused
     };
-    const Case cases[] = {
-        {"5.1.2026", QDate(2026, 1, 5)},
-        {"05.01.2026", QDate(2026, 1, 5)},
-        {" 05.01.2026 ", QDate(2026, 1, 5)},
-        {"05.01.26", QDate(2026, 1, 5)},
-        {"31.12.29", QDate(2029, 12, 31)},
-        {"01.01.30", QDate(1930, 1, 1)},
-        {"1.1.99", QDate(1999, 1, 1)},
-        {"29.02.2024", QDate(2024, 2, 29)},
-        {"2026-01-05", QDate(2026, 1, 5)},
-        {"0100-01-01", QDate(100, 1, 1)},
-        {"31.12.9999", QDate(9999, 12, 31)},
-        {"31.02.2026", QDate()},
-        {"29.02.2023", QDate()},
-        {"32.01.2026", QDate()},
-        {"00.01.2026", QDate()},
-        {"2026-13-01", QDate()},
-        {"2026-00-10", QDate()},
-        {"0099-12-31", QDate()},
-        {"5.1.202", QDate()},
-        {"5.1.20266", QDate()},
-        {"05.01.2026x", QDate()},
-        {"05..2026", QDate()},
-        {"5.1", QDate()},
-        {"5/1/2026", QDate()},
-        {"05-01-2026", QDate()},
-        {"2026-01-05 10:00", QDate()},
-        {"-5.1.2026", QDate()},
-        {"abc", QDate()},
-        {"", QDate()},
-        {"٥.١.٢٠٢٦", QDate()},
-    };
+    const Case cases[] = {{"5.1.2026", QDate(2026, 1, 5)},
+                          {"05.01.2026", QDate(2026, 1, 5)},
+                          {" 05.01.2026 ", QDate(2026, 1, 5)},
+                          {"05.01.26", QDate(2026, 1, 5)},
+                          {"31.12.29", QDate(2029, 12, 31)},
+                          {"01.01.30", QDate(1930, 1, 1)},
+                          {"1.1.99", QDate(1999, 1, 1)},
+                          {"29.02.2024", QDate(2024, 2, 29)},
+                          {"2026-01-05", QDate(2026, 1, 5)},
+                          {"0100-01-01", QDate(100, 1, 1)},
+                          {"31.12.9999", QDate(9999, 12, 31)},
+                          {"31.02.2026", QDate()},
+                          {"29.02.2023", QDate()},
+                          {"32.01.2026", QDate()},
+                          {"00.01.2026", QDate()},
+                          {"2026-13-01", QDate()},
+                          {"2026-00-10", QDate()},
+                          {"0099-12-31", QDate()},
+                          {"5.1.202", QDate()},
+                          {"5.1.20266", QDate()},
+                          {"05.01.2026x", QDate()},
+                          {"05..2026", QDate()},
+                          {"5.1", QDate()},
+                          {"5/1/2026", QDate()},
+                          {"05-01-2026", QDate()},
+                          {"2026-01-05 10:00", QDate()},
+                          {"-5.1.2026", QDate()},
+                          {"abc", QDate()},
+                          {"", QDate()},
+                          {"٥.١.٢٠٢٦", QDate()}};
     for (const Case& c : cases)
         EXPECT_EQ(parseDate(QString::fromUtf8(c.typed)).value_or(QDate()), c.date) << '"' << c.typed << '"';
 }
@@ -256,19 +249,17 @@ TEST(Dates, StoredTextOfJetDates)
         double days;
         const char* text; // nullptr: not representable
     };
-    const Case cases[] = {
-        {0, "1899-12-30"},
-        {2.5, "1900-01-01 12:00:00"},
-        {-1.25, "1899-12-29 06:00:00"},
-        {46027 + 45296.0 / 86400, "2026-01-05 12:34:56"},
-        {45000.999999999, "2023-03-16"}, // rounds to the next midnight
-        {-657434, "0100-01-01"},
-        {2958465.5, "9999-12-31 12:00:00"},
-        {-657435, nullptr},
-        {2958466, nullptr},
-        {std::numeric_limits<double>::quiet_NaN(), nullptr},
-        {std::numeric_limits<double>::infinity(), nullptr},
-    };
+    const Case cases[] = {{0, "1899-12-30"},
+                          {2.5, "1900-01-01 12:00:00"},
+                          {-1.25, "1899-12-29 06:00:00"},
+                          {46027 + 45296.0 / 86400, "2026-01-05 12:34:56"},
+                          {45000.999999999, "2023-03-16"}, // rounds to the next midnight
+                          {-657434, "0100-01-01"},
+                          {2958465.5, "9999-12-31 12:00:00"},
+                          {-657435, nullptr},
+                          {2958466, nullptr},
+                          {std::numeric_limits<double>::quiet_NaN(), nullptr},
+                          {std::numeric_limits<double>::infinity(), nullptr}};
     for (const Case& c : cases) {
         const std::optional<std::string> text = jetDateToText(jet::DateTime{c.days});
         EXPECT_EQ(text, c.text ? std::optional<std::string>(c.text) : std::nullopt) << c.days;
@@ -335,8 +326,7 @@ TEST(TextPiece, CutsAtTheFirstCharacterOfEachDelimiter)
         {QStringLiteral("a") + kMarker + QStringLiteral("b"), QStringLiteral(","), 2, QStringLiteral("b")},
         // A delimiter beginning with the marker must not hang.
         {QStringLiteral("x") + kMarker + kMarker + QStringLiteral("y"), kMarker + kMarker, 3,
-         QStringLiteral("y")},
-    };
+         QStringLiteral("y")}};
     for (const Case& c : cases)
         EXPECT_EQ(textPiece(c.text, c.delimiter, c.index), c.expected)
             << c.text.toStdString() << " / " << c.delimiter.toStdString() << " / " << c.index;
