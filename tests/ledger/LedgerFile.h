@@ -45,4 +45,10 @@ private:
     std::unique_ptr<store::Store> m_store;
 };
 
+// An amount as the user types it ("12,345").
+inline store::Amount typed(const char* text)
+{
+    return *store::Amount::parse(QString::fromUtf8(text));
+}
+
 } // namespace velmora::test

@@ -1,18 +1,23 @@
 #include "service/Backup.h"
 #include "LedgerFile.h"
+#include "jet/Reader.h"
 #include "jet/Writer.h"
 #include "service/ServiceTexts.h"
+#include "store/AtomicFile.h"
 #include "store/FileError.h"
 #include "store/FileLock.h"
+#include "store/Schema.h"
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
-
-#include <QDir>
-#include <QFile>
+#include "support/ChildProcess.h"
+#include "support/DyingFileOps.h"
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <cerrno>
+#include <csignal>
 #include <functional>
 
 using namespace velmora::test;
@@ -36,6 +41,62 @@ QString message(const char* pattern, const QString& path, const QString& cause =
 {
     const QString text = QString::fromUtf8(pattern);
     return cause.isEmpty() ? text.arg(path) : text.arg(path, cause);
+}
+
+const QDate kBackupDay(2026, 3, 15);
+
+// A data file with enough rows that saving it takes a while, marked by the
+// name of its only account.
+DataBuilder marked(const QString& account)
+{
+    DataBuilder data;
+    data.account(1, account);
+    for (int i = 0; i < 1000; ++i)
+        data.bank(QDate(2026, 1, 1).addDays(i % 300), QString::number(i), QString("операция %1").arg(i));
+    return data;
+}
+
+// The account name of a data file, or why it is not one.
+std::string markOf(const QByteArray& bytes)
+{
+    try {
+        const std::span<const std::uint8_t> view(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                                 static_cast<std::size_t>(bytes.size()));
+        const jet::Database db = jet::readDatabase(view, store::kFilePassword);
+        if (!store::schemaMismatch(db).empty())
+            return "not a data file";
+        const auto& name = std::get<std::u16string>(db.table(u"Bills_Dict")->rows.at(0).at(1));
+        return QString::fromStdU16String(name).toStdString();
+    } catch (const std::exception& e) {
+        return std::string("unreadable: ") + e.what();
+    }
+}
+
+// Runs `work` (a store and a backup on the program folder, both writing
+// through `ops`) in a child that dies at system call 1, 2, … in turn, the files
+// put back by `reset` before each run, and calls `check` after it; the last
+// run is the one that finishes.
+void killAtEveryCall(const std::function<void(store::Store&, service::Backup&)>& work, const QString& dir,
+                     const std::function<void()>& reset, const std::function<void(int killAt)>& check)
+{
+    for (int killAt = 1;; ++killAt) {
+        reset();
+        ChildProcess child([&](ChildProcess&) {
+            DyingFileOps ops(killAt);
+            const store::FileWriter writer = [&](const std::filesystem::path& path,
+                                                 std::span<const std::uint8_t> bytes) {
+                store::writeFileAtomically(path, bytes, ops);
+            };
+            store::Store store(dir, nullptr, writer);
+            service::Backup backup(store, writer);
+            work(store, backup);
+        });
+        const int ended = child.finish();
+        ASSERT_TRUE(ended == 0 || ended == 128 + SIGKILL) << "call " << killAt << ": " << ended;
+        check(killAt);
+        if (ended == 0)
+            return;
+    }
 }
 
 } // namespace
@@ -73,19 +134,12 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
     ASSERT_TRUE(execute(d.store(), "INSERT INTO Bank (F1, F2, F3) VALUES ('2026-03-22', 70000, 'снова')"));
     EXPECT_EQ(lookupValue(store::Store(d.folder().path()), "Bank", "F3", "F0 = 2"),
               QVariant(QString("снова")));
-    EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
-}
-
-TEST(Backup, ASecondBackupReplacesTheFirst)
-{
-    LedgerFile d;
-    Backup backup(d.store());
-    ASSERT_TRUE(backup.make(QDate(2026, 3, 15)));
-    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
+    // A second backup replaces the first.
     ASSERT_TRUE(backup.make(QDate(2026, 3, 16)));
     EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
     EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 16));
     EXPECT_TRUE(QDir(d.folder().path()).entryList(QDir::Files).filter(".tmp-").isEmpty());
+    EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
 }
 
 TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
@@ -178,4 +232,68 @@ TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
     ASSERT_EQ(d.sink.messages.size(), 1);
     other.release();
     EXPECT_EQ(Backup(d.store()).lastBackupDate(), QDate(2026, 3, 1));
+}
+
+TEST(BackupCrash, AKilledRestoreLeavesTheOldOrTheRestoredDataFile)
+{
+    ProgramFolder folder;
+    const QString backupPath = QDir(folder.path()).filePath(store::kBackupFileName);
+    folder.write(marked("прежний").database());
+    const QByteArray old = folder.bytes();
+    folder.write(marked("из копии").database());
+    const QByteArray restored = folder.bytes();
+    writeBytes(backupPath, restored);
+    int oldSeen = 0;
+    int newSeen = 0;
+    killAtEveryCall([](store::Store&, service::Backup& backup) { backup.restore(kBackupDay); }, folder.path(),
+                    [&] { folder.writeBytes(old); },
+                    [&](int killAt) {
+                        const std::string mark = markOf(folder.bytes());
+                        ASSERT_TRUE(mark == "прежний" || mark == "из копии")
+                            << "call " << killAt << ": " << mark;
+                        (mark == "прежний" ? oldSeen : newSeen)++;
+                        ASSERT_EQ(contents(backupPath), restored) << "the backup itself is never touched";
+                        // The next start opens the file and clears what the killed write left.
+                        store::Store next(folder.path());
+                        ASSERT_TRUE(opens(next));
+                        EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{store::kBackupFileName});
+                    });
+    EXPECT_GT(oldSeen, 5);
+    EXPECT_GT(newSeen, 0);
+}
+
+TEST(BackupCrash, AKilledBackupLeavesEachFileOldOrNew)
+{
+    ProgramFolder folder;
+    const QString backupPath = QDir(folder.path()).filePath(store::kBackupFileName);
+    folder.write(marked("копия прошлая").database());
+    const QByteArray oldBackup = folder.bytes();
+    folder.write(marked("данные").database());
+    const QByteArray oldData = folder.bytes();
+    const auto reset = [&] {
+        folder.writeBytes(oldData);
+        writeBytes(backupPath, oldBackup);
+    };
+    int backupsDone = 0;
+    int backupsOld = 0;
+    killAtEveryCall([](store::Store&, service::Backup& backup) { backup.make(kBackupDay); }, folder.path(),
+                    reset,
+                    [&](int killAt) {
+                        const QByteArray data = folder.bytes();
+                        const QByteArray copy = contents(backupPath);
+                        ASSERT_EQ(markOf(data), "данные") << "call " << killAt;
+                        if (copy == oldBackup) {
+                            ++backupsOld;
+                        } else {
+                            // A new backup is always the data file with its date recorded.
+                            ASSERT_EQ(copy, data) << "call " << killAt;
+                            ++backupsDone;
+                        }
+                        store::Store next(folder.path());
+                        ASSERT_TRUE(opens(next));
+                        const QDate recorded = service::Backup(next).lastBackupDate();
+                        ASSERT_TRUE(!recorded.isValid() || recorded == kBackupDay) << "call " << killAt;
+                    });
+    EXPECT_GT(backupsOld, 5);
+    EXPECT_GT(backupsDone, 0);
 }

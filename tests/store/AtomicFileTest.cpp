@@ -193,7 +193,9 @@ std::vector<std::uint8_t> pattern(std::size_t size, std::uint8_t seed)
 
 } // namespace
 
-TEST(AtomicFile, FailuresBeforeTheRenameLeaveTheTargetAndNoTemporaryFile)
+// Failures before the rename leave the old file; a failed folder sync after it
+// is reported, although the new contents are in place.
+TEST(AtomicFile, FailuresAreReportedAndLeaveTheOldFileOrTheWholeNewOne)
 {
     struct Case
     {
@@ -201,6 +203,7 @@ TEST(AtomicFile, FailuresBeforeTheRenameLeaveTheTargetAndNoTemporaryFile)
         Faults faults;
         const char* step;
         int errorNumber;
+        bool renamed = false;
     };
     const Case cases[] = {
         {"no byte written", Faults{.writeBudget = 0}, "write", EIO},
@@ -209,12 +212,13 @@ TEST(AtomicFile, FailuresBeforeTheRenameLeaveTheTargetAndNoTemporaryFile)
         {"file fsync", Faults{.failFsyncNumber = 1}, "fsync", EIO},
         {"close", Faults{.failClose = true}, "close", EIO},
         {"rename", Faults{.failRename = true}, "rename", EXDEV},
+        {"folder fsync", Faults{.failFsyncNumber = 2}, "fsync folder", EIO, true},
     };
     const ProgramFolder folder;
     const std::filesystem::path target = folder / "data.bin";
     const std::vector<std::uint8_t> old = pattern(5000, 1);
-    store::writeFileAtomically(target, old);
     for (const Case& c : cases) {
+        store::writeFileAtomically(target, old);
         FaultyOps ops(c.faults);
         try {
             store::writeFileAtomically(target, pattern(20000, 2), ops);
@@ -224,18 +228,19 @@ TEST(AtomicFile, FailuresBeforeTheRenameLeaveTheTargetAndNoTemporaryFile)
             EXPECT_EQ(e.step(), c.step) << c.name;
             EXPECT_EQ(e.errorNumber(), c.errorNumber) << c.name;
         }
-        EXPECT_EQ(bytesOf(target), old) << c.name;
+        EXPECT_EQ(bytesOf(target), c.renamed ? pattern(20000, 2) : old) << c.name;
         EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"data.bin"}) << c.name;
     }
 }
 
 // Short and interrupted writes are continued; a file system that cannot sync
-// folders (EINVAL) has the new file in place all the same.
+// folders (EINVAL) has the new file in place all the same, with the old file's permissions.
 TEST(AtomicFile, ShortWritesAndFoldersThatCannotSyncStillGiveTheWholeFile)
 {
     const ProgramFolder folder;
     const std::filesystem::path target = folder / "data.bin";
     store::writeFileAtomically(target, pattern(10, 6));
+    ASSERT_EQ(::chmod(target.c_str(), 0640), 0);
     for (const Faults& faults : {Faults{.maxChunk = 7, .interruptFirstWrite = true},
                                  Faults{.failFsyncNumber = 2, .fsyncErrno = EINVAL}}) {
         FaultyOps ops(faults);
@@ -243,38 +248,12 @@ TEST(AtomicFile, ShortWritesAndFoldersThatCannotSyncStillGiveTheWholeFile)
         EXPECT_NO_THROW(store::writeFileAtomically(target, bytes, ops));
         EXPECT_EQ(bytesOf(target), bytes);
         EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"data.bin"});
+        struct stat st
+        {
+        };
+        ASSERT_EQ(::stat(target.c_str(), &st), 0);
+        EXPECT_EQ(st.st_mode & 0777, 0640u);
     }
-}
-
-TEST(AtomicFile, ReplacingKeepsPermissionsOfTheOldFile)
-{
-    const ProgramFolder folder;
-    const std::filesystem::path target = folder / "data.bin";
-    store::writeFileAtomically(target, pattern(10, 4));
-    ASSERT_EQ(::chmod(target.c_str(), 0640), 0);
-    store::writeFileAtomically(target, pattern(20, 5));
-    struct stat st
-    {
-    };
-    ASSERT_EQ(::stat(target.c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0640u);
-    EXPECT_EQ(bytesOf(target), pattern(20, 5));
-}
-
-TEST(AtomicFile, FolderSyncAfterTheRename)
-{
-    const ProgramFolder folder;
-    const std::filesystem::path target = folder / "data.bin";
-    store::writeFileAtomically(target, pattern(10, 6));
-    // A failed folder sync is reported, although the new contents are in place.
-    FaultyOps ops(Faults{.failFsyncNumber = 2, .fsyncErrno = EIO});
-    try {
-        store::writeFileAtomically(target, pattern(40, 8), ops);
-        ADD_FAILURE() << "no error";
-    } catch (const store::FileError& e) {
-        EXPECT_EQ(e.step(), "fsync folder");
-    }
-    EXPECT_EQ(bytesOf(target), pattern(40, 8));
 }
 
 // The save's calls in their order, and what a power cut after any one of them

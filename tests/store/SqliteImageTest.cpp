@@ -97,6 +97,18 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
     }
 }
 
+// Bytes SQLite holds that are not UTF-8 (a code point past U+10FFFF, a lead
+// byte without its follower) come back as U+FFFD, one per byte.
+TEST(SqliteImage, TextThatIsNotUtf8ComesBackAsReplacementCharacters)
+{
+    SqliteImage image(velmora::test::sampleDatabase());
+    image.begin();
+    run(image, "UPDATE Bills_Dict SET F1 = CAST(X'F4908080C328' AS TEXT) WHERE F0 = 1");
+    EXPECT_EQ(image.dump().table(u"Bills_Dict")->rows[0][1],
+              jet::Value(std::u16string(u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD(")));
+    image.rollback();
+}
+
 // The check before a save compares the encoded file with what was encoded,
 // row by row as it decodes.
 TEST(DatabaseDiff, FileComparisonFindsTheFirstDifference)

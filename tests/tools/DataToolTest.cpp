@@ -1,21 +1,25 @@
 #include "ChildProcess.h"
+#include "CsvExport.h"
 #include "SampleData.h"
-
-#include "support/ProgramFolder.h"
-
 #include "jet/Reader.h"
 #include "jet/Unicode.h"
 #include "store/RegularFile.h"
 #include "store/Schema.h"
+#include "support/ProgramFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <map>
+#include <stdexcept>
 #include <sys/stat.h>
 
 using velmora::test::ProgramFolder;
 using velmora::test::ProgramResult;
 using velmora::test::runProgram;
+using namespace std::chrono;
+using velmora::makeSampleHistory;
+using velmora::SampleOptions;
 
 namespace {
 
@@ -23,6 +27,64 @@ ProgramResult tool(std::vector<std::string> args)
 {
     args.insert(args.begin(), VELMORA_DATA_TOOL);
     return runProgram(args);
+}
+
+SampleOptions options(int years, int opsPerMonth, std::uint64_t seed, sys_days lastDay)
+{
+    SampleOptions o;
+    o.years = years;
+    o.opsPerMonth = opsPerMonth;
+    o.seed = seed;
+    o.lastDay = lastDay;
+    return o;
+}
+
+std::string csvOf(const jet::Database& db)
+{
+    std::string all;
+    for (const jet::Table& table : db.tables)
+        all += velmora::exportCsv(table);
+    return all;
+}
+
+std::int64_t units(const jet::Value& v)
+{
+    return std::get<jet::Currency>(v).units;
+}
+
+// Replays the history day by day from its rows and the reported purse
+// transfers: neither the bank part nor a purse ends a day below zero, and the
+// stored balance and purses are what the operations add up to. Empty when all
+// holds, else what is wrong first.
+std::string moneyProblems(const velmora::SampleHistory& history)
+{
+    const jet::Database& db = history.database;
+    std::map<double, std::map<std::int32_t, std::int64_t>> days; // purse 0 is the bank part
+    std::int64_t balance = 0;
+    for (const jet::Row& row : db.table(u"Bank")->rows) {
+        days[std::get<jet::DateTime>(row[1]).days][0] += units(row[2]);
+        balance += units(row[2]);
+    }
+    for (const jet::Row& row : db.table(u"Bills")->rows) {
+        days[std::get<jet::DateTime>(row[1]).days][std::get<std::int32_t>(row[6])] -= units(row[3]);
+        balance -= units(row[3]);
+    }
+    for (const velmora::PurseTransfer& t : history.transfers) {
+        const double day = static_cast<double>(t.day.time_since_epoch().count() + 25569);
+        days[day][0] -= t.units;
+        days[day][t.purse] += t.units;
+    }
+    std::map<std::int32_t, std::int64_t> money;
+    for (const auto& [day, moves] : days)
+        for (const auto& [purse, delta] : moves)
+            if ((money[purse] += delta) < 0)
+                return "purse " + std::to_string(purse) + " below zero on day " + std::to_string(day);
+    if (units(db.table(u"Tech")->rows.at(0).at(2)) != balance)
+        return "the stored balance is not the sum of the operations";
+    for (const jet::Row& row : db.table(u"Purse")->rows)
+        if (units(row[1]) != money[std::get<std::int32_t>(row[0])])
+            return "purse " + std::to_string(std::get<std::int32_t>(row[0])) + " holds another sum";
+    return {};
 }
 
 } // namespace
@@ -99,12 +161,8 @@ TEST(DataTool, SampleFilesHoldTheGeneratedHistory)
             tool({"sample", file.string(), "--years", std::to_string(c.years), "--ops-per-month",
                   std::to_string(c.opsPerMonth), "--seed", std::to_string(c.seed), "--end", "2024-02-29"});
         ASSERT_EQ(made.exitCode, 0) << made.err;
-        velmora::SampleOptions options;
-        options.years = c.years;
-        options.opsPerMonth = c.opsPerMonth;
-        options.seed = static_cast<std::uint64_t>(c.seed);
-        options.lastDay = std::chrono::sys_days{std::chrono::year{2024} / 2 / 29};
-        const velmora::SampleHistory history = velmora::makeSampleHistory(options);
+        const velmora::SampleHistory history = velmora::makeSampleHistory(
+            options(c.years, c.opsPerMonth, static_cast<std::uint64_t>(c.seed), sys_days{2024y / 2 / 29}));
         const jet::Database db = jet::readDatabase(store::readRegularFile(file).bytes, store::kFilePassword);
         for (const jet::Table& table : history.database.tables)
             EXPECT_TRUE(db.table(table.name)->rows == table.rows) << jet::toUtf8(table.name);
@@ -173,4 +231,33 @@ TEST(DataTool, FileWithoutPasswordOpensWithAnyPassword)
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_EQ(result.out, "F0,F1\n2,0.0000\n3,0.0000\n");
     }
+}
+
+TEST(SampleData, MoneyAddsUpForEverySize)
+{
+    // From a single salary a month to about 100,000 operations; a history that
+    // ends early in a month, on a leap day, and on the last day of a year.
+    const SampleOptions cases[] = {
+        options(1, 1, 1, sys_days{2024y / 3 / 14}),    options(1, 2, 2, sys_days{2024y / 1 / 1}),
+        options(2, 30, 3, sys_days{2024y / 2 / 29}),   options(3, 60, 4, sys_days{2023y / 12 / 31}),
+        options(10, 833, 5, sys_days{2025y / 6 / 10}), options(100, 1, 6, sys_days{2025y / 6 / 10}),
+    };
+    for (const SampleOptions& o : cases) {
+        const velmora::SampleHistory history = makeSampleHistory(o);
+        SCOPED_TRACE(std::to_string(o.years) + " years, " + std::to_string(o.opsPerMonth) + " a month");
+        EXPECT_EQ(moneyProblems(history), "");
+        const auto operations =
+            history.database.table(u"Bank")->rows.size() + history.database.table(u"Bills")->rows.size();
+        EXPECT_EQ(operations, static_cast<std::size_t>(12 * o.years * o.opsPerMonth));
+    }
+}
+
+TEST(SampleData, SameSeedGivesSameHistoryOtherSeedAnother)
+{
+    const sys_days end{2024y / 5 / 20};
+    const std::string first = csvOf(velmora::makeSampleDatabase(options(2, 40, 11, end)));
+    EXPECT_EQ(csvOf(velmora::makeSampleDatabase(options(2, 40, 11, end))), first);
+    EXPECT_NE(csvOf(velmora::makeSampleDatabase(options(2, 40, 12, end))), first);
+    EXPECT_THROW(makeSampleHistory(options(0, 10, 1, end)), std::invalid_argument);
+    EXPECT_THROW(makeSampleHistory(options(1, 0, 1, end)), std::invalid_argument);
 }

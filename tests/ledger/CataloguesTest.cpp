@@ -1,0 +1,239 @@
+#include "LedgerFile.h"
+
+#include "ledger/Balances.h"
+#include "ledger/MonthStatistics.h"
+#include "ledger/PurseCatalogue.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <functional>
+
+using namespace velmora::test;
+
+TEST(Balances, BankIsTheStoredBalanceLessThePurses)
+{
+    struct Case
+    {
+        const char* what;
+        std::function<void(DataBuilder&)> fill;
+        const char* purses;
+        const char* bank;
+    };
+    const Case cases[] = {
+        {"prepared file", [](DataBuilder&) {}, "0", "0"},
+        {"no purses", [](DataBuilder& d) { d.balance("1234,5"); }, "0", "1234.5"},
+        {"purses",
+         [](DataBuilder& d) { d.balance("1000").purse(1, "Наличные", "100").purse(2, "Карта", "50,25"); },
+         "150.25", "849.75"},
+        {"a purse below zero",
+         [](DataBuilder& d) { d.balance("10").purse(1, "Наличные", "-20").purse(2, "Карта", "5,5"); },
+         "-14.5", "24.5"},
+        {"purse without money", [](DataBuilder& d) { d.balance("7").purseWithoutMoney(1, "Пустой"); }, "0",
+         "7"},
+        {"no balance row", [](DataBuilder& d) { d.withoutBalanceRow().purse(1, "Наличные", "30"); }, "30",
+         "-30"},
+        {"the last balance row counts",
+         [](DataBuilder& d) { d.balance("100").balance("40", true).purse(1, "Наличные", "15"); }, "15", "25"},
+        {"more than the file's sums in cents",
+         [](DataBuilder& d) { d.balance("0,0001").purse(1, "А", "0,0002"); }, "0.0002", "-0.0001"},
+    };
+    for (const Case& c : cases) {
+        DataBuilder data;
+        c.fill(data);
+        LedgerFile file(data);
+        const auto balances = ledger::Balances::read(file.store());
+        ASSERT_TRUE(balances.has_value()) << c.what;
+        EXPECT_EQ(balances->purseTotal.toPlainString().toStdString(), c.purses) << c.what;
+        EXPECT_EQ(balances->bankAmount.toPlainString().toStdString(), c.bank) << c.what;
+    }
+}
+
+TEST(Balances, ListsAreInCodeOrder)
+{
+    DataBuilder data;
+    data.account(10, "Транспорт").account(2, "Питание").account(9, "Связь - интернет");
+    data.purse(3, "Карта", "0").purse(1, "Наличные", "0").purseWithoutMoney(12, "Копилка");
+    LedgerFile file(data);
+    const auto balances = ledger::Balances::read(file.store());
+    ASSERT_TRUE(balances.has_value());
+    EXPECT_EQ(balances->accountEntries,
+              QStringList({"2 - Питание", "9 - Связь - интернет", "10 - Транспорт"}));
+    EXPECT_EQ(balances->purseEntries, QStringList({"1 - Наличные", "3 - Карта", "12 - Копилка"}));
+}
+
+// A damaged file is reported once and read for what it holds: nothing here.
+TEST(Balances, DamagedFileIsReportedAndShowsWhatCouldBeRead)
+{
+    ProgramFolder folder;
+    folder.writeBytes(QByteArray(4096, 'x'));
+    RecordingSink sink;
+    store::Store store(folder.path(), &sink);
+    const auto balances = ledger::Balances::read(store);
+    ASSERT_TRUE(balances.has_value());
+    EXPECT_EQ(balances->bankAmount.toPlainString(), "0");
+    EXPECT_TRUE(balances->purseEntries.isEmpty());
+    EXPECT_EQ(sink.messages.size(), 1) << sink.messages.join("\n").toStdString();
+    EXPECT_EQ(folder.bytes(), QByteArray(4096, 'x'));
+    // A missing file gives nothing, and says which file it missed.
+    QFile::remove(folder.dataFilePath());
+    EXPECT_FALSE(ledger::MonthStatistics::read(store, QDate(2026, 3, 1)).has_value());
+    EXPECT_TRUE(sink.messages.last().contains(folder.dataFilePath())) << sink.messages.last().toStdString();
+}
+
+namespace {
+
+// Rows around the turn of the year, with times of day at the month ends, a
+// row without a date and rows of the same months in other years.
+DataBuilder yearEnd()
+{
+    DataBuilder data;
+    data.bank(QDate(2024, 12, 15), "7777")
+        .bank(QDate(2025, 12, 1), "1000")
+        .bank(QDateTime(QDate(2025, 12, 31), QTime(23, 30)), "500,5")
+        .bank(QDateTime(QDate(2026, 1, 1), QTime(0, 0)), "200")
+        .bank(QDate(2026, 1, 20), "-350,25")
+        .undatedBank("99")
+        .bill(QDate(2024, 12, 1), 1, "888")
+        .bill(QDate(2025, 12, 10), 1, "40")
+        .billAt(QDateTime(QDate(2025, 12, 31), QTime(22, 0)), 2, "10,05")
+        .bill(QDate(2026, 1, 31), 1, "5")
+        .bill(QDate(2026, 2, 1), 2, "3,3");
+    return data;
+}
+
+} // namespace
+
+TEST(MonthStatistics, CurrentAndPreviousCalendarMonth)
+{
+    LedgerFile file(yearEnd());
+    store::Store& store = file.store();
+    struct Case
+    {
+        QDate today;
+        const char* income;
+        const char* expenses;
+        const char* previousIncome;
+        const char* previousExpenses;
+    };
+    for (const Case& c : {
+             // January looks back to December of the year before; withdrawals make the income negative.
+             Case{QDate(2026, 1, 15), "-150.25", "5", "1500.5", "50.05"},
+             Case{QDate(2026, 2, 28), "0", "3.3", "-150.25", "5"},
+             Case{QDate(2026, 3, 1), "0", "0", "0", "3.3"},
+             Case{QDate(2025, 1, 5), "0", "0", "7777", "888"},
+             Case{QDate(2025, 12, 31), "1500.5", "50.05", "0", "0"},
+         }) {
+        const auto statistics = ledger::MonthStatistics::read(store, c.today);
+        ASSERT_TRUE(statistics.has_value()) << c.today.toString(Qt::ISODate).toStdString();
+        const auto where = c.today.toString(Qt::ISODate).toStdString();
+        EXPECT_EQ(statistics->current.income.toPlainString().toStdString(), c.income) << where;
+        EXPECT_EQ(statistics->current.expenses.toPlainString().toStdString(), c.expenses) << where;
+        EXPECT_EQ(statistics->previous.income.toPlainString().toStdString(), c.previousIncome) << where;
+        EXPECT_EQ(statistics->previous.expenses.toPlainString().toStdString(), c.previousExpenses) << where;
+    }
+}
+
+TEST(PurseCatalogue, NewCodeFollowsTheLargestCodeInUse)
+{
+    struct Case
+    {
+        const char* what;
+        std::function<void(DataBuilder&)> fill;
+        int code;
+    };
+    const Case cases[] = {
+        {"empty catalogue", [](DataBuilder&) {}, 1},
+        {"gaps are not filled",
+         [](DataBuilder& d) { d.purse(1, "А", "0").purse(7, "Б", "0").purse(2, "В", "0"); }, 8},
+        {"purse without money", [](DataBuilder& d) { d.purseWithoutMoney(12, "Копилка"); }, 13},
+        // A deleted purse's code stays taken while its expenses or money name it.
+        {"expenses of a deleted purse",
+         [](DataBuilder& d) { d.purse(2, "А", "0").bill(QDate(2026, 3, 1), 1, "5", 9); }, 10},
+        {"money of a purse not listed",
+         [](DataBuilder& d) {
+             d.purse(1, "А", "0").purse(15, "Б", "5");
+             d.database().table(u"Purse_Dict")->rows.pop_back();
+         },
+         16},
+    };
+    for (const Case& c : cases) {
+        DataBuilder data;
+        c.fill(data);
+        LedgerFile file(data);
+        ASSERT_EQ(ledger::PurseCatalogue(file.store()).create("Отпуск 'летний'").value(), c.code) << c.what;
+        store::Store reader(file.folder().path());
+        const store::Rows rows = query(reader, "SELECT F1, F2, F3 FROM Purse_Dict WHERE F0 = ?", {c.code});
+        ASSERT_EQ(rows.size(), 1u) << c.what;
+        EXPECT_EQ(rows[0].text(0), QString("Отпуск 'летний'"));
+        EXPECT_FALSE(rows[0].value(1).isValid());
+        EXPECT_FALSE(rows[0].value(2).isValid()) << "a new purse has no note";
+        EXPECT_EQ(file.purse(c.code), "0") << c.what;
+    }
+}
+
+TEST(PurseCatalogue, OpenGivesNameNoteAndMoney)
+{
+    DataBuilder data;
+    data.purse(3, "Карта", "-12,5").purseWithoutMoney(4, "Пустой");
+    LedgerFile file(data);
+    ledger::PurseCatalogue purses(file.store());
+    ASSERT_TRUE(purses.rename(3, "Карта", "зарплатная"));
+
+    const auto card = purses.open(3);
+    ASSERT_TRUE(card.has_value());
+    EXPECT_EQ(card->name, QString("Карта"));
+    EXPECT_EQ(card->note, QString("зарплатная"));
+    EXPECT_EQ(card->balance, store::Amount::parse(u"-12,5"));
+
+    const auto empty = purses.open(4);
+    ASSERT_TRUE(empty.has_value());
+    EXPECT_EQ(empty->note, QString());
+    EXPECT_FALSE(empty->balance.has_value());
+
+    const auto unknown = purses.open(99);
+    ASSERT_TRUE(unknown.has_value());
+    EXPECT_TRUE(unknown->name.isEmpty());
+}
+
+TEST(PurseCatalogue, RenameKeepsTheCodeAndItsExpenses)
+{
+    DataBuilder data;
+    data.purse(1, "Наличные", "10").purse(2, "Карта", "20").bill(QDate(2026, 3, 1), 1, "5", 2);
+    LedgerFile file(data);
+    ledger::PurseCatalogue purses(file.store());
+    EXPECT_EQ(said(purses.rename(2, "Карта", QString(256, u'ж'))),
+              "Примечание кошелька не может быть длиннее 255 символов!");
+    ASSERT_TRUE(purses.rename(2, "Карта \"Мир\"\t", QString()));
+    store::Store reader(file.folder().path());
+    const store::Rows dict = query(reader, "SELECT F0, F1, F3 FROM Purse_Dict ORDER BY F0");
+    ASSERT_EQ(dict.size(), 2u);
+    EXPECT_EQ(dict[1].integer(0), 2);
+    EXPECT_EQ(dict[1].text(1), QString("Карта \"Мир\"\t"));
+    // An empty note is kept as an empty text, not as Null.
+    EXPECT_TRUE(dict[1].value(2).isValid());
+    EXPECT_EQ(dict[1].text(2), QString());
+    EXPECT_EQ(file.purse(2), "20");
+    EXPECT_EQ(rows(reader, "Bills").at(0).integer(6), 2);
+}
+
+TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
+{
+    DataBuilder data;
+    data.balance("500")
+        .purse(1, "Наличные", "100")
+        .purse(2, "Карта", "60")
+        .bill(QDate(2026, 3, 1), 1, "5", 2);
+    LedgerFile file(data);
+    ledger::PurseCatalogue purses(file.store());
+    ASSERT_EQ(said(purses.remove(2)), "done");
+    EXPECT_EQ(file.purse(2), "null");
+    EXPECT_EQ(file.money("SELECT COUNT(*) * 10000 FROM Purse_Dict WHERE F0 = 2"), "0");
+    EXPECT_EQ(file.count("Bills"), 1);
+    EXPECT_EQ(file.balance(), "500");
+    const auto balances = ledger::Balances::read(file.store());
+    EXPECT_EQ(balances->bankAmount.toPlainString().toStdString(), "400");
+    EXPECT_EQ(balances->purseEntries, QStringList({"1 - Наличные"}));
+    // The expense keeps the deleted purse's code taken.
+    EXPECT_EQ(purses.create("Новая карта").value(), 3);
+}

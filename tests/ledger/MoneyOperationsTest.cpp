@@ -1,0 +1,244 @@
+#include "LedgerFile.h"
+
+#include "ledger/Balances.h"
+#include "ledger/Bank.h"
+#include "ledger/Expenses.h"
+#include "ledger/PurseCatalogue.h"
+#include "ledger/PurseOperations.h"
+#include "store/StoreTexts.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmora::test;
+using ledger::BankDirection;
+using ledger::PurseDirection;
+using store::texts::amountOutOfRange;
+
+TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
+{
+    struct Case
+    {
+        const char* start;
+        const char* amount;
+        BankDirection direction;
+        const char* row;
+        const char* balance;
+        QString comment;
+    };
+    const Case cases[] = {
+        {"100", "12,345", BankDirection::Deposit, "12.35", "112.35", "Мамин долг 'за июнь'"},
+        // Half a kopeck goes towards plus infinity, so the withdrawal is a
+        // kopeck smaller, and the balance falls by the same 12,34.
+        {"100", "12,345", BankDirection::Withdrawal, "-12.34", "87.66", "\"кавычки\"\tи табуляция"},
+        {"0", "12.345", BankDirection::Withdrawal, "-12.34", "-12.34", ""},
+        {"100", "-50", BankDirection::Deposit, "-50", "50", QString(254, QChar(u'ж')) + "'"},
+        {"100", "-50", BankDirection::Withdrawal, "50", "150", "Зарплата"},
+        {"100", "0,004", BankDirection::Deposit, "0", "100", "Зарплата"},
+        // A stored balance with more than kopecks keeps them: only the row is rounded.
+        {"100,0049", "1", BankDirection::Deposit, "1", "101.0049", "Зарплата"},
+        {"100,0049", "0,005", BankDirection::Withdrawal, "0", "100.0049", "Зарплата"},
+        {"5", "0,005", BankDirection::Withdrawal, "0", "5", "Зарплата"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.start) + " " + c.amount);
+        DataBuilder data;
+        data.balance(c.start);
+        LedgerFile file(data);
+        const QDate day(2026, 3, 14);
+        ASSERT_EQ(said(ledger::Bank(file.store()).record({day, typed(c.amount), c.direction, c.comment})),
+                  "done");
+        const store::Rows bankRows = rows(store::Store(file.folder().path()), "Bank");
+        ASSERT_EQ(bankRows.size(), 1u);
+        EXPECT_EQ(bankRows[0].integer(0), 1);
+        EXPECT_EQ(bankRows[0].date(1), day);
+        EXPECT_EQ(bankRows[0].amount(2).toPlainString().toStdString(), c.row);
+        EXPECT_EQ(bankRows[0].text(3), c.comment);
+        EXPECT_EQ(file.balance(), c.balance);
+        EXPECT_TRUE(file.sink.messages.isEmpty());
+    }
+}
+
+TEST(Bank, NothingIsWrittenWhenAStatementOrTheSumFails)
+{
+    DataBuilder data;
+    data.balance("900000000000000").bank(QDate(2026, 1, 1), "900000000000000");
+    LedgerFile file(data);
+    const QByteArray before = file.folder().bytes();
+    ledger::Bank bank(file.store());
+
+    // One character more than the column holds: refused before anything is written.
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, u'ж')})),
+              "Комментарий не может быть длиннее 255 символов!");
+    // A date the file cannot hold: the insert fails, the balance stays.
+    EXPECT_EQ(said(bank.record({QDate(10000, 1, 2), typed("1"), BankDirection::Deposit, {}})), "not saved");
+    ASSERT_EQ(file.sink.messages.size(), 1);
+    EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"));
+
+    // A balance beyond the money columns' range is refused before any statement.
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}})),
+              amountOutOfRange);
+    EXPECT_EQ(
+        said(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}})),
+        amountOutOfRange);
+    EXPECT_EQ(file.sink.messages.size(), 1);
+    EXPECT_EQ(file.folder().bytes(), before);
+
+    // The store goes on working after the failures.
+    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}})), "done");
+    EXPECT_EQ(file.balance(), "899999999999999");
+
+    // Without a balance row only the operation is kept.
+    LedgerFile bare(DataBuilder().withoutBalanceRow());
+    EXPECT_EQ(
+        said(ledger::Bank(bare.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}})),
+        "done");
+    EXPECT_EQ(bare.count("Bank"), 1);
+    EXPECT_EQ(bare.balance(), "null");
+}
+
+// The purse holds a fraction of a kopeck, as a file made elsewhere may: it is
+// kept, nothing is rounded but the amount. A purse without a row starts from zero.
+TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
+{
+    struct Case
+    {
+        const char* amount;
+        const char* purseStart; // nullptr: no row of money
+        const char* billed;
+        const char* balance; // starts at 100
+        const char* purse;
+        const char* bank; // "В банке", which does not move
+    };
+    for (const Case& c : {Case{"10,125", "40,0049", "10.13", "89.87", "29.8749", "52.9951"},
+                          Case{"-50", "40,0049", "-50", "150", "90.0049", "52.9951"},
+                          Case{"250", "40,0049", "250", "-150", "-209.9951", "52.9951"},
+                          Case{"0,001", "40,0049", "0", "100", "40.0049", "52.9951"},
+                          Case{"15", nullptr, "15", "85", "-15", "93"}}) {
+        SCOPED_TRACE(c.amount);
+        DataBuilder data;
+        data.balance("100").account(3, "Питание").purse(5, "Карта", "7");
+        c.purseStart ? data.purse(2, "Наличные", c.purseStart) : data.purseWithoutMoney(2, "Наличные");
+        LedgerFile file(data);
+        const QString name = "Хлеб 'Бородинский'", note = "к \"обеду\"\tи ужину";
+        const auto result =
+            ledger::Expenses(file.store()).book({QDate(2026, 3, 14), 3, typed(c.amount), name, note, 2});
+        ASSERT_EQ(said(result), "done");
+        EXPECT_EQ(result.value().purseBalance.toPlainString().toStdString(), c.purse);
+        EXPECT_EQ(result.value().purseTotal, store::WideAmount(result.value().purseBalance) + typed("7"));
+        const store::Rows bills = rows(store::Store(file.folder().path()), "Bills");
+        ASSERT_EQ(bills.size(), 1u);
+        EXPECT_EQ(bills[0].date(1), QDate(2026, 3, 14));
+        EXPECT_EQ(bills[0].integer(2), 3);
+        EXPECT_EQ(bills[0].amount(3).toPlainString().toStdString(), c.billed);
+        EXPECT_EQ(QStringList({bills[0].text(4), bills[0].text(5)}), QStringList({name, note}));
+        EXPECT_EQ(bills[0].integer(6), 2);
+        EXPECT_EQ(file.balance(), c.balance);
+        EXPECT_EQ(file.purse(2), c.purse);
+        EXPECT_EQ(file.purse(5), "7");
+        EXPECT_EQ(ledger::Balances::read(file.store())->bankAmount.toPlainString().toStdString(), c.bank);
+    }
+}
+
+TEST(Expenses, AFailureWritesNothingAtAll)
+{
+    DataBuilder data;
+    data.balance("100").purse(2, "Наличные", "40");
+    LedgerFile file(data);
+    const QByteArray before = file.folder().bytes();
+    ledger::Expenses expenses(file.store());
+    const auto expense = [](const char* amount, QString note = {}) {
+        return ledger::Expense{QDate(2026, 3, 14), 3, typed(amount), "Хлеб", note, 2};
+    };
+    EXPECT_EQ(said(expenses.book(expense("10", QString(256, u'я')))),
+              "Примечание расхода не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(expenses.book(expense("-922337203685477"))), amountOutOfRange);
+    EXPECT_TRUE(file.sink.messages.isEmpty());
+    EXPECT_EQ(file.folder().bytes(), before);
+
+    EXPECT_EQ(said(expenses.book(expense("10"))), "done");
+    EXPECT_EQ(file.count("Bills"), 1);
+    EXPECT_EQ(file.balance(), "90");
+    EXPECT_EQ(file.purse(2), "30");
+}
+
+TEST(PurseOperations, OnlyThePurseRowChanges)
+{
+    struct Case
+    {
+        const char* what;
+        const char* start; // nullptr: no row of money
+        const char* amount;
+        PurseDirection direction;
+        const char* purse;
+        const char* bank; // "В банке" plus the rouble of purse 1; the stored balance is 1000
+    };
+    const Case cases[] = {
+        {"put in", "100", "50,5", PurseDirection::PutIn, "150.5", "849.5"},
+        {"below zero", "10", "30", PurseDirection::TakeOut, "-20", "1020"},
+        {"without a row", nullptr, "7", PurseDirection::PutIn, "7", "993"},
+        {"take out, half a kopeck", "0", "12,345", PurseDirection::TakeOut, "-12.34", "1012.34"},
+        {"a fraction of a kopeck stays", "10,0049", "1", PurseDirection::PutIn, "11.0049", "988.9951"},
+        {"negative put-in", "5", "-5", PurseDirection::PutIn, "0", "1000"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        DataBuilder data;
+        data.balance("1000").purse(1, "Наличные", "1").bank(QDate(2026, 1, 1), "1000");
+        c.start ? data.purse(4, "Карта", c.start) : data.purseWithoutMoney(4, "Карта");
+        LedgerFile file(data);
+        EXPECT_EQ(said(ledger::PurseOperations(file.store()).move(4, typed(c.amount), c.direction)), "done");
+        EXPECT_EQ(file.purse(4), c.purse);
+        EXPECT_EQ(file.count("Purse"), 2);
+        EXPECT_EQ(file.purse(1), "1");
+        EXPECT_EQ(file.balance(), "1000");
+        EXPECT_EQ(file.count("Bank"), 1);
+        EXPECT_EQ(file.count("Bills"), 0);
+        const auto balances = ledger::Balances::read(file.store());
+        EXPECT_EQ((balances->bankAmount + store::Amount::fromUnits(10'000)).toPlainString().toStdString(),
+                  c.bank);
+    }
+}
+
+TEST(PurseOperations, TheConfirmationComesBeforeTheFileIsWritten)
+{
+    DataBuilder data;
+    data.purse(2, "Наличные", "100");
+    LedgerFile file(data);
+    const QByteArray before = file.folder().bytes();
+    int confirmations = 0;
+    const auto confirm = [&] {
+        ++confirmations;
+        EXPECT_EQ(file.folder().bytes(), before);
+    };
+    ledger::PurseOperations purses(file.store());
+    EXPECT_EQ(said(purses.move(2, typed("1"), PurseDirection::PutIn, confirm)), "done");
+    EXPECT_EQ(confirmations, 1);
+    EXPECT_EQ(file.purse(2), "101");
+
+    // Beyond the range nothing is confirmed and nothing written.
+    const QByteArray after = file.folder().bytes();
+    EXPECT_EQ(said(purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm)),
+              amountOutOfRange);
+    EXPECT_EQ(said(purses.move(2, typed("922337203685477"), PurseDirection::PutIn, confirm)),
+              amountOutOfRange);
+    EXPECT_EQ(confirmations, 1);
+    EXPECT_EQ(file.folder().bytes(), after);
+    EXPECT_TRUE(file.sink.messages.isEmpty());
+}
+
+// A file made elsewhere whose bank figure already lies outside the range:
+// an operation may bring it closer, not take it further out.
+TEST(PurseOperations, AFigureOutsideTheRangeMayOnlyComeCloser)
+{
+    DataBuilder data;
+    data.balance("0").purse(1, "Наличные", "922337203685477").purse(2, "Карта", "922337203685477");
+    LedgerFile file(data);
+    ledger::PurseOperations purses(file.store());
+    const QByteArray before = file.folder().bytes();
+    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::PutIn)), amountOutOfRange);
+    EXPECT_EQ(file.folder().bytes(), before);
+    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::TakeOut)), "done");
+    EXPECT_EQ(file.purse(2), "922337203685476.99");
+    EXPECT_EQ(said(ledger::PurseCatalogue(file.store()).remove(1)), "done");
+    EXPECT_TRUE(file.sink.messages.isEmpty());
+}
