@@ -84,6 +84,30 @@ void BM_DepositTransaction(benchmark::State& state)
 }
 BENCHMARK(BM_DepositTransaction)->Unit(benchmark::kMillisecond);
 
+// The same deposit with automatic copies kept: on a new day each time, so
+// every save first copies the file as it was (state.range(0) == 1), or on
+// one day whose copy exists, as every click after the first (0).
+void BM_DepositWithCopies(benchmark::State& state)
+{
+    store::Store store(sampleFolder().dir());
+    QDateTime now(QDate(2026, 1, 1), QTime(12, 0));
+    const bool newDay = state.range(0) == 1;
+    store.keepCopies([&] { return newDay ? (now = now.addDays(1)) : now; });
+    store::Transaction(store).commit();
+    for (auto _ : state) {
+        store::Transaction tx(store);
+        const store::Amount amount = store::Amount::fromUnits(1'000'000);
+        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
+                   {QDate(2025, 6, 30), amount, "Зарплата"});
+        tx.execute("UPDATE Tech SET F2 = F2 + ? WHERE F0 = 'OSTATOK'", {amount});
+        if (!tx.commit())
+            state.SkipWithError("the save failed");
+    }
+    std::filesystem::remove_all(std::filesystem::path(sampleFolder().dir().toStdString()) /
+                                "velmora_backups");
+}
+BENCHMARK(BM_DepositWithCopies)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
 } // namespace
 
 BENCHMARK_MAIN();

@@ -39,6 +39,8 @@ Frame::Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions optio
     : m_programDir(programDir), m_dialogs(dialogs), m_options(std::move(options)),
       m_errorSink(m_dialogs, m_options.log), m_store(std::make_unique<store::Store>(programDir, &m_errorSink))
 {
+    // Automatic copies carry the frame's today with the time of day.
+    m_store->keepCopies([today = m_options.today] { return QDateTime(today(), QTime::currentTime()); });
     initResources();
     setObjectName("MDIForm1");
     setWindowTitle(QString::fromUtf8(ui::texts::appTitle));

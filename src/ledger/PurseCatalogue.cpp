@@ -1,5 +1,6 @@
 #include "PurseCatalogue.h"
 
+#include "store/Copies.h"
 #include "store/MoneyFigures.h"
 #include "store/MoneyRows.h"
 #include "store/NextCode.h"
@@ -35,6 +36,8 @@ store::Outcome PurseCatalogue::remove(int code)
 {
     store::Transaction tx(m_store);
     const auto before = store::MoneyFigures::read(tx);
+    if (!store::Copies(m_store).before(store::CopyReason::PurseDeletion))
+        return store::Outcome::notSaved();
     tx.execute(QStringLiteral("DELETE FROM Purse_Dict WHERE F0 = ?"), {code});
     store::money::removePurseBalance(tx, code);
     return store::MoneyFigures::commitInRange(tx, before);

@@ -3,6 +3,7 @@
 #include "ServiceTexts.h"
 
 #include "store/CatalogueEntry.h"
+#include "store/Copies.h"
 #include "store/NextCode.h"
 #include "store/TextLimit.h"
 #include "store/Transaction.h"
@@ -45,6 +46,8 @@ store::Outcome AccountCatalogue::remove(int code)
     const qlonglong expenses = used.empty() ? 0 : used.front().integer(0);
     if (tx.ok() && expenses > 0)
         return store::Outcome::refused(QString::fromUtf8(texts::accountInUse).arg(expenses));
+    if (!store::Copies(m_store).before(store::CopyReason::AccountDeletion))
+        return store::Outcome::notSaved();
     tx.execute(QStringLiteral("DELETE FROM Bills_Dict WHERE F0 = ?"), {code});
     return store::Outcome::committed(tx.commit());
 }

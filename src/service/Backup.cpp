@@ -1,6 +1,7 @@
 #include "Backup.h"
 
 #include "ServiceTexts.h"
+#include "store/Copies.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
 #include "store/MoneyFigures.h"
@@ -73,7 +74,7 @@ void Backup::restoreRecordedDate(const QVariant& previous)
 
 // A backup whose money the main window could not show in the Currency range
 // is not put in place.
-Outcome Backup::checkMoney(store::QuerySource& contents, QDate today) const
+Outcome Backup::checkMoney(const QString& path, store::QuerySource& contents, QDate today) const
 {
     try {
         const auto figures = store::MoneyFigures::read(contents, store::MoneyFigures::shownMonths(today));
@@ -82,28 +83,36 @@ Outcome Backup::checkMoney(store::QuerySource& contents, QDate today) const
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
-        return Outcome::refused(text(texts::backupDamaged).arg(backupPath(), store::describeFailure(e)));
+        return Outcome::refused(text(texts::backupDamaged).arg(path, store::describeFailure(e)));
     }
     return Outcome::done();
 }
 
-QString Backup::refusal(const StoreError& error) const
+QString Backup::refusal(const QString& path, const StoreError& error) const
 {
     if (error.kind() == StoreError::Kind::Missing)
-        return text(texts::backupMissing).arg(backupPath());
-    return text(texts::backupDamaged).arg(backupPath(), error.cause());
+        return text(texts::backupMissing).arg(path);
+    return text(texts::backupDamaged).arg(path, error.cause());
 }
 
 store::Result<QDate> Backup::restore(QDate today)
 {
+    return restoreCopy(backupPath(), today);
+}
+
+// The data file as it stands is copied first, so the restore can be undone.
+store::Result<QDate> Backup::restoreCopy(const QString& copy, QDate today)
+{
     std::optional<store::CheckedFile> backup;
     try {
-        backup.emplace(store::WholeFile::check(backupPath().toStdString()));
+        backup.emplace(store::WholeFile::check(copy.toStdString()));
     } catch (const StoreError& e) {
-        return Outcome::refused(refusal(e));
+        return Outcome::refused(refusal(copy, e));
     }
-    if (Outcome money = checkMoney(backup->contents(), today); !money)
+    if (Outcome money = checkMoney(copy, backup->contents(), today); !money)
         return money;
+    if (!store::Copies(m_store).before(store::CopyReason::Restore))
+        return Outcome::notSaved();
     try {
         store::WholeFile(m_store, m_writer).replaceWith(std::move(*backup));
     } catch (const StoreError& e) {

@@ -37,14 +37,16 @@ public:
     // otherwise changes nothing. Done with the date the backup carries
     // (invalid when it has none).
     store::Result<QDate> restore(QDate today);
+    // The same for an automatic copy `copy` (see store::Copies).
+    store::Result<QDate> restoreCopy(const QString& copy, QDate today);
     // The date of the last backup recorded in the data file; invalid when
     // there is none (after a clearing) or the file could not be read.
     QDate lastBackupDate();
 
 private:
     store::Outcome copyToBackup();
-    store::Outcome checkMoney(store::QuerySource& contents, QDate today) const;
-    QString refusal(const store::StoreError& error) const;
+    store::Outcome checkMoney(const QString& path, store::QuerySource& contents, QDate today) const;
+    QString refusal(const QString& path, const store::StoreError& error) const;
     void restoreRecordedDate(const QVariant& previous);
 
     store::Store& m_store;

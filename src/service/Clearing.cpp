@@ -1,5 +1,6 @@
 #include "Clearing.h"
 
+#include "store/Copies.h"
 #include "store/MoneyRows.h"
 #include "store/Transaction.h"
 
@@ -8,6 +9,8 @@ namespace service {
 store::Outcome Clearing::clearAll()
 {
     store::Transaction tx(m_store);
+    if (!store::Copies(m_store).before(store::CopyReason::Clearing))
+        return store::Outcome::notSaved();
     for (const char* statement : {
              "DELETE FROM Bills",
              "DELETE FROM Bills_Dict",

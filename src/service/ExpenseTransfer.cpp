@@ -1,5 +1,6 @@
 #include "ExpenseTransfer.h"
 
+#include "store/Copies.h"
 #include "store/Transaction.h"
 
 namespace service {
@@ -7,8 +8,11 @@ namespace service {
 store::Outcome ExpenseTransfer::move(int fromAccount, int toAccount)
 {
     store::Transaction tx(m_store);
-    if (fromAccount != toAccount)
-        tx.execute(QStringLiteral("UPDATE Bills SET F2 = ? WHERE F2 = ?"), {toAccount, fromAccount});
+    if (fromAccount == toAccount)
+        return store::Outcome::committed(tx.commit());
+    if (!store::Copies(m_store).before(store::CopyReason::ExpenseMove))
+        return store::Outcome::notSaved();
+    tx.execute(QStringLiteral("UPDATE Bills SET F2 = ? WHERE F2 = ?"), {toAccount, fromAccount});
     return store::Outcome::committed(tx.commit());
 }
 

@@ -2,6 +2,7 @@
 
 #include "ServiceTexts.h"
 
+#include "store/Copies.h"
 #include "store/MoneyFigures.h"
 #include "store/MoneyRows.h"
 #include "store/Transaction.h"
@@ -95,6 +96,8 @@ store::Outcome OperationDeletion::deleteBankOperation(qlonglong number)
     const auto balance = (store::WideAmount(money::storedBalance(tx)) - rows.front().amount(0)).toAmount();
     if (!balance)
         return store::MoneyFigures::outOfRange();
+    if (!store::Copies(m_store).before(store::CopyReason::OperationDeletion))
+        return store::Outcome::notSaved();
     money::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bank WHERE F0 = ?"), {number});
     return store::MoneyFigures::commitInRange(tx, before);
@@ -116,6 +119,8 @@ store::Outcome OperationDeletion::deleteExpense(qlonglong number)
         (store::WideAmount(money::purseBalance(tx, purse).value_or(store::Amount())) + amount).toAmount();
     if (!balance || (purseKept && !purseBalance))
         return store::MoneyFigures::outOfRange();
+    if (!store::Copies(m_store).before(store::CopyReason::OperationDeletion))
+        return store::Outcome::notSaved();
     money::writeStoredBalance(tx, *balance);
     tx.execute(QStringLiteral("DELETE FROM Bills WHERE F0 = ?"), {number});
     if (purseKept)

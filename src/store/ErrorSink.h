@@ -16,6 +16,9 @@ public:
     virtual void engineError(int number, const QString& description) = 0;
     // The data file could not be opened, read or saved; error.message() says why.
     virtual void storeFailure(const StoreError& error) = 0;
+    // An automatic copy before a change could not be made; error.message()
+    // says why and asks whether to go on without it. True to go on.
+    virtual bool goOnWithoutCopy(const StoreError& error);
 };
 
 // "Error number: " + number + carriage return + description.

@@ -11,6 +11,8 @@ namespace store {
 inline constexpr char16_t kFilePassword[] = u"varnolit2031";
 inline constexpr char kDataFileName[] = "velmora.mdb";
 inline constexpr char kBackupFileName[] = "velmora_backup.mdb";
+// The folder of the automatic copies, beside the data file.
+inline constexpr char kCopiesFolderName[] = "velmora_backups";
 
 // Table definitions without rows, in the order they are written to the file.
 std::vector<jet::Table> schemaTables();

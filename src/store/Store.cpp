@@ -2,6 +2,7 @@
 
 #include "Transaction.h"
 
+#include "Copies.h"
 #include "DataFile.h"
 #include "FailureCause.h"
 #include "FileError.h"
@@ -68,6 +69,38 @@ bool Store::isCheckedFile(std::span<const std::uint8_t> bytes) const
     const jet::FileImage* file = m_image && !m_damage ? m_image->lastFile() : nullptr;
     return file && file->shape().password == kFilePassword && schemaMismatch(file->shape()).empty() &&
            std::ranges::equal(file->bytes(), bytes);
+}
+
+void Store::keepCopies(std::function<QDateTime()> now)
+{
+    m_copyClock = std::move(now);
+}
+
+std::span<const std::uint8_t> Store::keptBytes() const
+{
+    const jet::FileImage* file = m_image && !m_damage ? m_image->lastFile() : nullptr;
+    if (!file || !m_files->signature)
+        return {};
+    try {
+        if (!m_open && FileSignature::of(m_files->file.path()) != *m_files->signature)
+            return {};
+    } catch (const FileError&) {
+        return {};
+    }
+    return file->bytes();
+}
+
+const FileWriter& Store::writer() const
+{
+    return m_files->writer;
+}
+
+bool Store::goOnWithoutCopy(const StoreError& error)
+{
+    if (m_sink)
+        return m_sink->goOnWithoutCopy(error);
+    qWarning().noquote() << error.message();
+    return true;
 }
 
 void Store::adopt(std::unique_ptr<SqliteImage> image, const FileSignature& written)
@@ -226,6 +259,9 @@ void Store::save()
         throw *m_damage;
     if (isWriteProtected(m_files->file.path()))
         throw StoreError::forFile(Kind::ReadOnly, dataFilePath());
+    // The user saw the copy's failure in the question and chose to stop.
+    if (std::optional<StoreError> declined = Copies(*this).beforeFirstChangeOfDay())
+        return fail(*declined, false);
     try {
         const NextFile* next = nullptr;
         try {

@@ -5,11 +5,14 @@
 #include "Row.h"
 #include "StoreResult.h"
 
+#include <QDate>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -40,10 +43,22 @@ public:
     // checked, with the data file's password and tables: a sound data file
     // that need not be decoded again to know it.
     bool isCheckedFile(std::span<const std::uint8_t> bytes) const;
+    // From now on automatic copies of the data file are kept (see Copies),
+    // made at the times `now` gives.
+    void keepCopies(std::function<QDateTime()> now);
 
 private:
     friend class Transaction;
     friend class WholeFile;
+    friend class Copies;
+
+    // The data file's bytes when the store holds exactly the file on disk;
+    // empty otherwise.
+    std::span<const std::uint8_t> keptBytes() const;
+    const FileWriter& writer() const;
+    // Asks through the sink whether the action goes on although its copy
+    // failed; without a sink it goes on and the failure is logged.
+    bool goOnWithoutCopy(const StoreError& error);
 
     // Works on `image` from now on: the contents of the file just put in
     // place of the data file, whose signature is `written`. Outside a
@@ -80,6 +95,9 @@ private:
     QStringList m_reported;              // messages shown in the current transaction
     // Set while the file in memory was found damaged: it is read, never written.
     std::optional<StoreError> m_damage;
+    // Set once copies are kept: the time of a copy, and the day the last one was made.
+    std::function<QDateTime()> m_copyClock;
+    QDate m_dayCopied;
 };
 
 } // namespace store

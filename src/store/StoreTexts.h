@@ -41,6 +41,18 @@ inline constexpr char cannotWrite[] = "Не удалось записать фа
 inline constexpr char changedOnDisk[] =
     "Файл данных %1 изменён другой программой. Изменения не сохранены, данные прочитаны заново.";
 
+// An automatic copy that could not be written: %1 is the copy's path, %2 the
+// cause. Asked as a question: the action goes on only if the user agrees.
+inline constexpr char copyNotWritten[] = "Не удалось сохранить копию %1: %2. Продолжить без копии?";
+// Why a copy was made, as its file name says it: a blank is written "-".
+inline constexpr char copyDayStart[] = "начало дня";
+inline constexpr char copyClearing[] = "перед очисткой";
+inline constexpr char copyRestore[] = "перед восстановлением";
+inline constexpr char copyOperationDeletion[] = "перед удалением операции";
+inline constexpr char copyExpenseMove[] = "перед переносом расходов";
+inline constexpr char copyPurseDeletion[] = "перед удалением кошелька";
+inline constexpr char copyAccountDeletion[] = "перед удалением счета";
+
 // %1 is the lock file's path here.
 inline constexpr char lockUnusable[] = "Не удалось открыть файл блокировки %1: %2.";
 

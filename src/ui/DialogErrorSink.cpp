@@ -27,6 +27,13 @@ void DialogErrorSink::storeFailure(const store::StoreError& error)
                           DialogButtons::Ok);
 }
 
+bool DialogErrorSink::goOnWithoutCopy(const store::StoreError& error)
+{
+    if (m_log)
+        m_log(error.message());
+    return m_dialogs.confirm(QString::fromUtf8(texts::attentionTitle), error.message());
+}
+
 void writeToStandardError(const QString& message)
 {
     const QByteArray line = QString::fromUtf8(texts::logLine).arg(message).toUtf8();

@@ -19,6 +19,8 @@ public:
 
     void engineError(int number, const QString& description) override;
     void storeFailure(const store::StoreError& error) override;
+    // Asks with Yes and No; the failure goes to the log either way.
+    bool goOnWithoutCopy(const store::StoreError& error) override;
 
     // The number of failures reported so far.
     int failureCount() const { return m_failures; }

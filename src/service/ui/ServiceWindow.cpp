@@ -1,5 +1,6 @@
 #include "ServiceWindow.h"
 
+#include "CopiesDialog.h"
 #include "ServiceWindowTexts.h"
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
@@ -34,7 +35,7 @@ void fill(QComboBox* list, const QStringList& entries)
 } // namespace
 
 ServiceWindow::ServiceWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock today, QWidget* parent)
-    : QWidget(parent), m_ui(std::make_unique<Ui::ServiceWindow>()), m_dialogs(dialogs),
+    : QWidget(parent), m_ui(std::make_unique<Ui::ServiceWindow>()), m_store(store), m_dialogs(dialogs),
       m_today(std::move(today)), m_accounts(store), m_password(store), m_rates(store), m_backup(store),
       m_clearing(store), m_deletion(store), m_transfer(store)
 {
@@ -60,6 +61,7 @@ void ServiceWindow::connectButtons()
     onClick(m_ui->B7, &ServiceWindow::onRatesClicked);
     onClick(m_ui->C1, &ServiceWindow::onBackupClicked);
     onClick(m_ui->C2, &ServiceWindow::onRestoreClicked);
+    onClick(m_ui->CopiesButton, &ServiceWindow::onCopiesClicked);
     onClick(m_ui->C16, &ServiceWindow::onClearClicked);
     onClick(m_ui->С12, &ServiceWindow::onListOperationsClicked);
     onClick(m_ui->C14, &ServiceWindow::onDeleteBankOperationClicked);
@@ -245,7 +247,28 @@ void ServiceWindow::onRestoreClicked() // C2 "Восстановить"
 {
     if (!confirm(text(texts::restoreQuestion)))
         return;
-    const store::Result<QDate> restored = m_backup.restore(m_today());
+    finishRestore(m_backup.restore(m_today()));
+}
+
+void ServiceWindow::onCopiesClicked() // "Копии…"
+{
+    auto* dialog = new CopiesDialog(store::Copies(m_store).list(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::WindowModal);
+    connect(dialog, &CopiesDialog::restoreRequested, this, &ServiceWindow::onRestoreCopy);
+    dialog->show();
+}
+
+void ServiceWindow::onRestoreCopy(const store::CopyEntry& copy)
+{
+    const QString made = copy.made.toString(QStringLiteral("dd.MM.yyyy HH:mm"));
+    if (!confirm(text(texts::restoreCopyQuestion).arg(made)))
+        return;
+    finishRestore(m_backup.restoreCopy(QString::fromStdString(copy.path.string()), m_today()));
+}
+
+void ServiceWindow::finishRestore(const store::Result<QDate>& restored)
+{
     if (!restored) {
         if (restored.isRefused())
             showError(restored.message());

@@ -7,6 +7,7 @@
 #include "service/ExpenseTransfer.h"
 #include "service/OperationDeletion.h"
 #include "service/Password.h"
+#include "store/Copies.h"
 #include "ui/Clock.h"
 
 #include <QStringList>
@@ -64,6 +65,10 @@ private:
     void onRatesClicked();
     void onBackupClicked();
     void onRestoreClicked();
+    void onCopiesClicked();
+    void onRestoreCopy(const store::CopyEntry& copy);
+    // The ending of every restore: its outcome shown, the program ends when done.
+    void finishRestore(const store::Result<QDate>& restored);
     void onClearClicked();
     void onListOperationsClicked();
     void onDeleteBankOperationClicked();
@@ -78,6 +83,7 @@ private:
     static QString describe(const OperationDeletion::Operation& operation);
 
     std::unique_ptr<Ui::ServiceWindow> m_ui;
+    store::Store& m_store;
     ui::Dialogs& m_dialogs;
     ui::Clock m_today;
     AccountCatalogue m_accounts;

@@ -61,4 +61,18 @@ inline constexpr char moveFrom[] = "со счета: ";
 inline constexpr char moveTo[] = " на счет: ";
 inline constexpr char moveDone[] = "Перенос расходов выполнен!";
 
+// The automatic copies: their window, its columns and buttons, and the
+// question before a chosen copy is put back (%1 is when it was made).
+inline constexpr char copiesTitle[] = "Копии базы данных";
+inline constexpr char copiesMade[] = "Дата и время";
+inline constexpr char copiesWhy[] = "Причина";
+inline constexpr char copiesBank[] = "В банке";
+inline constexpr char copiesOperations[] = "Операций";
+inline constexpr char copyDamaged[] = "копия повреждена: %1";
+inline constexpr char restoreChosenCopy[] = "Восстановить выбранную";
+inline constexpr char closeCopies[] = "Закрыть";
+inline constexpr char restoreCopyQuestion[] =
+    "Вы действительно хотите восстановить базу данных из копии от %1?\r\nВНИМАНИЕ! Все данные, "
+    "введенные после этой копии, будут утеряны! Текущая база перед этим будет сохранена в копию.";
+
 } // namespace service::texts

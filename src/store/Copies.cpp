@@ -1,0 +1,220 @@
+#include "Copies.h"
+
+#include "CheckedFile.h"
+#include "CopyRotation.h"
+#include "FailureCause.h"
+#include "FileError.h"
+#include "MoneyFigures.h"
+#include "RegularFile.h"
+#include "Schema.h"
+#include "Store.h"
+#include "StoreError.h"
+#include "StoreTexts.h"
+#include "WholeFile.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+namespace store {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char* whyText(CopyReason reason)
+{
+    switch (reason) {
+    case CopyReason::DayStart:
+        return texts::copyDayStart;
+    case CopyReason::Clearing:
+        return texts::copyClearing;
+    case CopyReason::Restore:
+        return texts::copyRestore;
+    case CopyReason::OperationDeletion:
+        return texts::copyOperationDeletion;
+    case CopyReason::ExpenseMove:
+        return texts::copyExpenseMove;
+    case CopyReason::PurseDeletion:
+        return texts::copyPurseDeletion;
+    case CopyReason::AccountDeletion:
+        return texts::copyAccountDeletion;
+    }
+    return texts::copyDayStart;
+}
+
+QString shown(const fs::path& path)
+{
+    return QString::fromStdString(path.string());
+}
+
+StoreError notWritten(const fs::path& copy, const QString& cause)
+{
+    return StoreError(StoreError::Kind::CannotWrite,
+                      QString::fromUtf8(texts::copyNotWritten).arg(shown(copy), cause), cause);
+}
+
+// A file of the folder whose name is a copy's name.
+struct Found
+{
+    fs::path path;
+    QDateTime made;
+    QString why;
+    int number = 1;
+    std::int64_t size = 0;
+};
+
+std::optional<Found> parse(const fs::directory_entry& entry)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(R"(^velmora-(\d{4}-\d{2}-\d{2}-\d{4})-(\D+?)(?:-(\d+))?\.mdb$)"));
+    const QRegularExpressionMatch match =
+        pattern.match(QString::fromStdString(entry.path().filename().string()));
+    std::error_code error;
+    if (!match.hasMatch() || !entry.is_regular_file(error))
+        return std::nullopt;
+    Found found{entry.path(), QDateTime::fromString(match.captured(1), QStringLiteral("yyyy-MM-dd-HHmm")),
+                match.captured(2).replace(QLatin1Char('-'), QLatin1Char(' ')),
+                match.captured(3).isEmpty() ? 1 : match.captured(3).toInt(), 0};
+    const auto size = entry.file_size(error);
+    found.size = error ? 0 : static_cast<std::int64_t>(size);
+    if (!found.made.isValid())
+        return std::nullopt;
+    return found;
+}
+
+// The copies in `folder`, newest first; none when it cannot be read.
+std::vector<Found> scan(const fs::path& folder)
+{
+    std::vector<Found> copies;
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
+        if (auto found = parse(entry))
+            copies.push_back(std::move(*found));
+    std::ranges::sort(copies, [](const Found& a, const Found& b) {
+        return a.made != b.made ? a.made > b.made : a.number > b.number;
+    });
+    return copies;
+}
+
+} // namespace
+
+Copies::Copies(Store& store) : m_store(store) {}
+
+fs::path Copies::folder() const
+{
+    return fs::path(m_store.dataFilePath().toStdString()).parent_path() / kCopiesFolderName;
+}
+
+QString Copies::fileName(const QDateTime& made, CopyReason reason, int number)
+{
+    QString why = QString::fromUtf8(whyText(reason)).replace(QLatin1Char(' '), QLatin1Char('-'));
+    if (number > 1)
+        why += QStringLiteral("-%1").arg(number);
+    return QStringLiteral("velmora-%1-%2.mdb").arg(made.toString(QStringLiteral("yyyy-MM-dd-HHmm")), why);
+}
+
+bool Copies::before(CopyReason reason)
+{
+    // Nothing is written after a failure, so nothing needs keeping.
+    if (!m_store.m_copyClock || m_store.hasFailed())
+        return true;
+    try {
+        write(reason, m_store.m_copyClock());
+    } catch (const StoreError& e) {
+        return m_store.goOnWithoutCopy(e);
+    }
+    return true;
+}
+
+std::optional<StoreError> Copies::beforeFirstChangeOfDay()
+{
+    if (!m_store.m_copyClock)
+        return std::nullopt;
+    const QDateTime now = m_store.m_copyClock();
+    if (m_store.m_dayCopied == now.date())
+        return std::nullopt;
+    const std::vector<Found> copies = scan(folder());
+    if (!copies.empty() && copies.front().made.date() >= now.date()) {
+        m_store.m_dayCopied = now.date();
+        return std::nullopt;
+    }
+    try {
+        write(CopyReason::DayStart, now);
+    } catch (const StoreError& e) {
+        if (!m_store.goOnWithoutCopy(e))
+            return e;
+        m_store.m_dayCopied = now.date();
+    }
+    return std::nullopt;
+}
+
+void Copies::write(CopyReason reason, const QDateTime& now)
+{
+    std::span<const std::uint8_t> bytes = m_store.keptBytes();
+    std::vector<std::uint8_t> read;
+    if (bytes.empty()) {
+        try {
+            read = readRegularFile(m_store.dataFilePath().toStdString()).bytes;
+        } catch (const FileError& e) {
+            if (e.errorNumber() == ENOENT)
+                return; // no file, nothing to keep
+            throw notWritten(folder(), describeFailure(e));
+        }
+        bytes = read;
+    }
+    std::error_code error;
+    fs::create_directories(folder(), error);
+    if (error)
+        throw notWritten(folder(), StoreError::describeErrno(error.value()));
+    fs::path copy;
+    for (int number = 1; copy.empty() || fs::exists(copy, error); ++number)
+        copy = folder() / fileName(now, reason, number).toStdString();
+    try {
+        m_store.writer()(copy, bytes);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        throw notWritten(copy, describeFailure(e));
+    }
+    m_store.m_dayCopied = now.date();
+    thinOut(now);
+}
+
+void Copies::thinOut(const QDateTime& now) const
+{
+    std::vector<CopyFile> files;
+    for (Found& found : scan(folder()))
+        files.push_back({std::move(found.path), found.made, found.size});
+    for (const fs::path& path : copiesToRemove(std::move(files), now, kSizeLimit)) {
+        std::error_code ignored; // a copy that stays for now goes at the next round
+        fs::remove(path, ignored);
+    }
+}
+
+std::vector<CopyEntry> Copies::list() const
+{
+    std::vector<CopyEntry> entries;
+    for (Found& found : scan(folder())) {
+        CopyEntry entry{std::move(found.path), found.made, found.why, {}, {}, 0};
+        try {
+            CheckedFile file = WholeFile::check(entry.path);
+            entry.bank = MoneyFigures::read(file.contents()).bank;
+            const Rows counted = file.contents().query(
+                QStringLiteral("SELECT (SELECT COUNT(*) FROM Bank) + (SELECT COUNT(*) FROM Bills)"));
+            entry.operations = counted.empty() ? 0 : counted.front().integer(0);
+        } catch (const StoreError& e) {
+            entry.damage = e.cause().isEmpty() ? e.message() : e.cause();
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& e) {
+            entry.damage = describeFailure(e);
+        }
+        entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
+} // namespace store

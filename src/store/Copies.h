@@ -1,0 +1,86 @@
+#pragma once
+
+#include "WideAmount.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace store {
+
+class Store;
+class StoreError;
+
+// Why an automatic copy was made; its file name says it.
+enum class CopyReason
+{
+    DayStart,
+    Clearing,
+    Restore,
+    OperationDeletion,
+    ExpenseMove,
+    PurseDeletion,
+    AccountDeletion,
+};
+
+// One automatic copy as the list of copies shows it.
+struct CopyEntry
+{
+    std::filesystem::path path;
+    QDateTime made;
+    QString why;
+    // Empty when the copy reads as a sound data file; else what is wrong with it.
+    QString damage;
+    WideAmount bank;
+    long long operations = 0;
+};
+
+// The automatic copies of the data file in velmora_backups/ beside it: the
+// file as it was before the first change of each day and just before every
+// action that changes it for good. Each is written from the bytes the store
+// already holds, atomically, then the folder is thinned out (copiesToRemove).
+// The one manual backup, velmora_backup.mdb, lies outside the folder and is
+// never touched. Nothing happens until the store was told to keep copies.
+class Copies
+{
+public:
+    // All copies together are kept below this size.
+    static constexpr std::int64_t kSizeLimit = 200LL * 1024 * 1024;
+
+    explicit Copies(Store& store);
+
+    std::filesystem::path folder() const;
+
+    // Keeps a copy of the data file as it stands before an action that
+    // changes it for good; inside the action's transaction, before it
+    // writes. True when the copy is made, or there is nothing to copy, or the
+    // user agreed to go on without one (asked through the store's sink);
+    // false when the action must stop.
+    bool before(CopyReason reason);
+    // The first save of a day keeps the file as it was, unless a copy of
+    // this day exists already. The error when the copy failed and the user
+    // chose not to go on.
+    std::optional<StoreError> beforeFirstChangeOfDay();
+
+    // The copies in the folder, newest first, each read and judged as a
+    // restore judges a file.
+    std::vector<CopyEntry> list() const;
+
+    // "velmora-2026-11-22-0930-перед-очисткой.mdb"; `number` above 1 is
+    // added for a second copy of the same minute.
+    static QString fileName(const QDateTime& made, CopyReason reason, int number = 1);
+
+private:
+    // Throws StoreError (CannotWrite naming the copy) when it cannot be written.
+    void write(CopyReason reason, const QDateTime& now);
+    void thinOut(const QDateTime& now) const;
+
+    Store& m_store;
+};
+
+} // namespace store
