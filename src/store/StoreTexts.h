@@ -41,6 +41,11 @@ inline constexpr char cannotWrite[] = "Не удалось записать фа
 inline constexpr char changedOnDisk[] =
     "Файл данных %1 изменён другой программой. Изменения не сохранены, данные прочитаны заново.";
 
+// The first start in a folder without a data file: %1 is the folder or the
+// file, %2 the cause.
+inline constexpr char folderUncreatable[] = "Не удалось создать папку данных %1: %2.";
+inline constexpr char fileUncreatable[] = "Не удалось создать файл данных %1: %2.";
+
 // %1 is the lock file's path here.
 inline constexpr char lockUnusable[] = "Не удалось открыть файл блокировки %1: %2.";
 
