@@ -9,5 +9,6 @@ build=${VELMORA_PACKAGE_BUILD_DIR:-build-package}
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr \
     -DVELMORA_WITH_TESTS=OFF -DVELMORA_WITH_BENCH=OFF >/dev/null
 cmake --build "$build" -j "$(nproc)" --target velmora velmora-data velmora-icons >/dev/null
-(cd "$build" && cpack -G DEB >/dev/null)
-ls "$PWD/$build"/velmora_*_amd64.deb
+cd "$build"
+cpack -G DEB >/dev/null
+ls "$PWD"/velmora_*_amd64.deb

@@ -19,7 +19,7 @@ fail() { echo "FAILED: $*"; exit 1; }
 [[ $(basename "$deb") == velmora_*_amd64.deb ]] || fail "package named $(basename "$deb")"
 dpkg-deb -f "$deb" Depends | grep -q 'libqt6widgets6' || fail "no computed dependency on Qt"
 for f in usr/bin/velmora usr/bin/velmora-data usr/share/velmora/velmora-help.html \
-    usr/share/man/man1/velmora.1.gz usr/share/icons/hicolor/scalable/apps/velmora.svg; do
+    usr/share/man/man1/velmora.1 usr/share/icons/hicolor/scalable/apps/velmora.svg; do
     [ -s "$root/$f" ] || fail "$f missing"
 done
 for size in 16 24 32 48 64 128 256; do
