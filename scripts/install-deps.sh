@@ -6,8 +6,9 @@ packages=(
     qt6-base-dev qt6-charts-dev libqt6opengl6-dev libxkbcommon-dev libvulkan-dev libgl-dev
     libsqlite3-dev libsqlitecpp-dev
     googletest libgtest-dev libbenchmark-dev
+    qt6-svg-dev
     xvfb xauth fonts-dejavu-core qt6-translations-l10n
-    mdbtools poppler-utils
+    mdbtools poppler-utils desktop-file-utils appstream
     clang libclang-rt-14-dev clang-format
 )
 missing=()

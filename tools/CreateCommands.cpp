@@ -5,6 +5,7 @@
 
 #include "jet/Writer.h"
 #include "store/AtomicFile.h"
+#include "store/DataFolder.h"
 #include "store/Schema.h"
 
 #include <charconv>
@@ -71,7 +72,7 @@ int runNew(const CommandLine& line)
 {
     const std::filesystem::path path = line.arguments.at(0);
     refuseExisting(path);
-    write(path, store::preparedDatabase(jetNow()), line.password);
+    store::writePreparedFile(path, line.password, jetNow());
     return kExitOk;
 }
 

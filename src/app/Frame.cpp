@@ -15,9 +15,11 @@
 
 #include <QCloseEvent>
 #include <QDir>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QShortcut>
 
 // The pictures are compiled into the static library; this makes sure the
@@ -35,9 +37,9 @@ constexpr int kFailureExitCode = 1;
 
 } // namespace
 
-Frame::Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions options)
-    : m_programDir(programDir), m_dialogs(dialogs), m_options(std::move(options)),
-      m_errorSink(m_dialogs, m_options.log), m_store(std::make_unique<store::Store>(programDir, &m_errorSink))
+Frame::Frame(const QString& dataDir, ui::Dialogs& dialogs, FrameOptions options)
+    : m_dataDir(dataDir), m_dialogs(dialogs), m_options(std::move(options)),
+      m_errorSink(m_dialogs, m_options.log), m_store(std::make_unique<store::Store>(dataDir, &m_errorSink))
 {
     // Automatic copies carry the frame's today with the time of day.
     m_store->keepCopies([today = m_options.today] { return QDateTime(today(), QTime::currentTime()); });
@@ -47,8 +49,11 @@ Frame::Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions optio
     setWindowIcon(QIcon(":/velmora/velmora.png"));
     m_mdi = new QMdiArea(this);
     m_mdi->setObjectName("mdiArea");
+    // A window larger than the frame can be scrolled to, on any screen and scale.
+    m_mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_mdi);
-    resize(900, 720);
+    fitToScreen();
     auto* help = new QShortcut(QKeySequence(Qt::Key_F1), this);
     help->setContext(Qt::ApplicationShortcut);
     connect(help, &QShortcut::activated, this, &Frame::showHelp);
@@ -63,6 +68,17 @@ Frame::~Frame()
         application->setReporter(nullptr, {});
     // The windows use the store; they go first.
     delete m_mdi;
+}
+
+// The frame takes most of the screen's free area (the panels left out), up to
+// the size the windows need side by side; nothing of it is remembered.
+void Frame::fitToScreen()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect free = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
+    const QSize wanted(1000, 760);
+    resize(wanted.boundedTo(free.size() * 0.95));
+    move(free.center() - rect().center());
 }
 
 MainWindow* Frame::mainWindow() const
@@ -264,7 +280,9 @@ void Frame::onServiceMoneyChanged()
 
 void Frame::showHelp()
 {
-    const QString path = QDir(m_programDir).filePath(QString::fromUtf8(texts::helpFileName));
+    const QString path = m_options.helpPage.isEmpty()
+                             ? QDir(m_dataDir).filePath(QString::fromUtf8(texts::helpFileName))
+                             : m_options.helpPage;
     if (!m_help)
         m_help = new HelpWindow(this);
     if (!m_help->openPage(path)) {

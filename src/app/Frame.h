@@ -38,6 +38,8 @@ struct FrameOptions
     ui::Clock today = ui::systemToday;
     int splashIntervalMs = SplashWindow::kDefaultIntervalMs;
     ui::DialogErrorSink::Log log = ui::writeToStandardError;
+    // The help page; empty: velmora-help.html in the data folder.
+    QString helpPage;
 };
 
 // MDIForm1 "Velmora": the frame all windows of the program live in. start()
@@ -49,7 +51,8 @@ class Frame : public QMainWindow
     Q_OBJECT
 
 public:
-    Frame(const QString& programDir, ui::Dialogs& dialogs, FrameOptions options = {});
+    // `dataDir` holds the data file, its backup and its lock.
+    Frame(const QString& dataDir, ui::Dialogs& dialogs, FrameOptions options = {});
     ~Frame() override;
 
     // False when the data file cannot be used: the reason has been shown and
@@ -101,7 +104,9 @@ private:
     void onMainWindowClosed();
     void requestQuit(int exitCode);
 
-    QString m_programDir;
+    void fitToScreen();
+
+    QString m_dataDir;
     ui::Dialogs& m_dialogs;
     FrameOptions m_options;
     ui::DialogErrorSink m_errorSink;
