@@ -41,7 +41,6 @@ inline constexpr char cannotWrite[] = "Не удалось записать фа
 inline constexpr char changedOnDisk[] =
     "Файл данных %1 изменён другой программой. Изменения не сохранены, данные прочитаны заново.";
 
-<<<<<<< HEAD
 // An automatic copy that could not be written: %1 is the copy's path, %2 the
 // cause. Asked as a question: the action goes on only if the user agrees.
 inline constexpr char copyNotWritten[] = "Не удалось сохранить копию %1: %2. Продолжить без копии?";
@@ -53,12 +52,10 @@ inline constexpr char copyOperationDeletion[] = "перед удалением �
 inline constexpr char copyExpenseMove[] = "перед переносом расходов";
 inline constexpr char copyPurseDeletion[] = "перед удалением кошелька";
 inline constexpr char copyAccountDeletion[] = "перед удалением счета";
-=======
 // The first start in a folder without a data file: %1 is the folder or the
 // file, %2 the cause.
 inline constexpr char folderUncreatable[] = "Не удалось создать папку данных %1: %2.";
 inline constexpr char fileUncreatable[] = "Не удалось создать файл данных %1: %2.";
->>>>>>> issue-18-s2
 
 // %1 is the lock file's path here.
 inline constexpr char lockUnusable[] = "Не удалось открыть файл блокировки %1: %2.";
