@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -108,6 +109,11 @@ bool serviceWindowPictures(app::Frame& frame, const QDir& output)
         choose(window, list, 0);
     bool ok = save(window->parentWidget(), output, "service-window.png");
     ok = save(&frame, output, "service-window-in-frame.png") && ok;
+    click(window, "CopiesButton");
+    QDialog* copies = window->findChild<QDialog*>();
+    ok = copies && save(copies, output, "copies-dialog.png") && ok;
+    if (copies)
+        copies->close();
     window->parentWidget()->close();
     return ok;
 }
