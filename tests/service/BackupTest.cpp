@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <cerrno>
@@ -234,32 +235,58 @@ TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
     EXPECT_EQ(Backup(d.store()).lastBackupDate(), QDate(2026, 3, 1));
 }
 
+// Restoring the backup, and restoring a chosen automatic copy (which first
+// copies the data file as it stands into the copies' folder).
 TEST(BackupCrash, AKilledRestoreLeavesTheOldOrTheRestoredDataFile)
 {
-    ProgramFolder folder;
-    const QString backupPath = QDir(folder.path()).filePath(store::kBackupFileName);
-    folder.write(marked("прежний").database());
-    const QByteArray old = folder.bytes();
-    folder.write(marked("из копии").database());
-    const QByteArray restored = folder.bytes();
-    writeBytes(backupPath, restored);
-    int oldSeen = 0;
-    int newSeen = 0;
-    killAtEveryCall([](store::Store&, service::Backup& backup) { backup.restore(kBackupDay); }, folder.path(),
-                    [&] { folder.writeBytes(old); },
-                    [&](int killAt) {
-                        const std::string mark = markOf(folder.bytes());
-                        ASSERT_TRUE(mark == "прежний" || mark == "из копии")
-                            << "call " << killAt << ": " << mark;
-                        (mark == "прежний" ? oldSeen : newSeen)++;
-                        ASSERT_EQ(contents(backupPath), restored) << "the backup itself is never touched";
-                        // The next start opens the file and clears what the killed write left.
-                        store::Store next(folder.path());
-                        ASSERT_TRUE(opens(next));
-                        EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{store::kBackupFileName});
-                    });
-    EXPECT_GT(oldSeen, 5);
-    EXPECT_GT(newSeen, 0);
+    for (const bool chosenCopy : {false, true}) {
+        SCOPED_TRACE(chosenCopy ? "a chosen copy" : "the backup");
+        ProgramFolder folder;
+        const QDir copies(QDir(folder.path()).filePath(store::kCopiesFolderName));
+        const QString source = chosenCopy ? copies.filePath("velmora-2026-03-01-0900-начало-дня.mdb")
+                                          : QDir(folder.path()).filePath(store::kBackupFileName);
+        folder.write(marked("прежний").database());
+        const QByteArray old = folder.bytes();
+        folder.write(marked("из копии").database());
+        const QByteArray restored = folder.bytes();
+        ASSERT_TRUE(!chosenCopy || QDir().mkpath(copies.path()));
+        writeBytes(source, restored);
+        const auto reset = [&] {
+            folder.writeBytes(old);
+            for (const QString& name : copies.entryList(QDir::Files))
+                if (copies.filePath(name) != source)
+                    QFile::remove(copies.filePath(name));
+        };
+        const auto work = [&](store::Store& store, service::Backup& backup) {
+            if (chosenCopy) {
+                store.keepCopies([] { return QDateTime(kBackupDay, QTime(10, 0)); });
+                backup.restoreCopy(source, kBackupDay);
+            } else {
+                backup.restore(kBackupDay);
+            }
+        };
+        int oldSeen = 0;
+        int newSeen = 0;
+        killAtEveryCall(work, folder.path(), reset, [&](int killAt) {
+            const std::string mark = markOf(folder.bytes());
+            ASSERT_TRUE(mark == "прежний" || mark == "из копии") << "call " << killAt << ": " << mark;
+            (mark == "прежний" ? oldSeen : newSeen)++;
+            ASSERT_EQ(contents(source), restored) << "the restored file itself is never touched";
+            // The next start opens the file and clears what the killed write left.
+            store::Store next(folder.path());
+            ASSERT_TRUE(opens(next));
+            EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{chosenCopy ? store::kCopiesFolderName
+                                                                               : store::kBackupFileName});
+        });
+        EXPECT_GT(oldSeen, 5);
+        EXPECT_GT(newSeen, 0);
+        if (chosenCopy) {
+            // The completed restore kept the file it replaced, so it can be undone.
+            const QStringList kept = copies.entryList({"*перед-восстановлением*"}, QDir::Files);
+            ASSERT_EQ(kept.size(), 1);
+            EXPECT_EQ(contents(copies.filePath(kept.front())), old);
+        }
+    }
 }
 
 TEST(BackupCrash, AKilledBackupLeavesEachFileOldOrNew)
