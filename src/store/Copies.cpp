@@ -121,10 +121,14 @@ bool Copies::before(CopyReason reason)
     // Nothing is written after a failure, so nothing needs keeping.
     if (!m_store.m_copyClock || m_store.hasFailed())
         return true;
+    const QDateTime now = m_store.m_copyClock();
     try {
-        write(reason, m_store.m_copyClock());
+        write(reason, now);
     } catch (const StoreError& e) {
-        return m_store.goOnWithoutCopy(e);
+        if (!m_store.goOnWithoutCopy(e))
+            return false;
+        // Going on without a copy also stands for the day's copy: asked once.
+        m_store.m_dayCopied = now.date();
     }
     return true;
 }

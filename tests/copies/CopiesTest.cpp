@@ -58,6 +58,7 @@ private slots:
     void actionLeavesCopy_data();
     void actionLeavesCopy();
     void chosenCopyRestored();
+    void copyThatCannotBeWrittenAsks();
 };
 
 void CopiesTest::rotation_data()
@@ -201,6 +202,29 @@ void CopiesTest::chosenCopyRestored()
     const QString kept =
         *std::ranges::find_if(names, [](const QString& n) { return n.contains("восстановлением"); });
     QCOMPARE(copyBytes(w, kept), moved);
+}
+
+// A file where the copies' folder should be: the copy fails, the user is
+// asked, and the clearing goes ahead only if they agree.
+void CopiesTest::copyThatCannotBeWrittenAsks()
+{
+    for (const bool goOn : {false, true}) {
+        DataBuilder d;
+        data(d);
+        WindowDriver w(d);
+        QVERIFY(w.start());
+        writeBytes(w.folder().path() + "/" + store::kCopiesFolderName, "in the way");
+        const QByteArray before = w.bytes();
+        const Form f = w.service();
+        f.click("Check1");
+        yes(w);
+        w.dialogs.answer(goOn ? ui::DialogAnswer::Yes : ui::DialogAnswer::No);
+        f.click("C16");
+        const QStringList shown = w.dialogs.shownTexts();
+        QVERIFY2(shown.filter("Не удалось сохранить копию").size() == 1, qPrintable(shown.join('\n')));
+        QVERIFY(shown.filter("Продолжить без копии?").size() == 1);
+        QCOMPARE(w.bytes() != before, goOn);
+    }
 }
 
 QTEST_MAIN(CopiesTest)
