@@ -69,7 +69,8 @@ Written write(const ReportDocument& report)
     Written written{{}, poppler("pdfinfo", {"-enc", "UTF-8", path})};
     static const QRegularExpression element(QStringLiteral("<(page|word) ([^>]*)>([^<]*)")),
         number(QStringLiteral("(\\w+)=\"([0-9.]+)\""));
-    for (const QRegularExpressionMatch& m : element.globalMatch(poppler("pdftotext", {"-bbox", "-enc", "UTF-8", path, "-"}))) {
+    for (const QRegularExpressionMatch& m :
+         element.globalMatch(poppler("pdftotext", {"-bbox", "-enc", "UTF-8", path, "-"}))) {
         std::map<QString, double> at;
         for (const QRegularExpressionMatch& n : number.globalMatch(m.captured(2)))
             at[n.captured(1)] = n.captured(2).toDouble();
@@ -79,7 +80,8 @@ Written write(const ReportDocument& report)
             written.pages.back().words.emplace_back(
                 m.captured(3), QRectF(QPointF(at["xMin"], at["yMin"]), QPointF(at["xMax"], at["yMax"])));
     }
-    const QStringList texts = poppler("pdftotext", {"-raw", "-enc", "UTF-8", path, "-"}).split(QLatin1Char('\f'));
+    const QStringList texts =
+        poppler("pdftotext", {"-raw", "-enc", "UTF-8", path, "-"}).split(QLatin1Char('\f'));
     for (std::size_t p = 0; p < written.pages.size(); ++p)
         written.pages[p].text = squeezed(texts.value(static_cast<qsizetype>(p)));
     return written;
