@@ -12,6 +12,7 @@
 #include "StoreTexts.h"
 #include "WholeFile.h"
 
+#include <QDebug>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -99,6 +100,21 @@ std::vector<Found> scan(const fs::path& folder)
     return copies;
 }
 
+// Removes the copies the rotation rule lets go.
+void thinOut(const fs::path& folder, const QDateTime& now)
+{
+    std::vector<CopyFile> files;
+    for (Found& found : scan(folder))
+        files.push_back({std::move(found.path), found.made, found.size});
+    for (const fs::path& path : copiesToRemove(std::move(files), now, Copies::kSizeLimit)) {
+        std::error_code ignored; // a copy that stays for now goes at the next round
+        fs::remove(path, ignored);
+    }
+}
+
+// Room left free on the disk beside the day's copy.
+constexpr std::uintmax_t kRoomToSpare = 1 << 20;
+
 } // namespace
 
 Copies::Copies(Store& store) : m_store(store) {}
@@ -146,7 +162,7 @@ std::optional<StoreError> Copies::beforeFirstChangeOfDay()
         return std::nullopt;
     }
     try {
-        write(CopyReason::DayStart, now);
+        writeLater(CopyReason::DayStart, now);
     } catch (const StoreError& e) {
         if (!m_store.goOnWithoutCopy(e))
             return e;
@@ -155,8 +171,21 @@ std::optional<StoreError> Copies::beforeFirstChangeOfDay()
     return std::nullopt;
 }
 
+fs::path Copies::newCopyPath(CopyReason reason, const QDateTime& now) const
+{
+    std::error_code error;
+    fs::create_directories(folder(), error);
+    if (error)
+        throw notWritten(folder(), StoreError::describeErrno(error.value()));
+    fs::path copy;
+    for (int number = 1; copy.empty() || fs::exists(copy, error); ++number)
+        copy = folder() / fileName(now, reason, number).toStdString();
+    return copy;
+}
+
 void Copies::write(CopyReason reason, const QDateTime& now)
 {
+    finishPending();
     std::span<const std::uint8_t> bytes = m_store.keptBytes();
     std::vector<std::uint8_t> read;
     if (bytes.empty()) {
@@ -169,13 +198,7 @@ void Copies::write(CopyReason reason, const QDateTime& now)
         }
         bytes = read;
     }
-    std::error_code error;
-    fs::create_directories(folder(), error);
-    if (error)
-        throw notWritten(folder(), StoreError::describeErrno(error.value()));
-    fs::path copy;
-    for (int number = 1; copy.empty() || fs::exists(copy, error); ++number)
-        copy = folder() / fileName(now, reason, number).toStdString();
+    const fs::path copy = newCopyPath(reason, now);
     try {
         m_store.writer()(copy, bytes);
     } catch (const std::bad_alloc&) {
@@ -184,22 +207,45 @@ void Copies::write(CopyReason reason, const QDateTime& now)
         throw notWritten(copy, describeFailure(e));
     }
     m_store.m_dayCopied = now.date();
-    thinOut(now);
+    thinOut(folder(), now);
 }
 
-void Copies::thinOut(const QDateTime& now) const
+void Copies::writeLater(CopyReason reason, const QDateTime& now)
 {
-    std::vector<CopyFile> files;
-    for (Found& found : scan(folder()))
-        files.push_back({std::move(found.path), found.made, found.size});
-    for (const fs::path& path : copiesToRemove(std::move(files), now, kSizeLimit)) {
-        std::error_code ignored; // a copy that stays for now goes at the next round
-        fs::remove(path, ignored);
-    }
+    finishPending();
+    const std::span<const std::uint8_t> bytes = m_store.keptBytes();
+    if (bytes.empty())
+        return write(reason, now);
+    const fs::path copy = newCopyPath(reason, now);
+    std::error_code error;
+    const fs::space_info room = fs::space(folder(), error);
+    if (!error && room.available < bytes.size() + kRoomToSpare)
+        throw notWritten(copy, StoreError::describeErrno(ENOSPC));
+    m_store.m_dayCopied = now.date();
+    m_store.m_pendingCopy =
+        std::async(std::launch::async, [writer = m_store.writer(), copy, folder = folder(), now,
+                                        kept = std::vector<std::uint8_t>(bytes.begin(), bytes.end())] {
+            try {
+                writer(copy, kept);
+            } catch (const std::exception& e) {
+                // Too late to ask: the change it guards is made. Said in the log.
+                qWarning().noquote()
+                    << QString::fromUtf8(texts::copyNotWritten).arg(shown(copy), QString::fromUtf8(e.what()));
+                return;
+            }
+            thinOut(folder, now);
+        });
+}
+
+void Copies::finishPending() const
+{
+    if (m_store.m_pendingCopy.valid())
+        m_store.m_pendingCopy.get();
 }
 
 std::vector<CopyEntry> Copies::list() const
 {
+    finishPending();
     std::vector<CopyEntry> entries;
     for (Found& found : scan(folder())) {
         CopyEntry entry{std::move(found.path), found.made, found.why, {}, {}, 0};

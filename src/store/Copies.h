@@ -71,6 +71,9 @@ public:
     // restore judges a file.
     std::vector<CopyEntry> list() const;
 
+    // Waits until the day's copy, written beside the program, is in place.
+    void finishPending() const;
+
     // "velmora-2026-11-22-0930-перед-очисткой.mdb"; `number` above 1 is
     // added for a second copy of the same minute.
     static QString fileName(const QDateTime& made, CopyReason reason, int number = 1);
@@ -78,7 +81,12 @@ public:
 private:
     // Throws StoreError (CannotWrite naming the copy) when it cannot be written.
     void write(CopyReason reason, const QDateTime& now);
-    void thinOut(const QDateTime& now) const;
+    // The same for the day's copy of bytes the store holds: the folder and
+    // the room for the copy are checked at once, so a failure is asked about
+    // before the change; writing and thinning out go on beside the program.
+    void writeLater(CopyReason reason, const QDateTime& now);
+    // The folder made and the name of a new copy chosen; throws as write().
+    std::filesystem::path newCopyPath(CopyReason reason, const QDateTime& now) const;
 
     Store& m_store;
 };

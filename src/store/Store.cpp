@@ -55,6 +55,8 @@ Store::Store(const QString& programDir, ErrorSink* sink, FileWriter writer)
 
 Store::~Store()
 {
+    if (m_pendingCopy.valid())
+        m_pendingCopy.wait();
     if (m_open)
         m_image->rollback();
 }

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <span>
@@ -98,6 +99,8 @@ private:
     // Set once copies are kept: the time of a copy, and the day the last one was made.
     std::function<QDateTime()> m_copyClock;
     QDate m_dayCopied;
+    // The day's copy while it is still being written beside the program.
+    std::future<void> m_pendingCopy;
 };
 
 } // namespace store

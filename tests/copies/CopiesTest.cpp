@@ -1,6 +1,7 @@
 // Automatic copies: the rotation rule over synthetic dates; every action
 // that changes the file for good, driven through its window, leaves a copy
 // equal to the file before it; a chosen copy is put back through "Копии…".
+#include "store/Copies.h"
 #include "WindowDriver.h"
 #include "store/CopyRotation.h"
 #include "store/Schema.h"
@@ -157,6 +158,7 @@ void CopiesTest::actionLeavesCopy()
     const QByteArray before = w.bytes();
     act(w);
     QVERIFY2(w.bytes() != before, qPrintable(w.dialogs.shownTexts().join('\n')));
+    store::Copies(w.frame().store()).finishPending(); // the day's copy is written beside the click
     const QStringList names = copyNames(w);
     // One copy covers the day: no second one of the same file.
     QCOMPARE(names.size(), 1);
