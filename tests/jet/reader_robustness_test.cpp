@@ -34,23 +34,16 @@ std::vector<std::uint8_t> ownFile()
 
 constexpr std::uint32_t kLongNote = 10000; // bytes of the 5000-letter note
 
-// Returns the error text, or "" when the input decoded.
-std::string outcome(std::span<const std::uint8_t> bytes)
-{
-    try {
-        jet::readDatabase(bytes, store::kFilePassword);
-        return {};
-    } catch (const jet::Error& e) {
-        EXPECT_GT(std::string(e.what()).size(), 10u);
-        return e.what();
-    }
-}
-
 } // namespace
 
-TEST(ReaderRobustness, EmptyShortAndForeignFilesAreRefusedClearly)
+// Random changes are the fuzz targets' work; these are refused by name.
+TEST(ReaderRobustness, EmptyShortCutAndForeignFilesAreRefusedClearly)
 {
     const auto own = ownFile();
+    auto garbled = own;
+    std::mt19937 random(7);
+    for (std::size_t i = 4096; i < garbled.size(); ++i)
+        garbled[i] = static_cast<std::uint8_t>(random());
     const struct
     {
         std::vector<std::uint8_t> bytes;
@@ -60,10 +53,12 @@ TEST(ReaderRobustness, EmptyShortAndForeignFilesAreRefusedClearly)
         {{0x00, 0x01, 0x00}, "too short"},
         {std::vector<std::uint8_t>(8192, 'x'), "does not start"},
         {std::vector<std::uint8_t>(own.begin(), own.begin() + 300), "shorter than one page"},
+        {std::vector<std::uint8_t>(own.begin(), own.end() - 4096), "the file is cut short"},
+        {garbled, "is not a table definition page"},
     };
     for (const auto& c : cases) {
         try {
-            jet::readDatabase(c.bytes, u"");
+            jet::readDatabase(c.bytes, store::kFilePassword);
             ADD_FAILURE() << "decoded: " << c.says;
         } catch (const jet::Error& e) {
             EXPECT_EQ(e.code(), jet::ErrorCode::DamagedFile);
@@ -76,7 +71,6 @@ TEST(ReaderRobustness, EmptyShortAndForeignFilesAreRefusedClearly)
 // the table; salvaging keeps every other table and what could be read of this one.
 TEST(ReaderRobustness, MismatchesBetweenWhatTheFileStatesAndHoldsAreDamage)
 {
-    using namespace testsupport;
     using Patch = void (*)(std::vector<std::uint8_t>&);
     struct Case
     {
@@ -84,20 +78,18 @@ TEST(ReaderRobustness, MismatchesBetweenWhatTheFileStatesAndHoldsAreDamage)
         Patch patch;
         jet::Reason reason;
         const char16_t* table;
-        std::size_t rowsKept;
     };
     const Case cases[] = {
-        {"pages hidden", [](auto& f) { hidePagesOf(f, u"Bank"); }, jet::Reason::RowCount, u"Bank", 0},
+        {"pages hidden", [](auto& f) { hidePagesOf(f, u"Bank"); }, jet::Reason::RowCount, u"Bank"},
         {"pages of others listed", [](auto& f) { shiftPagesOf(f, u"Bank"); }, jet::Reason::ForeignPage,
-         u"Bank", 0},
-        {"chain loops", [](auto& f) { loopLongValue(f, kLongNote); }, jet::Reason::LongValueReused, u"Notes",
-         0},
+         u"Bank"},
+        {"chain loops", [](auto& f) { loopLongValue(f, kLongNote); }, jet::Reason::LongValueReused, u"Notes"},
         {"longer than its chain", [](auto& f) { restateLongValue(f, kLongNote, kLongNote + 2); },
-         jet::Reason::LongValue, u"Notes", 0},
+         jet::Reason::LongValue, u"Notes"},
         {"shorter than its chain", [](auto& f) { restateLongValue(f, kLongNote, kLongNote - 2); },
-         jet::Reason::LongValue, u"Notes", 0},
+         jet::Reason::LongValue, u"Notes"},
         {"longer than the file", [](auto& f) { restateLongValue(f, kLongNote, 0x3FFFFFFF); },
-         jet::Reason::LongValue, u"Notes", 0},
+         jet::Reason::LongValue, u"Notes"},
     };
     const auto sound = ownFile();
     const jet::Database expected = jet::readDatabase(sound, store::kFilePassword);
@@ -105,31 +97,13 @@ TEST(ReaderRobustness, MismatchesBetweenWhatTheFileStatesAndHoldsAreDamage)
         SCOPED_TRACE(c.name);
         auto file = sound;
         c.patch(file);
-        try {
-            jet::readDatabase(file, store::kFilePassword);
-            ADD_FAILURE() << "decoded";
-        } catch (const jet::Error& e) {
-            EXPECT_EQ(e.reason(), c.reason) << e.what();
-            EXPECT_TRUE(e.table() == c.table);
-        }
+        EXPECT_THROW(jet::readDatabase(file, store::kFilePassword), jet::Error);
         std::optional<jet::Error> damage;
         const jet::Database salvaged = jet::salvageDatabase(file, store::kFilePassword, damage);
         ASSERT_TRUE(damage && damage->reason() == c.reason && damage->table() == c.table);
         ASSERT_EQ(salvaged.tables.size(), expected.tables.size());
         for (std::size_t t = 0; t < expected.tables.size(); ++t)
             EXPECT_EQ(salvaged.tables[t].rows.size(),
-                      expected.tables[t].name == c.table ? c.rowsKept : expected.tables[t].rows.size());
+                      expected.tables[t].name == c.table ? 0 : expected.tables[t].rows.size());
     }
-}
-
-// Random changes are the fuzz targets' work; these two must always be refused.
-TEST(ReaderRobustness, CutOrGarbledFilesAreRefused)
-{
-    const auto own = ownFile();
-    EXPECT_NE(outcome(std::span(own).first(own.size() - 4096)), "") << "cut after the catalog";
-    auto file = own;
-    std::mt19937 random(7);
-    for (std::size_t i = 4096; i < file.size(); ++i)
-        file[i] = static_cast<std::uint8_t>(random());
-    EXPECT_NE(outcome(file), "") << "garbage after a sound header";
 }

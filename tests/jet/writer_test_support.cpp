@@ -1,6 +1,7 @@
 #include "writer_test_support.h"
 
 #include "support/Fixtures.h"
+#include "support/ProgramFolder.h"
 
 #include "CsvExport.h"
 #include "jet/ByteOrder.h"
@@ -9,10 +10,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
+#include <map>
 #include <random>
-#include <set>
+#include <ranges>
+#include <span>
 #include <tuple>
 
 namespace writertest {
@@ -71,38 +73,6 @@ std::vector<std::vector<Value>> edgeValues()
     };
 }
 
-Value randomValue(const Column& column, std::mt19937& rng)
-{
-    switch (column.type) {
-    case ColumnType::Boolean:
-        return rng() % 2 == 0;
-    case ColumnType::Byte:
-        return static_cast<std::int32_t>(rng() % 256);
-    case ColumnType::Integer:
-        return static_cast<std::int32_t>(rng() % 65536) - 32768;
-    case ColumnType::Long:
-        return static_cast<std::int32_t>(rng());
-    case ColumnType::Currency:
-        return jet::Currency{static_cast<std::int64_t>(rng() % 2000000001) - 1000000000};
-    case ColumnType::Single:
-        return static_cast<float>(static_cast<std::int32_t>(rng() % 2000001) - 1000000) / 1000.0f;
-    case ColumnType::Double:
-        return (static_cast<double>(rng()) - 2147483648.0) / 7.0;
-    case ColumnType::DateTime: // 1900-01-01 to 9998-12-31, whole seconds
-        return jet::DateTime{2.0 + rng() % 2958098 + static_cast<double>(rng() % 86400) / 86400};
-    case ColumnType::Guid: {
-        jet::Guid g;
-        for (auto& b : g.bytes)
-            b = static_cast<std::uint8_t>(rng());
-        return g;
-    }
-    case ColumnType::Binary:
-        return bytes(rng, rng() % 256);
-    default:
-        return cyrillic(rng, rng() % (column.maxChars() + 1));
-    }
-}
-
 jet::Table tableOf(std::u16string name, std::vector<Column> columns)
 {
     jet::Table t;
@@ -130,12 +100,10 @@ jet::Table everyTypeTable(std::u16string name, std::size_t rows, unsigned seed)
         jet::Row row{static_cast<std::int32_t>(2 * r + 1)};
         for (std::size_t c = 1; c < t.columns.size(); ++c) {
             const auto& edge = edges[c];
-            if (!edge.empty() && r < 2 * edge.size())
-                row.push_back(edge[r % edge.size()]);
-            else if (rng() % 8 == 0)
+            if (edge.empty() || (r >= 2 * edge.size() && rng() % 8 == 0))
                 row.emplace_back(); // Null
             else
-                row.push_back(randomValue(t.columns[c], rng));
+                row.push_back(edge[(r < 2 * edge.size() ? r : rng()) % edge.size()]);
         }
         const std::size_t size = kLongSizes[(r + seed) % std::size(kLongSizes)];
         row[12] = cyrillic(rng, size / 2);
@@ -143,18 +111,6 @@ jet::Table everyTypeTable(std::u16string name, std::size_t rows, unsigned seed)
         t.rows.push_back(std::move(row));
     }
     t.lastAutoNumber = static_cast<std::int32_t>(2 * rows + 5); // numbers of deleted rows stay used
-    return t;
-}
-
-jet::Table longValueTable()
-{
-    jet::Table t = tableOf(u"Long values", {Column::ofType(u"N", ColumnType::Long), Column::text(u"Pad", 255),
-                                            Column::ofType(u"Memo", ColumnType::Memo),
-                                            Column::ofType(u"Ole", ColumnType::Ole)});
-    std::mt19937 rng(7);
-    std::int32_t n = 0;
-    for (const std::size_t size : kLongSizes)
-        t.rows.push_back({++n, jet::Null{}, cyrillic(rng, size / 2), bytes(rng, size)});
     return t;
 }
 
@@ -210,25 +166,6 @@ jet::Table operationsTable(std::u16string name, std::size_t rows)
     return t;
 }
 
-jet::Table longTextTable(std::size_t rows)
-{
-    jet::Table t = tableOf(u"Тексты", {Column::text(u"Текст", 255)});
-    std::mt19937 rng(13);
-    for (std::size_t r = 0; r < rows; ++r)
-        t.rows.push_back({cyrillic(rng, 255)});
-    return t;
-}
-
-TempFile::TempFile(const std::vector<std::uint8_t>& bytes) : m_path(m_folder / "written.mdb")
-{
-    std::ofstream(m_path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
-std::string TempFile::quoted() const
-{
-    return testsupport::shellQuoted(m_path);
-}
-
 namespace {
 
 // Cells mdbtools cannot print: dates before 1899-12-30 or from day 1 000 000
@@ -270,44 +207,75 @@ std::string guidText(const std::string& hex)
 
 } // namespace
 
-jet::Table storedForm(jet::Table table)
+jet::Database storedForm(jet::Database db)
 {
-    for (jet::Row& row : table.rows)
-        for (std::size_t c = 0; c < row.size(); ++c)
-            if (table.columns[c].type == ColumnType::Boolean && jet::isNull(row[c]))
-                row[c] = false;
-    return table;
+    for (jet::Table& table : db.tables)
+        for (jet::Row& row : table.rows)
+            for (std::size_t c = 0; c < row.size(); ++c)
+                if (table.columns[c].type == ColumnType::Boolean && jet::isNull(row[c]))
+                    row[c] = false;
+    return db;
 }
 
-void expectMdbtoolsAgree(const TempFile& file, const jet::Table& written)
+void expectMdbtoolsRead(const jet::Database& written)
 {
-    const jet::Table table = storedForm(written);
-    const std::string name = testsupport::shellQuoted(jet::toUtf8(table.name));
-    SCOPED_TRACE(jet::toUtf8(table.name));
-    const auto count = testsupport::run("mdb-count " + file.quoted() + " " + name);
-    EXPECT_EQ(count.output, std::to_string(table.rows.size()) + "\n");
-    const auto exported = testsupport::run("mdb-export -b hex " + file.quoted() + " " + name);
-    ASSERT_EQ(exported.exitCode, 0) << exported.output.substr(0, 500);
-    const auto theirs = testsupport::parseCsv(exported.output);
-    const auto ours = testsupport::parseCsv(velmora::exportCsv(table));
-    ASSERT_EQ(theirs.size(), ours.size());
-    ASSERT_FALSE(ours.empty());
-    EXPECT_EQ(theirs[0], ours[0]);
-    for (std::size_t r = 1; r < ours.size(); ++r) {
-        ASSERT_EQ(theirs[r].size(), ours[r].size()) << "record " << r;
-        for (std::size_t c = 0; c < ours[r].size(); ++c) {
-            const Value& value = table.rows[r - 1][c];
-            const ColumnType type = table.columns[c].type;
-            if (mdbtoolsCannotPrint(value))
-                continue;
-            const auto* bytes = std::get_if<jet::Bytes>(&value);
-            std::string expected = bytes ? hexCell(*bytes, type) : ours[r][c];
-            if (type == ColumnType::Guid) {
-                std::erase(expected, '-');
-                EXPECT_EQ(guidText(theirs[r][c]), expected) << "record " << r;
-            } else {
-                EXPECT_EQ(theirs[r][c].substr(0, 300), expected.substr(0, 300))
-                    << "record " << r << " field " << c;
+    using T = ColumnType;
+    static const std::map<T, std::string> schemaTypes = {{T::Boolean, "Boolean NOT NULL"},
+                                                         {T::Byte, "Byte"},
+                                                         {T::Integer, "Integer"},
+                                                         {T::Long, "Long Integer"},
+                                                         {T::Currency, "Currency"},
+                                                         {T::Single, "Single"},
+                                                         {T::Double, "Double"},
+                                                         {T::DateTime, "DateTime"},
+                                                         {T::Guid, "Replication ID"},
+                                                         {T::Memo, "Memo/Hyperlink (255)"},
+                                                         {T::Ole, "OLE (255)"},
+                                                         {T::Binary, "Binary"}};
+    const velmora::test::ProgramFolder folder;
+    folder.write(written);
+    const std::string file = testsupport::shellQuoted(folder.dataFile());
+    EXPECT_EQ(testsupport::run("mdb-ver " + file).output, "JET4\n");
+    std::string names;
+    for (const jet::Table& t : written.tables)
+        names += jet::toUtf8(t.name) + "\n";
+    EXPECT_EQ(testsupport::run("mdb-tables -1 " + file).output, names);
+    for (const jet::Table& table : storedForm(written).tables) {
+        const std::string name = testsupport::shellQuoted(jet::toUtf8(table.name));
+        SCOPED_TRACE(jet::toUtf8(table.name));
+        const std::string schema = testsupport::run("mdb-schema -T " + name + " " + file).output;
+        for (const jet::Column& c : table.columns) {
+            const std::string line =
+                "[" + jet::toUtf8(c.name) + "]\t\t\t" +
+                (c.type == T::Text ? "Text (" + std::to_string(c.maxChars()) + ")" : schemaTypes.at(c.type));
+            EXPECT_TRUE(schema.find(line + ",") != std::string::npos ||
+                        schema.find(line + "\n") != std::string::npos)
+                << line << " not in\n"
+                << schema;
+        }
+        EXPECT_EQ(testsupport::run("mdb-count " + file + " " + name).output,
+                  std::to_string(table.rows.size()) + "\n");
+        const auto exported = testsupport::run("mdb-export -b hex " + file + " " + name);
+        ASSERT_EQ(exported.exitCode, 0) << exported.output.substr(0, 500);
+        const auto theirs = testsupport::parseCsv(exported.output);
+        const auto ours = testsupport::parseCsv(velmora::exportCsv(table));
+        ASSERT_EQ(theirs.size(), ours.size());
+        EXPECT_EQ(theirs[0], ours[0]);
+        for (std::size_t r = 1; r < ours.size(); ++r) {
+            ASSERT_EQ(theirs[r].size(), ours[r].size()) << "record " << r;
+            for (std::size_t c = 0; c < ours[r].size(); ++c) {
+                const Value& value = table.rows[r - 1][c];
+                if (mdbtoolsCannotPrint(value))
+                    continue;
+                const auto* bytes = std::get_if<jet::Bytes>(&value);
+                std::string expected = bytes ? hexCell(*bytes, table.columns[c].type) : ours[r][c];
+                if (table.columns[c].type == ColumnType::Guid) {
+                    std::erase(expected, '-');
+                    EXPECT_EQ(guidText(theirs[r][c]), expected) << "record " << r;
+                } else {
+                    EXPECT_EQ(theirs[r][c].substr(0, 300), expected.substr(0, 300))
+                        << "record " << r << " field " << c;
+                }
             }
         }
     }
@@ -322,168 +290,118 @@ void expectSameDatabase(const jet::Database& actual, const jet::Database& expect
         std::vector<std::tuple<std::u16string, ColumnType, int, bool>> columns;
         for (const Column& c : t.columns)
             columns.emplace_back(c.name, c.type, c.length, c.autoNumber);
-        return std::tuple(t.name, t.lastAutoNumber, columns, t.rows.size());
+        return std::tuple(t.name, t.lastAutoNumber, columns);
     };
     for (std::size_t i = 0; i < expected.tables.size(); ++i) {
-        const jet::Table& a = actual.tables[i];
-        const jet::Table& e = expected.tables[i];
-        ASSERT_TRUE(definition(a) == definition(e)) << jet::toUtf8(e.name);
-        const auto differs = std::mismatch(a.rows.begin(), a.rows.end(), e.rows.begin());
-        EXPECT_TRUE(differs.first == a.rows.end())
-            << jet::toUtf8(e.name) << ": row " << (differs.first - a.rows.begin()) << " differs";
+        ASSERT_TRUE(definition(actual.tables[i]) == definition(expected.tables[i]))
+            << jet::toUtf8(expected.tables[i].name);
+        EXPECT_TRUE(actual.tables[i].rows == expected.tables[i].rows) << jet::toUtf8(expected.tables[i].name);
     }
 }
-
-namespace le = jet::le;
 
 namespace {
 
-constexpr std::uint32_t kLval = 0x4C41564C;
+namespace le = jet::le;
 
-std::size_t rowEnd(const std::uint8_t* p, std::size_t row)
+struct Pages
 {
-    return row == 0 ? 4096 : le::u16(p + 14 + 2 * (row - 1)) & 0x1FFF;
-}
+    const std::vector<std::uint8_t>& bytes;
 
-void expectConsistentDataPage(const std::uint8_t* p, std::uint32_t number)
-{
-    const std::size_t rows = le::u16(p + 12);
-    EXPECT_LE(rows, 255u) << "page " << number;
-    std::size_t used = 14;
-    for (std::size_t r = 0; r < rows; ++r) {
-        const std::size_t start = le::u16(p + 14 + 2 * r);
-        ASSERT_EQ(start & 0xE000, 0u) << "page " << number << " row " << r << " carries flags";
-        ASSERT_LT(start, rowEnd(p, r)) << "page " << number << " row " << r;
-        const std::size_t length = rowEnd(p, r) - start;
-        const bool lval = le::u32(p + 4) == kLval;
-        if (number != 1) {
-            EXPECT_LE(length, lval ? 4076u : 4060u) << "page " << number << " row " << r;
-        }
-        used += length + 2;
+    std::uint32_t count() const { return static_cast<std::uint32_t>(bytes.size() / 4096); }
+    const std::uint8_t* operator[](std::uint32_t n) const { return bytes.data() + std::size_t(n) * 4096; }
+
+    // Pages a usage map lists; `type` receives the map's type byte.
+    std::vector<std::uint32_t> mapPages(std::uint32_t pointer, int* type = nullptr) const
+    {
+        const std::uint8_t* p = (*this)[pointer >> 8];
+        const std::size_t r = pointer & 0xFF, start = le::u16(p + 14 + 2 * r) & 0x1FFF;
+        const std::size_t end = r == 0 ? 4096 : le::u16(p + 12 + 2 * r) & 0x1FFF;
+        const std::uint8_t* map = p + start;
+        if (type)
+            *type = map[0];
+        std::vector<std::uint32_t> pages;
+        const auto collect = [&](const std::uint8_t* bitmap, std::size_t bytes, std::uint32_t first) {
+            for (std::size_t bit = 0; bit < 8 * bytes; ++bit)
+                if (bitmap[bit / 8] >> (bit % 8) & 1)
+                    pages.push_back(static_cast<std::uint32_t>(first + bit));
+        };
+        if (map[0] == 0)
+            collect(map + 5, end - start - 5, le::u32(map + 1));
+        for (std::size_t slot = 0; map[0] == 1 && slot < (end - start - 1) / 4; ++slot)
+            if (const std::uint32_t bitmapPage = le::u32(map + 1 + 4 * slot))
+                collect((*this)[bitmapPage] + 4, 4092, static_cast<std::uint32_t>(slot * 4092 * 8));
+        return pages;
     }
-    EXPECT_EQ(le::u16(p + 2), 4096 - used) << "free space of page " << number;
-    EXPECT_EQ(le::u32(p + 8), 0u);
-}
-
-// Free-space field of a definition page: 4096 - bytes on the page - 8, not below 0.
-void expectConsistentDefinition(const FileView& file, std::uint32_t first)
-{
-    const std::size_t length = le::u32(file.page(first) + 8);
-    std::size_t done = 0;
-    for (std::uint32_t n = first; n != 0; n = le::u32(file.page(n) + 4)) {
-        ASSERT_LT(done, length) << "definition " << first << " has a page too many";
-        const std::size_t payload =
-            n == first ? std::min<std::size_t>(length, 4096) : std::min(length - done, std::size_t{4088});
-        const std::size_t onPage = n == first ? payload : payload + 8;
-        done += payload;
-        EXPECT_EQ(le::u16(file.page(n) + 2), onPage + 8 >= 4096 ? 0 : 4096 - onPage - 8) << "page " << n;
+    // The first page of a table definition, not a continuation.
+    bool definitionStart(std::uint32_t n) const
+    {
+        return (*this)[n][0] == 0x02 &&
+               std::ranges::none_of(std::views::iota(1u, count()), [&](std::uint32_t m) {
+                   return (*this)[m][0] == 0x02 && le::u32((*this)[m] + 4) == n;
+               });
     }
-    ASSERT_EQ(done, length) << "definition " << first << " ends early";
-    const auto def = file.definition(first);
-    EXPECT_EQ(le::u16(&def[length - 2]), 0xFFFF) << "definition " << first << " does not end with FF FF";
-}
+};
 
 } // namespace
 
-std::vector<std::uint32_t> FileView::definitionPages() const
+void expectConsistentPages(const std::vector<std::uint8_t>& bytes)
 {
-    std::set<std::uint32_t> continuations, all;
-    for (std::uint32_t n = 1; n < pageCount(); ++n)
-        if (page(n)[0] == 0x02) {
-            all.insert(n);
-            if (const std::uint32_t next = le::u32(page(n) + 4))
-                continuations.insert(next);
+    const Pages file{bytes};
+    ASSERT_EQ(bytes.size() % 4096, 0u);
+    for (std::uint32_t n = 1; n < file.count(); ++n) {
+        const std::uint8_t* p = file[n];
+        if (p[0] == 0x01) { // data page: free space is what its rows and their offsets leave
+            std::size_t used = 14 + 2 * le::u16(p + 12);
+            for (std::size_t r = 0, end = 4096; r < le::u16(p + 12);
+                 end = le::u16(p + 14 + 2 * r++) & 0x1FFF) {
+                const std::size_t length = end - (le::u16(p + 14 + 2 * r) & 0x1FFF);
+                EXPECT_LE(length, n == 1                         ? 4096u
+                                  : le::u32(p + 4) == 0x4C41564C ? 4076u
+                                                                 : 4060u)
+                    << "page " << n;
+                used += length;
+            }
+            EXPECT_EQ(le::u16(p + 2), 4096 - used) << "free space of page " << n;
         }
-    std::vector<std::uint32_t> first;
-    std::set_difference(all.begin(), all.end(), continuations.begin(), continuations.end(),
-                        std::back_inserter(first));
-    return first;
-}
-
-std::uint32_t FileView::definitionWithRowCount(std::uint32_t rows) const
-{
-    for (const std::uint32_t n : definitionPages())
-        if (le::u32(page(n) + 0x10) == rows)
-            return n;
-    return 0;
-}
-
-std::vector<std::uint8_t> FileView::definition(std::uint32_t first) const
-{
-    std::vector<std::uint8_t> def(page(first), page(first) + 4096);
-    for (std::uint32_t n = le::u32(page(first) + 4); n != 0; n = le::u32(page(n) + 4))
-        def.insert(def.end(), page(n) + 8, page(n) + 4096);
-    def.resize(std::min<std::size_t>(def.size(), le::u32(page(first) + 8)));
-    return def;
-}
-
-std::size_t FileView::definitionPageCount(std::uint32_t first) const
-{
-    std::size_t count = 0;
-    for (std::uint32_t n = first; n != 0; n = le::u32(page(n) + 4))
-        ++count;
-    return count;
-}
-
-std::span<const std::uint8_t> FileView::row(std::uint32_t pointer) const
-{
-    const std::uint8_t* p = page(pointer >> 8);
-    const std::size_t r = pointer & 0xFF;
-    const std::size_t start = le::u16(p + 14 + 2 * r) & 0x1FFF;
-    return {p + start, rowEnd(p, r) - start};
-}
-
-std::vector<std::uint32_t> FileView::mapPages(std::uint32_t pointer, int* type) const
-{
-    const auto map = row(pointer);
-    if (type)
-        *type = map[0];
-    std::vector<std::uint32_t> pages;
-    const auto collect = [&](const std::uint8_t* bitmap, std::size_t bytes, std::uint32_t start) {
-        for (std::size_t bit = 0; bit < 8 * bytes; ++bit)
-            if (bitmap[bit / 8] >> (bit % 8) & 1)
-                pages.push_back(static_cast<std::uint32_t>(start + bit));
-    };
-    if (map[0] == 0)
-        collect(map.data() + 5, map.size() - 5, le::u32(map.data() + 1));
-    for (std::size_t slot = 0; map[0] == 1 && slot < (map.size() - 1) / 4; ++slot)
-        if (const std::uint32_t bitmapPage = le::u32(map.data() + 1 + 4 * slot)) {
-            EXPECT_EQ(page(bitmapPage)[0], 0x05);
-            collect(page(bitmapPage) + 4, 4092, static_cast<std::uint32_t>(slot * 4092 * 8));
+        if (!file.definitionStart(n))
+            continue;
+        // A definition's first page: 4096 - bytes on each page - 8, not below 0, in free space.
+        const std::size_t length = le::u32(p + 8);
+        std::size_t done = 0;
+        for (std::uint32_t m = n; m != 0; m = le::u32(file[m] + 4)) {
+            ASSERT_LT(done, length) << "definition " << n << " has a page too many";
+            const std::size_t payload =
+                m == n ? std::min<std::size_t>(length, 4096) : std::min(length - done, std::size_t{4088});
+            const std::size_t onPage = m == n ? payload : payload + 8;
+            done += payload;
+            EXPECT_EQ(le::u16(file[m] + 2), onPage + 8 >= 4096 ? 0 : 4096 - onPage - 8) << "page " << m;
+            if (done == length) {
+                EXPECT_EQ(le::u16(file[m] + onPage - 2), 0xFFFF) << "definition " << n << " without FF FF";
+            }
         }
-    return pages;
-}
-
-std::vector<std::uint32_t> FileView::pagesOwnedBy(std::uint32_t owner) const
-{
-    std::vector<std::uint32_t> pages;
-    for (std::uint32_t n = 2; n < pageCount(); ++n)
-        if (page(n)[0] == 0x01 && le::u32(page(n) + 4) == owner)
-            pages.push_back(n);
-    return pages;
-}
-
-void expectConsistentPages(const FileView& file)
-{
-    ASSERT_GT(file.pageCount(), 3u);
-    for (std::uint32_t n = 1; n < file.pageCount(); ++n) {
-        const std::uint8_t* p = file.page(n);
-        EXPECT_EQ(p[1], 0x01) << "page " << n;
-        if (p[0] == 0x01) {
-            expectConsistentDataPage(p, n);
-        } else {
-            EXPECT_TRUE(p[0] == 0x02 || p[0] == 0x05) << "page " << n << " of type " << int(p[0]);
-        }
+        ASSERT_EQ(done, length) << "definition " << n << " ends early";
     }
-    for (const std::uint32_t first : file.definitionPages())
-        expectConsistentDefinition(file, first);
     // The file-wide map on page 1: pages of the file in use, the rest free.
     int type = -1;
     const auto free = file.mapPages(1u << 8, &type);
     EXPECT_EQ(type, 0);
     ASSERT_FALSE(free.empty());
-    EXPECT_EQ(free.front(), file.pageCount());
+    EXPECT_EQ(free.front(), file.count());
     EXPECT_EQ(free.size(), free.back() - free.front() + 1);
+}
+
+TableMaps tableMaps(const std::vector<std::uint8_t>& bytes, std::uint32_t rows)
+{
+    const Pages file{bytes};
+    TableMaps maps;
+    for (std::uint32_t def = 1; def < file.count(); ++def)
+        if (file.definitionStart(def) && le::u32(file[def] + 0x10) == rows) {
+            maps.free = file.mapPages(le::u32(file[def] + 0x3B));
+            for (std::uint32_t n = 2; n < file.count(); ++n)
+                if (file[n][0] == 0x01 && le::u32(file[n] + 4) == def)
+                    maps.pages.push_back(n);
+        }
+    return maps;
 }
 
 } // namespace writertest

@@ -43,10 +43,7 @@ DataBuilder::DataBuilder() : m_db(store::preparedDatabase(store::toJetDate(QDate
 
 jet::Table& DataBuilder::table(const char16_t* name)
 {
-    jet::Table* found = m_db.table(name);
-    if (!found)
-        throw std::logic_error("no such table");
-    return *found;
+    return *m_db.table(name);
 }
 
 DataBuilder& DataBuilder::password(const QString& password)

@@ -9,11 +9,14 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace velmora::test;
 using ledger::BankDirection;
 using ledger::PurseDirection;
 using store::texts::amountOutOfRange;
 
+// Only the row is rounded: a stored balance with more than kopecks keeps them.
 TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
 {
     struct Case
@@ -30,70 +33,26 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
         // Half a kopeck goes towards plus infinity, so the withdrawal is a
         // kopeck smaller, and the balance falls by the same 12,34.
         {"100", "12,345", BankDirection::Withdrawal, "-12.34", "87.66", "\"кавычки\"\tи табуляция"},
-        {"0", "12.345", BankDirection::Withdrawal, "-12.34", "-12.34", ""},
         {"100", "-50", BankDirection::Deposit, "-50", "50", QString(254, QChar(u'ж')) + "'"},
-        {"100", "-50", BankDirection::Withdrawal, "50", "150", "Зарплата"},
-        {"100", "0,004", BankDirection::Deposit, "0", "100", "Зарплата"},
-        // A stored balance with more than kopecks keeps them: only the row is rounded.
-        {"100,0049", "1", BankDirection::Deposit, "1", "101.0049", "Зарплата"},
-        {"100,0049", "0,005", BankDirection::Withdrawal, "0", "100.0049", "Зарплата"},
-        {"5", "0,005", BankDirection::Withdrawal, "0", "5", "Зарплата"},
+        {"100", "-50", BankDirection::Withdrawal, "50", "150", ""},
+        {"100,0049", "0,005", BankDirection::Deposit, "0.01", "100.0149", "Зарплата"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.start) + " " + c.amount);
         DataBuilder data;
         data.balance(c.start);
         LedgerFile file(data);
-        const QDate day(2026, 3, 14);
-        ASSERT_EQ(said(ledger::Bank(file.store()).record({day, typed(c.amount), c.direction, c.comment})),
+        ASSERT_EQ(said(ledger::Bank(file.store())
+                           .record({QDate(2026, 3, 14), typed(c.amount), c.direction, c.comment})),
                   "done");
         const store::Rows bankRows = rows(store::Store(file.folder().path()), "Bank");
         ASSERT_EQ(bankRows.size(), 1u);
         EXPECT_EQ(bankRows[0].integer(0), 1);
-        EXPECT_EQ(bankRows[0].date(1), day);
+        EXPECT_EQ(bankRows[0].date(1), QDate(2026, 3, 14));
         EXPECT_EQ(bankRows[0].amount(2).toPlainString().toStdString(), c.row);
         EXPECT_EQ(bankRows[0].text(3), c.comment);
         EXPECT_EQ(file.balance(), c.balance);
-        EXPECT_TRUE(file.sink.messages.isEmpty());
     }
-}
-
-TEST(Bank, NothingIsWrittenWhenAStatementOrTheSumFails)
-{
-    DataBuilder data;
-    data.balance("900000000000000").bank(QDate(2026, 1, 1), "900000000000000");
-    LedgerFile file(data);
-    const QByteArray before = file.folder().bytes();
-    ledger::Bank bank(file.store());
-
-    // One character more than the column holds: refused before anything is written.
-    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Deposit, QString(256, u'ж')})),
-              "Комментарий не может быть длиннее 255 символов!");
-    // A date the file cannot hold: the insert fails, the balance stays.
-    EXPECT_EQ(said(bank.record({QDate(10000, 1, 2), typed("1"), BankDirection::Deposit, {}})), "not saved");
-    ASSERT_EQ(file.sink.messages.size(), 1);
-    EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"));
-
-    // A balance beyond the money columns' range is refused before any statement.
-    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("100000000000000"), BankDirection::Deposit, {}})),
-              amountOutOfRange);
-    EXPECT_EQ(
-        said(bank.record({QDate(2026, 1, 2), typed("-922337203685477,5808"), BankDirection::Withdrawal, {}})),
-        amountOutOfRange);
-    EXPECT_EQ(file.sink.messages.size(), 1);
-    EXPECT_EQ(file.folder().bytes(), before);
-
-    // The store goes on working after the failures.
-    EXPECT_EQ(said(bank.record({QDate(2026, 1, 2), typed("1"), BankDirection::Withdrawal, {}})), "done");
-    EXPECT_EQ(file.balance(), "899999999999999");
-
-    // Without a balance row only the operation is kept.
-    LedgerFile bare(DataBuilder().withoutBalanceRow());
-    EXPECT_EQ(
-        said(ledger::Bank(bare.store()).record({QDate(2026, 1, 2), typed("10"), BankDirection::Deposit, {}})),
-        "done");
-    EXPECT_EQ(bare.count("Bank"), 1);
-    EXPECT_EQ(bare.balance(), "null");
 }
 
 // The purse holds a fraction of a kopeck, as a file made elsewhere may: it is
@@ -111,8 +70,6 @@ TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
     };
     for (const Case& c : {Case{"10,125", "40,0049", "10.13", "89.87", "29.8749", "52.9951"},
                           Case{"-50", "40,0049", "-50", "150", "90.0049", "52.9951"},
-                          Case{"250", "40,0049", "250", "-150", "-209.9951", "52.9951"},
-                          Case{"0,001", "40,0049", "0", "100", "40.0049", "52.9951"},
                           Case{"15", nullptr, "15", "85", "-15", "93"}}) {
         SCOPED_TRACE(c.amount);
         DataBuilder data;
@@ -139,49 +96,20 @@ TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
     }
 }
 
-TEST(Expenses, AFailureWritesNothingAtAll)
-{
-    DataBuilder data;
-    data.balance("100").purse(2, "Наличные", "40");
-    LedgerFile file(data);
-    const QByteArray before = file.folder().bytes();
-    ledger::Expenses expenses(file.store());
-    const auto expense = [](const char* amount, QString note = {}) {
-        return ledger::Expense{QDate(2026, 3, 14), 3, typed(amount), "Хлеб", note, 2};
-    };
-    EXPECT_EQ(said(expenses.book(expense("10", QString(256, u'я')))),
-              "Примечание расхода не может быть длиннее 255 символов!");
-    EXPECT_EQ(said(expenses.book(expense("-922337203685477"))), amountOutOfRange);
-    EXPECT_TRUE(file.sink.messages.isEmpty());
-    EXPECT_EQ(file.folder().bytes(), before);
-
-    EXPECT_EQ(said(expenses.book(expense("10"))), "done");
-    EXPECT_EQ(file.count("Bills"), 1);
-    EXPECT_EQ(file.balance(), "90");
-    EXPECT_EQ(file.purse(2), "30");
-}
-
 TEST(PurseOperations, OnlyThePurseRowChanges)
 {
     struct Case
     {
-        const char* what;
         const char* start; // nullptr: no row of money
         const char* amount;
         PurseDirection direction;
         const char* purse;
-        const char* bank; // "В банке" plus the rouble of purse 1; the stored balance is 1000
     };
-    const Case cases[] = {
-        {"put in", "100", "50,5", PurseDirection::PutIn, "150.5", "849.5"},
-        {"below zero", "10", "30", PurseDirection::TakeOut, "-20", "1020"},
-        {"without a row", nullptr, "7", PurseDirection::PutIn, "7", "993"},
-        {"take out, half a kopeck", "0", "12,345", PurseDirection::TakeOut, "-12.34", "1012.34"},
-        {"a fraction of a kopeck stays", "10,0049", "1", PurseDirection::PutIn, "11.0049", "988.9951"},
-        {"negative put-in", "5", "-5", PurseDirection::PutIn, "0", "1000"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const Case& c :
+         {Case{"100", "50,5", PurseDirection::PutIn, "150.5"}, Case{nullptr, "7", PurseDirection::PutIn, "7"},
+          Case{"0", "12,345", PurseDirection::TakeOut, "-12.34"},
+          Case{"10,0049", "1", PurseDirection::PutIn, "11.0049"}}) {
+        SCOPED_TRACE(c.amount);
         DataBuilder data;
         data.balance("1000").purse(1, "Наличные", "1").bank(QDate(2026, 1, 1), "1000");
         c.start ? data.purse(4, "Карта", c.start) : data.purseWithoutMoney(4, "Карта");
@@ -191,54 +119,85 @@ TEST(PurseOperations, OnlyThePurseRowChanges)
         EXPECT_EQ(file.count("Purse"), 2);
         EXPECT_EQ(file.purse(1), "1");
         EXPECT_EQ(file.balance(), "1000");
-        EXPECT_EQ(file.count("Bank"), 1);
-        EXPECT_EQ(file.count("Bills"), 0);
-        const auto balances = ledger::Balances::read(file.store());
-        EXPECT_EQ((balances->bankAmount + store::Amount::fromUnits(10'000)).toPlainString().toStdString(),
-                  c.bank);
+        EXPECT_EQ(file.count("Bank") + file.count("Bills"), 1);
     }
 }
 
-TEST(PurseOperations, TheConfirmationComesBeforeTheFileIsWritten)
+// Refusals come before anything is confirmed or written, and the store goes
+// on working after them. A file made elsewhere whose bank figure already lies
+// outside the range may be brought closer, not taken further out.
+TEST(MoneyOperations, ARefusalWritesNothing)
 {
     DataBuilder data;
-    data.purse(2, "Наличные", "100");
+    data.balance("900000000000000")
+        .purse(1, "Наличные", "922337203685477")
+        .purse(2, "Карта", "922337203685477");
     LedgerFile file(data);
-    const QByteArray before = file.folder().bytes();
+    ledger::Bank bank(file.store());
+    ledger::Expenses expenses(file.store());
+    ledger::PurseOperations purses(file.store());
+    const QDate day(2026, 1, 2);
     int confirmations = 0;
-    const auto confirm = [&] {
+    const auto confirm = [&] { ++confirmations; };
+    struct Case
+    {
+        std::function<store::Outcome()> operation;
+        std::string refusal;
+    };
+    const Case cases[] = {
+        {[&] {
+             return bank.record({day, typed("1"), BankDirection::Deposit, QString(256, u'ж')});
+         },
+         "Комментарий не может быть длиннее 255 символов!"},
+        {[&] {
+             return bank.record({day, typed("100000000000000"), BankDirection::Deposit, {}});
+         },
+         amountOutOfRange},
+        {[&] {
+             return bank.record({day, typed("-922337203685477,5808"), BankDirection::Withdrawal, {}});
+         },
+         amountOutOfRange},
+        {[&] {
+             return expenses.book({day, 3, typed("10"), "Хлеб", QString(256, u'я'), 2});
+         },
+         "Примечание расхода не может быть длиннее 255 символов!"},
+        {[&] {
+             return expenses.book({day, 3, typed("-922337203685477"), "Хлеб", {}, 2});
+         },
+         amountOutOfRange},
+        {[&] { return purses.move(2, typed("0,01"), PurseDirection::PutIn, confirm); }, amountOutOfRange},
+        {[&] { return purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm); },
+         amountOutOfRange},
+    };
+    const QByteArray before = file.folder().bytes();
+    for (const Case& c : cases)
+        EXPECT_EQ(said(c.operation()), c.refusal);
+    EXPECT_EQ(confirmations, 0);
+    EXPECT_EQ(file.folder().bytes(), before);
+    EXPECT_TRUE(file.sink.messages.isEmpty());
+
+    // The confirmation comes before the file is written.
+    const auto confirmUnwritten = [&] {
         ++confirmations;
         EXPECT_EQ(file.folder().bytes(), before);
     };
-    ledger::PurseOperations purses(file.store());
-    EXPECT_EQ(said(purses.move(2, typed("1"), PurseDirection::PutIn, confirm)), "done");
+    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::TakeOut, confirmUnwritten)), "done");
     EXPECT_EQ(confirmations, 1);
-    EXPECT_EQ(file.purse(2), "101");
-
-    // Beyond the range nothing is confirmed and nothing written.
-    const QByteArray after = file.folder().bytes();
-    EXPECT_EQ(said(purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm)),
-              amountOutOfRange);
-    EXPECT_EQ(said(purses.move(2, typed("922337203685477"), PurseDirection::PutIn, confirm)),
-              amountOutOfRange);
-    EXPECT_EQ(confirmations, 1);
-    EXPECT_EQ(file.folder().bytes(), after);
-    EXPECT_TRUE(file.sink.messages.isEmpty());
-}
-
-// A file made elsewhere whose bank figure already lies outside the range:
-// an operation may bring it closer, not take it further out.
-TEST(PurseOperations, AFigureOutsideTheRangeMayOnlyComeCloser)
-{
-    DataBuilder data;
-    data.balance("0").purse(1, "Наличные", "922337203685477").purse(2, "Карта", "922337203685477");
-    LedgerFile file(data);
-    ledger::PurseOperations purses(file.store());
-    const QByteArray before = file.folder().bytes();
-    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::PutIn)), amountOutOfRange);
-    EXPECT_EQ(file.folder().bytes(), before);
-    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::TakeOut)), "done");
     EXPECT_EQ(file.purse(2), "922337203685476.99");
     EXPECT_EQ(said(ledger::PurseCatalogue(file.store()).remove(1)), "done");
-    EXPECT_TRUE(file.sink.messages.isEmpty());
+    EXPECT_EQ(said(bank.record({day, typed("1"), BankDirection::Withdrawal, {}})), "done");
+    EXPECT_EQ(file.balance(), "899999999999999");
+
+    // A date the file cannot hold: the insert fails, the balance stays.
+    EXPECT_EQ(said(bank.record({QDate(10000, 1, 2), typed("1"), BankDirection::Deposit, {}})), "not saved");
+    ASSERT_EQ(file.sink.messages.size(), 1);
+    EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"));
+    EXPECT_EQ(file.balance(), "899999999999999");
+
+    // Without a balance row only the operation is kept.
+    LedgerFile bare(DataBuilder().withoutBalanceRow());
+    EXPECT_EQ(said(ledger::Bank(bare.store()).record({day, typed("10"), BankDirection::Deposit, {}})),
+              "done");
+    EXPECT_EQ(bare.count("Bank"), 1);
+    EXPECT_EQ(bare.balance(), "null");
 }
