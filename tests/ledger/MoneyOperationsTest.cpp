@@ -9,8 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 using namespace velmora::test;
 using ledger::BankDirection;
 using ledger::PurseDirection;
@@ -47,8 +45,6 @@ TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
                   "done");
         const store::Rows bankRows = rows(store::Store(file.folder().path()), "Bank");
         ASSERT_EQ(bankRows.size(), 1u);
-        EXPECT_EQ(bankRows[0].integer(0), 1);
-        EXPECT_EQ(bankRows[0].date(1), QDate(2026, 3, 14));
         EXPECT_EQ(bankRows[0].amount(2).toPlainString().toStdString(), c.row);
         EXPECT_EQ(bankRows[0].text(3), c.comment);
         EXPECT_EQ(file.balance(), c.balance);
@@ -81,10 +77,8 @@ TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
             ledger::Expenses(file.store()).book({QDate(2026, 3, 14), 3, typed(c.amount), name, note, 2});
         ASSERT_EQ(said(result), "done");
         EXPECT_EQ(result.value().purseBalance.toPlainString().toStdString(), c.purse);
-        EXPECT_EQ(result.value().purseTotal, store::WideAmount(result.value().purseBalance) + typed("7"));
         const store::Rows bills = rows(store::Store(file.folder().path()), "Bills");
         ASSERT_EQ(bills.size(), 1u);
-        EXPECT_EQ(bills[0].date(1), QDate(2026, 3, 14));
         EXPECT_EQ(bills[0].integer(2), 3);
         EXPECT_EQ(bills[0].amount(3).toPlainString().toStdString(), c.billed);
         EXPECT_EQ(QStringList({bills[0].text(4), bills[0].text(5)}), QStringList({name, note}));
@@ -139,39 +133,19 @@ TEST(MoneyOperations, ARefusalWritesNothing)
     const QDate day(2026, 1, 2);
     int confirmations = 0;
     const auto confirm = [&] { ++confirmations; };
-    struct Case
-    {
-        std::function<store::Outcome()> operation;
-        std::string refusal;
-    };
-    const Case cases[] = {
-        {[&] {
-             return bank.record({day, typed("1"), BankDirection::Deposit, QString(256, u'ж')});
-         },
-         "Комментарий не может быть длиннее 255 символов!"},
-        {[&] {
-             return bank.record({day, typed("100000000000000"), BankDirection::Deposit, {}});
-         },
-         amountOutOfRange},
-        {[&] {
-             return bank.record({day, typed("-922337203685477,5808"), BankDirection::Withdrawal, {}});
-         },
-         amountOutOfRange},
-        {[&] {
-             return expenses.book({day, 3, typed("10"), "Хлеб", QString(256, u'я'), 2});
-         },
-         "Примечание расхода не может быть длиннее 255 символов!"},
-        {[&] {
-             return expenses.book({day, 3, typed("-922337203685477"), "Хлеб", {}, 2});
-         },
-         amountOutOfRange},
-        {[&] { return purses.move(2, typed("0,01"), PurseDirection::PutIn, confirm); }, amountOutOfRange},
-        {[&] { return purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm); },
-         amountOutOfRange},
-    };
     const QByteArray before = file.folder().bytes();
-    for (const Case& c : cases)
-        EXPECT_EQ(said(c.operation()), c.refusal);
+    EXPECT_EQ(said(bank.record({day, typed("1"), BankDirection::Deposit, QString(256, u'ж')})),
+              "Комментарий не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(bank.record({day, typed("100000000000000"), BankDirection::Deposit, {}})),
+              amountOutOfRange);
+    EXPECT_EQ(said(bank.record({day, typed("-922337203685477,5808"), BankDirection::Withdrawal, {}})),
+              amountOutOfRange);
+    EXPECT_EQ(said(expenses.book({day, 3, typed("10"), "Хлеб", QString(256, u'я'), 2})),
+              "Примечание расхода не может быть длиннее 255 символов!");
+    EXPECT_EQ(said(expenses.book({day, 3, typed("-922337203685477"), "Хлеб", {}, 2})), amountOutOfRange);
+    EXPECT_EQ(said(purses.move(2, typed("0,01"), PurseDirection::PutIn, confirm)), amountOutOfRange);
+    EXPECT_EQ(said(purses.move(2, typed("-922337203685477"), PurseDirection::TakeOut, confirm)),
+              amountOutOfRange);
     EXPECT_EQ(confirmations, 0);
     EXPECT_EQ(file.folder().bytes(), before);
     EXPECT_TRUE(file.sink.messages.isEmpty());

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <limits>
 
 using jet::Column;
 using jet::ColumnType;
@@ -30,11 +29,11 @@ jet::DateTime dayOf(std::chrono::year_month_day date)
 
 } // namespace
 
-// Headers and quoted texts are compared with mdb-export on every table the
-// writer's and reader's tests make; the rest is pinned here. Numbers print
-// unquoted; GUIDs and binary data quoted, binary as it is with its quote bytes
-// doubled.
-TEST(CsvExport, NumbersGuidsAndBinaryValues)
+// Every cell of the tables the writer's and reader's tests make is compared
+// with mdb-export, apart from what mdb-export prints otherwise; that is pinned
+// here. GUIDs and binary data print quoted, binary as it is with its quote
+// bytes doubled.
+TEST(CsvExport, GuidsAndBinaryValues)
 {
     struct Case
     {
@@ -44,17 +43,6 @@ TEST(CsvExport, NumbersGuidsAndBinaryValues)
     };
     const jet::Bytes bytes{'B', 'M', 0x00, '"', 0xFF, '\n'};
     const Case cases[] = {
-        {ColumnType::Boolean, true, "1"},
-        {ColumnType::Byte, std::int32_t{255}, "255"},
-        {ColumnType::Integer, std::int32_t{-32768}, "-32768"},
-        {ColumnType::Long, std::int32_t{std::numeric_limits<std::int32_t>::min()}, "-2147483648"},
-        {ColumnType::Currency, jet::Currency{123400}, "12.3400"},
-        {ColumnType::Currency, jet::Currency{-5000}, "-0.5000"},
-        {ColumnType::Currency, jet::Currency{1}, "0.0001"},
-        {ColumnType::Single, 0.15f, "0.15000001"},
-        {ColumnType::Single, 0.01f, "0.0099999998"},
-        {ColumnType::Double, 0.1 + 0.2, "0.3"},
-        {ColumnType::Double, -1e20, "-1e+20"},
         {ColumnType::Guid,
          jet::Guid{{0x78, 0x56, 0x34, 0x12, 0xBC, 0x9A, 0xF0, 0xDE, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77,
                     0x88}},
@@ -79,8 +67,6 @@ TEST(CsvExport, DatesPrintAsMonthDayTwoDigitYearAndTime)
     };
     const double seconds = 1.0 / 86400;
     const Case cases[] = {
-        {0.0, "\"12/30/99 00:00:00\""},
-        {45366 + (13 * 3600 + 45 * 60 + 30) * seconds, "\"03/15/24 13:45:30\""},
         // The engine stores sub-second times; they round to the nearest second.
         {45000 + (22 * 3600 + 40 * 60 + 30.999) * seconds, "\"03/15/23 22:40:31\""},
         {45000 + (23 * 3600 + 59 * 60 + 59.6) * seconds, "\"03/16/23 00:00:00\""},
