@@ -1,7 +1,5 @@
 // Values and definitions the file cannot hold are refused with a message that
 // names the table and the column, and no file is produced.
-#include "writer_test_support.h"
-
 #include "jet/Error.h"
 #include "jet/Writer.h"
 

@@ -38,8 +38,10 @@ struct Variant
 {
     const char* name;
     std::vector<Retyped> columns;
-    const char* dateFormat; // how a date kept as text is written
-    bool reshuffled;        // columns in reverse order, an extra column in Bank, an extra table
+    const char* dateFormat = "dd.MM.yyyy"; // how a date kept as text is written
+    bool reshuffled = false;       // columns in reverse order, an extra column in Bank, an extra table
+    const char* refusal = nullptr; // why the file cannot be used
+    std::function<void(jet::Database&)> spoil = {};
 };
 
 Column kind(ColumnType type)
@@ -141,6 +143,8 @@ DataBuilder household()
 
 } // namespace
 
+// A file that cannot be used is refused naming the table, the column and what
+// was expected, and is left as it was.
 TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
 {
     const Variant variants[] = {
@@ -155,7 +159,7 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
                                         {u"Bills", u"F4", kind(ColumnType::Memo)},
                                         {u"Purse_Dict", u"F1", kind(ColumnType::Memo)},
                                         {u"Tech", u"F0", kind(ColumnType::Memo)}}),
-         "", false},
+         ""},
         {"Single amounts, dates as dd.mm.yyyy, plain Long operation numbers, reshuffled",
          amountsAs(ColumnType::Single, datesAs(text(10), {{u"Bank", u"F0", kind(ColumnType::Long)},
                                                           {u"Bills", u"F0", kind(ColumnType::Long)}})),
@@ -166,6 +170,43 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
                             {u"Bank", u"F3", text(40)},
                             {u"Bills", u"F5", text(12)}}),
          "yyyy-MM-dd HH:mm:ss", true},
+        {"amount as text",
+         {{u"Bank", u"F2", text(255)}},
+         "",
+         false,
+         "F2 таблицы Bank хранится сумма, а он вида «текстовый (255 знаков)»; ожидается денежный, число с"},
+        {"code as Double",
+         {{u"Bills", u"F6", kind(ColumnType::Double)}},
+         "",
+         false,
+         "F6 таблицы Bills хранится целое число, а он вида «число с плавающей точкой (8 байт)»; ожидается"},
+        {"date in 9 characters",
+         {{u"Bills", u"F1", text(9)}},
+         "",
+         false,
+         "F1 таблицы Bills хранится дата, а он вида «текстовый (9 знаков)»; ожидается дата/время или текст"},
+        {"text as Long",
+         {{u"Purse_Dict", u"F1", kind(ColumnType::Long)}},
+         "",
+         false,
+         "F1 таблицы Purse_Dict хранится текст, а он вида «длинное целое»; ожидается текстовый или MEMO"},
+        {"no column",
+         {},
+         "",
+         false,
+         "в таблице Tech нет столбца F1, где хранится текст",
+         [](jet::Database& db) {
+             jet::Table& tech = *db.table(u"Tech");
+             tech.columns.erase(tech.columns.begin() + 1);
+             for (jet::Row& row : tech.rows)
+                 row.erase(row.begin() + 1);
+         }},
+        {"no such date",
+         {{u"Bank", u"F1", text(10)}},
+         "dd.MM.yyyy",
+         false,
+         store::texts::causeValueNotAccepted,
+         [](jet::Database& db) { db.table(u"Bank")->rows[0][1] = std::u16string(u"31.02.2026"); }},
     };
     const QDate day(2026, 3, 14);
     for (const Variant& v : variants) {
@@ -175,11 +216,23 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
             retype(data.database(), change, v.dateFormat);
         if (v.reshuffled)
             reshuffle(data.database());
+        if (v.spoil)
+            v.spoil(data.database());
         const jet::Database original = data.database();
         LedgerFile file(data);
-        EXPECT_EQ(said(ledger::Bank(file.store())
-                           .record({day, typed("50,5"), ledger::BankDirection::Deposit, "Зарплата"})),
-                  "done");
+        const QByteArray before = file.folder().bytes();
+        const auto deposit = ledger::Bank(file.store())
+                                 .record({day, typed("50,5"), ledger::BankDirection::Deposit, "Зарплата"});
+        if (v.refusal) {
+            EXPECT_EQ(said(deposit), "not saved");
+            ASSERT_EQ(file.sink.storeFailures.size(), 1);
+            EXPECT_TRUE(file.sink.storeFailures[0].contains(file.folder().dataFilePath()));
+            EXPECT_TRUE(file.sink.storeFailures[0].contains(QString::fromUtf8(v.refusal)))
+                << file.sink.storeFailures[0].toStdString();
+            EXPECT_EQ(file.folder().bytes(), before);
+            continue;
+        }
+        EXPECT_EQ(said(deposit), "done");
         EXPECT_TRUE(ledger::Expenses(file.store()).book({day, 1, typed("12,35"), "Хлеб", "к чаю", 1}));
         EXPECT_EQ(
             said(ledger::PurseOperations(file.store()).move(1, typed("20"), ledger::PurseDirection::PutIn)),
@@ -229,59 +282,6 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
             EXPECT_EQ((*row)[column], retyped(w.written, t.columns[column], v.dateFormat))
                 << jet::toUtf8(w.table) << "." << jet::toUtf8(w.column);
         }
-    }
-}
-
-TEST(ColumnKinds, AFileThatCannotBeUsedIsRefusedNamingTableColumnAndWhatWasExpected)
-{
-    struct Case
-    {
-        std::function<void(jet::Database&)> change;
-        const char* cause;
-    };
-    const auto as = [](const char16_t* table, const char16_t* column, Column kind) {
-        return [=](jet::Database& db) { retype(db, {table, column, kind}, "dd.MM.yyyy"); };
-    };
-    const Case cases[] = {
-        {as(u"Bank", u"F2", text(255)),
-         "в столбце F2 таблицы Bank хранится сумма, а он вида «текстовый (255 знаков)»; ожидается денежный, "
-         "число с плавающей точкой (8 байт) или число с плавающей точкой (4 байта)"},
-        {as(u"Bills", u"F6", kind(ColumnType::Double)),
-         "в столбце F6 таблицы Bills хранится целое число, а он вида «число с плавающей точкой (8 байт)»; "
-         "ожидается длинное целое, целое (2 байта) или целое (байт)"},
-        {as(u"Bills", u"F1", text(9)), "в столбце F1 таблицы Bills хранится дата, а он вида «текстовый (9 "
-                                       "знаков)»; ожидается дата/время или "
-                                       "текстовый не короче 10 знаков"},
-        {as(u"Purse_Dict", u"F1", kind(ColumnType::Long)),
-         "в столбце F1 таблицы Purse_Dict хранится текст, а он вида «длинное целое»; ожидается текстовый или "
-         "MEMO"},
-        {[](jet::Database& db) {
-             jet::Table& tech = *db.table(u"Tech");
-             tech.columns.erase(tech.columns.begin() + 1);
-             for (jet::Row& row : tech.rows)
-                 row.erase(row.begin() + 1);
-         },
-         "в таблице Tech нет столбца F1, где хранится текст"},
-        {[](jet::Database& db) {
-             retype(db, {u"Bank", u"F1", text(10)}, "dd.MM.yyyy");
-             db.table(u"Bank")->rows[0][1] = std::u16string(u"31.02.2026");
-         },
-         store::texts::causeValueNotAccepted},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cause);
-        DataBuilder data = household();
-        c.change(data.database());
-        LedgerFile file(data);
-        const QByteArray before = file.folder().bytes();
-        EXPECT_EQ(
-            said(ledger::Bank(file.store())
-                     .record({QDate(2026, 3, 14), typed("5"), ledger::BankDirection::Deposit, "Зарплата"})),
-            "not saved");
-        EXPECT_EQ(file.sink.storeFailures,
-                  QStringList{QString::fromUtf8(store::texts::fileDamaged)
-                                  .arg(file.folder().dataFilePath(), QString::fromUtf8(c.cause))});
-        EXPECT_EQ(file.folder().bytes(), before);
     }
 }
 
