@@ -38,9 +38,9 @@ struct Variant
 {
     const char* name;
     std::vector<Retyped> columns;
+    const char* refusal = nullptr;         // why the file cannot be used
     const char* dateFormat = "dd.MM.yyyy"; // how a date kept as text is written
-    bool reshuffled = false;       // columns in reverse order, an extra column in Bank, an extra table
-    const char* refusal = nullptr; // why the file cannot be used
+    bool reshuffled = false; // columns in reverse order, an extra column in Bank, an extra table
     std::function<void(jet::Database&)> spoil = {};
 };
 
@@ -158,43 +158,34 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
                                         {u"Bank", u"F3", kind(ColumnType::Memo)},
                                         {u"Bills", u"F4", kind(ColumnType::Memo)},
                                         {u"Purse_Dict", u"F1", kind(ColumnType::Memo)},
-                                        {u"Tech", u"F0", kind(ColumnType::Memo)}}),
-         ""},
+                                        {u"Tech", u"F0", kind(ColumnType::Memo)}})},
         {"Single amounts, dates as dd.mm.yyyy, plain Long operation numbers, reshuffled",
          amountsAs(ColumnType::Single, datesAs(text(10), {{u"Bank", u"F0", kind(ColumnType::Long)},
                                                           {u"Bills", u"F0", kind(ColumnType::Long)}})),
-         "dd.MM.yyyy", true},
+         nullptr, "dd.MM.yyyy", true},
         {"dates as yyyy-mm-dd with a time, Integer operation numbers, short texts, reshuffled",
          datesAs(text(19), {{u"Bank", u"F0", kind(ColumnType::Integer)},
                             {u"Bills", u"F0", kind(ColumnType::Integer)},
                             {u"Bank", u"F3", text(40)},
                             {u"Bills", u"F5", text(12)}}),
-         "yyyy-MM-dd HH:mm:ss", true},
+         nullptr, "yyyy-MM-dd HH:mm:ss", true},
         {"amount as text",
          {{u"Bank", u"F2", text(255)}},
-         "",
-         false,
          "F2 таблицы Bank хранится сумма, а он вида «текстовый (255 знаков)»; ожидается денежный, число с"},
         {"code as Double",
          {{u"Bills", u"F6", kind(ColumnType::Double)}},
-         "",
-         false,
          "F6 таблицы Bills хранится целое число, а он вида «число с плавающей точкой (8 байт)»; ожидается"},
         {"date in 9 characters",
          {{u"Bills", u"F1", text(9)}},
-         "",
-         false,
          "F1 таблицы Bills хранится дата, а он вида «текстовый (9 знаков)»; ожидается дата/время или текст"},
         {"text as Long",
          {{u"Purse_Dict", u"F1", kind(ColumnType::Long)}},
-         "",
-         false,
          "F1 таблицы Purse_Dict хранится текст, а он вида «длинное целое»; ожидается текстовый или MEMO"},
         {"no column",
          {},
+         "в таблице Tech нет столбца F1, где хранится текст",
          "",
          false,
-         "в таблице Tech нет столбца F1, где хранится текст",
          [](jet::Database& db) {
              jet::Table& tech = *db.table(u"Tech");
              tech.columns.erase(tech.columns.begin() + 1);
@@ -203,9 +194,9 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
          }},
         {"no such date",
          {{u"Bank", u"F1", text(10)}},
+         store::texts::causeValueNotAccepted,
          "dd.MM.yyyy",
          false,
-         store::texts::causeValueNotAccepted,
          [](jet::Database& db) { db.table(u"Bank")->rows[0][1] = std::u16string(u"31.02.2026"); }},
     };
     const QDate day(2026, 3, 14);
