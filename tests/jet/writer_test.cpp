@@ -14,6 +14,7 @@
 #include <limits>
 #include <map>
 #include <random>
+#include <ranges>
 #include <tuple>
 
 using jet::Column;
@@ -314,8 +315,28 @@ void expectConsistentPages(const std::vector<std::uint8_t>& bytes)
 {
     ASSERT_EQ(bytes.size() % 4096, 0u);
     const std::uint32_t count = static_cast<std::uint32_t>(bytes.size() / 4096);
+    const auto page = [&](std::uint32_t n) { return bytes.data() + std::size_t(n) * 4096; };
+    // An inline usage map: the first page it stands for and the pages it marks.
+    const auto inlineMap = [&](std::uint32_t pointer) {
+        const std::uint8_t* p = page(pointer >> 8);
+        const std::size_t r = pointer & 0xFF, start = le::u16(p + 14 + 2 * r) & 0x1FFF;
+        const std::size_t end = r == 0 ? 4096 : le::u16(p + 12 + 2 * r) & 0x1FFF;
+        EXPECT_EQ(p[start], 0) << "map at " << pointer;
+        std::vector<std::uint32_t> marked;
+        for (std::size_t bit = 0; bit < 8 * (end - start - 5); ++bit)
+            if (p[start + 5 + bit / 8] >> (bit % 8) & 1)
+                marked.push_back(static_cast<std::uint32_t>(le::u32(p + start + 1) + bit));
+        return marked;
+    };
     for (std::uint32_t n = 1; n < count; ++n) {
-        const std::uint8_t* p = bytes.data() + std::size_t(n) * 4096;
+        const std::uint8_t* p = page(n);
+        const bool continued = std::ranges::any_of(std::views::iota(1u, count), [&](std::uint32_t m) {
+            return page(m)[0] == 0x02 && le::u32(page(m) + 4) == n;
+        });
+        // Pages are filled in order, so a table's free-space map lists at most its last page.
+        if (p[0] == 0x02 && !continued) {
+            EXPECT_LE(inlineMap(le::u32(p + 0x3B)).size(), 1u) << "free-space map of definition " << n;
+        }
         if (p[0] != 0x01)
             continue;
         // A data page's free space is what its rows and their offsets leave.
@@ -328,16 +349,8 @@ void expectConsistentPages(const std::vector<std::uint8_t>& bytes)
         }
         EXPECT_EQ(le::u16(p + 2), 4096 - used) << "free space of page " << n;
     }
-    // The file-wide map, an inline map in the first row of page 1: pages
-    // from the file's end on are free, none before.
-    const std::uint8_t* page1 = bytes.data() + 4096;
-    const std::size_t start = le::u16(page1 + 14) & 0x1FFF;
-    const std::uint8_t* map = page1 + start;
-    ASSERT_EQ(map[0], 0);
-    std::vector<std::uint32_t> free;
-    for (std::size_t bit = 0; bit < 8 * (4096 - start - 5); ++bit)
-        if (map[5 + bit / 8] >> (bit % 8) & 1)
-            free.push_back(static_cast<std::uint32_t>(le::u32(map + 1) + bit));
+    // The file-wide map on page 1: pages from the file's end on are free, none before.
+    const auto free = inlineMap(1u << 8);
     ASSERT_FALSE(free.empty());
     EXPECT_EQ(free.front(), count);
     EXPECT_EQ(free.size(), free.back() - free.front() + 1);

@@ -82,6 +82,7 @@ TEST(DataTool, CommandsAndTheirFailures)
          1,
          "",
          precious + ": the file already exists"},
+        {{"--password", "wrong", "tables", file}, 1, "", file + ": wrong password"},
         {{"export", "--password=wrong", file, "Bank"}, 1, "", file + ": wrong password"},
         {{"tables", missing}, 1, "", missing + ": cannot read the file"},
         {{"tables", damaged}, 1, "", damaged + ": damaged or not a Jet database"},
