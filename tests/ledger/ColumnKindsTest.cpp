@@ -276,7 +276,7 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
     }
 }
 
-TEST(ColumnKinds, BinaryAmountsReadAsAPersonSeesThemAndGoBackAsTheNearestValue)
+TEST(ColumnKinds, BinaryAmountsAndTextDatesReadAsAPersonSeesThemAndGoBackAsTheNearestValue)
 {
     struct Case
     {
@@ -295,28 +295,20 @@ TEST(ColumnKinds, BinaryAmountsReadAsAPersonSeesThemAndGoBackAsTheNearestValue)
     EXPECT_EQ(store::values::singleOfUnits(1234567800), 123456.78f);
     // A Single cannot hold every kopeck of a large amount: such an amount is not written at all.
     EXPECT_EQ(store::values::singleOfUnits(123456789100), std::nullopt);
-}
 
-TEST(ColumnKinds, DatesKeptAsTextReadInEitherOrderWithOrWithoutATime)
-{
-    struct Case
-    {
-        const char16_t* text;
-        const char* iso; // nullptr: no date
-    };
-    for (const Case& c : {
-             Case{u"5.3.2026", "2026-03-05"},
-             Case{u" 2026-03-05 ", "2026-03-05"},
-             Case{u"2026-3-5 9:05", "2026-03-05 09:05:00"},
-             Case{u"31.02.2026", nullptr},
-             Case{u"05.03.26", nullptr},
-             Case{u"2026-03-05T10:00:00", nullptr},
-             Case{u"05.03.2026 24:00", nullptr},
-         }) {
-        const auto date = store::values::dateOfText(c.text);
+    // Dates kept as text read in either order, with or without a time.
+    const std::pair<const char16_t*, const char*> dates[] = {{u"5.3.2026", "2026-03-05"},
+                                                             {u" 2026-03-05 ", "2026-03-05"},
+                                                             {u"2026-3-5 9:05", "2026-03-05 09:05:00"},
+                                                             {u"31.02.2026", nullptr},
+                                                             {u"05.03.26", nullptr},
+                                                             {u"2026-03-05T10:00:00", nullptr},
+                                                             {u"05.03.2026 24:00", nullptr}};
+    for (const auto& [text, iso] : dates) {
+        const auto date = store::values::dateOfText(text);
         EXPECT_EQ(date ? store::jetDateToText(*date) : std::nullopt,
-                  c.iso ? std::optional<std::string>(c.iso) : std::nullopt)
-            << jet::toUtf8(c.text);
+                  iso ? std::optional<std::string>(iso) : std::nullopt)
+            << jet::toUtf8(text);
     }
     const jet::DateTime evening = *store::values::dateOfText(u"2026-03-05 18:30:00");
     const jet::DateTime day = *store::values::dateOfText(u"2026-03-05");
