@@ -133,14 +133,6 @@ void reshuffle(jet::Database& db)
     db.tables.insert(db.tables.begin() + 2, notes);
 }
 
-DataBuilder household()
-{
-    DataBuilder data;
-    data.balance("1000").account(1, "Питание").purse(1, "Кошелек", "100");
-    data.bank(QDate(2026, 3, 1), "12,35", "Старая");
-    return data;
-}
-
 } // namespace
 
 // A file that cannot be used is refused naming the table, the column and what
@@ -202,7 +194,9 @@ TEST(ColumnKinds, AFileOfAnyAcceptedKindsTakesADaysWorkAndKeepsItsKinds)
     const QDate day(2026, 3, 14);
     for (const Variant& v : variants) {
         SCOPED_TRACE(v.name);
-        DataBuilder data = household();
+        DataBuilder data;
+        data.balance("1000").account(1, "Питание").purse(1, "Кошелек", "100");
+        data.bank(QDate(2026, 3, 1), "12,35", "Старая");
         for (const Retyped& change : v.columns)
             retype(data.database(), change, v.dateFormat);
         if (v.reshuffled)
