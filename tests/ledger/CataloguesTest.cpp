@@ -154,21 +154,3 @@ TEST(PurseCatalogue, RenameKeepsTheCodeAndOpenGivesNameNoteAndMoney)
     EXPECT_TRUE(dict[0].value(1).isValid());
     EXPECT_EQ(rows(reader, "Bills").at(0).integer(6), 2);
 }
-
-TEST(PurseCatalogue, DeletingReturnsTheMoneyToTheBankAndKeepsExpenses)
-{
-    DataBuilder data;
-    data.balance("500")
-        .purse(1, "Наличные", "100")
-        .purse(2, "Карта", "60")
-        .bill(QDate(2026, 3, 1), 1, "5", 2);
-    LedgerFile file(data);
-    ledger::PurseCatalogue purses(file.store());
-    ASSERT_EQ(said(purses.remove(2)), "done");
-    EXPECT_EQ(file.purse(2), "null");
-    EXPECT_EQ(file.count("Bills"), 1);
-    EXPECT_EQ(file.balance(), "500");
-    const auto balances = ledger::Balances::read(file.store());
-    EXPECT_EQ(balances->bankAmount.toPlainString().toStdString(), "400");
-    EXPECT_EQ(balances->purseEntries, QStringList({"1 - Наличные"}));
-}
