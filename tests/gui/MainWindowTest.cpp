@@ -22,15 +22,6 @@ using namespace velmora::test;
 
 namespace {
 
-// What the named controls show, in order.
-QStringList shown(const Form& form, std::initializer_list<const char*> names)
-{
-    QStringList texts;
-    for (const char* name : names)
-        texts.append(form.text(name));
-    return texts;
-}
-
 // Types `before`, the keypad's decimal key as the layout gives it (a point, a
 // comma or no text), then `after`.
 void typeWithKeypad(const Form& form, const char* field, const QString& before, Qt::Key key,
@@ -76,19 +67,19 @@ void MainWindowTest::aWeekOfTheHousehold()
     main.click("Command1");
     w.expect({"Ошибка: Сумма в размере 45000,0 добавлена"}, true);
     QVERIFY(w.dialogs.asked().first().endsWith(": Введите комментарий для суммы 45000,0 []"));
-    QCOMPARE(shown(main, {"T9", "T11", "T10", "S1"}), QStringList({"", "45 000,00 р.", "0,00 р.", "45000"}));
+    QCOMPARE(main.texts({"T9", "T11", "T10", "S1"}), QStringList({"", "45 000,00 р.", "0,00 р.", "45000"}));
     QCOMPARE(w.rows("Bank"), QStringList{"1 | 2026-03-15 | 45000 | Зарплата за март"});
     w.dialogs.answerText("Наличные");
     main.click("VC4");
     w.expect({"Информация: Кошелек успешно добавлен"}, true);
     // Opening writes nothing; cash into the purse closes it.
     openPurse(main);
-    QCOMPARE(shown(main, {"T1", "T4"}), QStringList({"Наличные", "0"}));
+    QCOMPARE(main.texts({"T1", "T4"}), QStringList({"Наличные", "0"}));
     main.click("O3");
     typeWithKeypad(main, "T14", "5000", Qt::Key_Period, "", "0");
     main.click("Command2");
     w.expect({"Информация: Сумма в размере 5000,0 добавлена в кошелек"}, true);
-    QCOMPARE(shown(main, {"T1", "T4", "T14", "T10", "T11"}),
+    QCOMPARE(main.texts({"T1", "T4", "T14", "T10", "T11"}),
              QStringList({"", "", "", "5 000,00 р.", "40 000,00 р."}));
     // Expenses from the open purse, rounded to kopecks; the next keeps account, date and purse.
     openPurse(main);
@@ -103,7 +94,7 @@ void MainWindowTest::aWeekOfTheHousehold()
     w.expect({"Информация: Расход на сумму - 10,125\r\nЗа - Яблоки 'свои'\r\nУспешно добавлен!",
               "Информация: Расход на сумму - 1200\r\nЗа - Мясо\r\nУспешно добавлен!"},
              true);
-    QCOMPARE(shown(main, {"R1", "R3", "R4", "R2", "T1", "T4", "T10", "S2", "T12"}),
+    QCOMPARE(main.texts({"R1", "R3", "R4", "R2", "T1", "T4", "T10", "S2", "T12"}),
              QStringList(
                  {"", "", "", "1 - Питание", "Наличные", "3789,87", "3 789,87 р.", "1210,13", "15.03.2026"}));
     QCOMPARE(w.rows("Bills").first(),
@@ -112,14 +103,14 @@ void MainWindowTest::aWeekOfTheHousehold()
     main.enter("T14", "1000");
     main.click("Command2");
     w.expect({"Информация: Сумма в размере 1000 снята с кошелька"}, true);
-    QCOMPARE(shown(main, {"T1", "T10", "T11"}), QStringList({"", "2 789,87 р.", "41 000,00 р."}));
+    QCOMPARE(main.texts({"T1", "T10", "T11"}), QStringList({"", "2 789,87 р.", "41 000,00 р."}));
     // A new name keeps the code.
     openPurse(main);
     main.enter("T1", "Кошелёк 'семейный'");
     main.enter("T3", "на продукты");
     main.click("VC2");
     w.expect({"Информация: Изменеия успешно внесены"}, true);
-    QCOMPARE(shown(main, {"T1", "T3", "Combo1"}), QStringList({"", "", ""}));
+    QCOMPARE(main.texts({"T1", "T3", "Combo1"}), QStringList({"", "", ""}));
     // Deleting after Yes: its cash is the bank's again.
     openPurse(main, "1 - Кошелёк 'семейный'");
     QCOMPARE(main.text("T3"), QString("на продукты"));
@@ -128,8 +119,7 @@ void MainWindowTest::aWeekOfTheHousehold()
     w.expect(
         {"ВНИМАНИЕ!!! УДАЛЕНИЕ!!!: Подтвердите удаление кошелька!", "Информация: Кошелек успешно удален"},
         true);
-    QCOMPARE(shown(main, {"T1", "T10", "T11", "S2"}),
-             QStringList({"", "0,00 р.", "43 789,87 р.", "1210,13"}));
+    QCOMPARE(main.texts({"T1", "T10", "T11", "S2"}), QStringList({"", "0,00 р.", "43 789,87 р.", "1210,13"}));
     QVERIFY(w.rows("Purse").isEmpty() && main.items("Combo1").isEmpty() && main.enabled("Combo1"));
     QCOMPARE(w.rows("Tech").filter("OSTATOK"), QStringList{"OSTATOK | NULL | 43789.87 | NULL"});
 }
@@ -150,7 +140,7 @@ void MainWindowTest::whatTheWindowShowsOfADataFileAndAfterARefresh()
     QCOMPARE(main.items("R2"), QStringList({"2 - Питание", "9 - Связь", "10 - Транспорт"}));
     QCOMPARE(main.items("Combo1"), QStringList({"1 - Наличные", "3 - Карта", "12 - Копилка"}));
     QCOMPARE(
-        shown(main, {"R2", "Combo1", "T12", "T10", "T11", "S1", "S2", "S3", "S4"}),
+        main.texts({"R2", "Combo1", "T12", "T10", "T11", "S1", "S2", "S3", "S4"}),
         QStringList({"", "", "31.03.2026", "150,25 р.", "849,75 р.", "-150,5", "12,3", "3000", "42,05"}));
     store::Store other(w.folder().path());
     {
@@ -165,8 +155,7 @@ void MainWindowTest::whatTheWindowShowsOfADataFileAndAfterARefresh()
     main.field("T14")->setText("5");
     w.frame().mainWindow()->refreshListsAndBalances();
     w.frame().mainWindow()->refreshMonthStatistics();
-    QCOMPARE(shown(main, {"T11", "S1", "T1", "T4", "T14"}),
-             QStringList({"1 549,75 р.", "549,5", "", "", ""}));
+    QCOMPARE(main.texts({"T11", "S1", "T1", "T4", "T14"}), QStringList({"1 549,75 р.", "549,5", "", "", ""}));
     QCOMPARE(main.items("R2").at(1), QString("5 - Связь"));
     QVERIFY(main.enabled("Combo1") && w.dialogs.shown().isEmpty());
     // Neither option chosen is a withdrawal; Cancel in the comment box leaves
@@ -177,7 +166,7 @@ void MainWindowTest::whatTheWindowShowsOfADataFileAndAfterARefresh()
     w.expect({"Ошибка: Сумма в размере 12,345 снята"}, true);
     QCOMPARE(w.dialogs.shown().last().icon, ui::DialogIcon::Information);
     QVERIFY(w.rows("Bank").last().endsWith(" | 2026-03-31 | -12.34 | "));
-    QCOMPARE(shown(main, {"T1", "T11"}), QStringList({"", "1 537,41 р."}));
+    QCOMPARE(main.texts({"T1", "T11"}), QStringList({"", "1 537,41 р."}));
     // A data file gone missing: a clear message and the program goes on.
     QVERIFY(QFile::remove(w.folder().dataFilePath()));
     main.enter("T9", "10");

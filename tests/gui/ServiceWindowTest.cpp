@@ -75,7 +75,7 @@ void ServiceWindowTest::accountsPasswordAndRates()
     const Form f = w.service();
     // Opened in front with the last backup's date, today, the rates and no account chosen.
     QCOMPARE(w.frame().mdiArea()->activeSubWindow()->widget(), f.widget());
-    QCOMPARE(QStringList({f.text("T1"), f.text("T12"), f.text("T7"), f.text("Combo1A"), f.text("Combo1C")}),
+    QCOMPARE(f.texts({"T1", "T12", "T7", "Combo1A", "Combo1C"}),
              QStringList({"28.02.2026", "15.03.2026", "0", "", ""}));
     QCOMPARE(f.items("Combo1B").first(), QString("3 - Питание"));
     // A second Сервис brings the same window forward.
@@ -152,7 +152,7 @@ void ServiceWindowTest::accountsPasswordAndRates()
     f.field("T8")->setText("91.505");
     f.click("B7");
     w.expect({error(texts::mustBeNumber), information(texts::ratesUpdated)}, true);
-    QCOMPARE(QStringList({f.text("T7"), f.text("T8")}), QStringList({"28,46", "91,51"}));
+    QCOMPARE(f.texts({"T7", "T8"}), QStringList({"28,46", "91,51"}));
     yes(w);
     f.click("C2");
     w.expect({attention(utf8(texts::restoreQuestion)), error(texts::backupMissing).section("%1", 0, 0)},
@@ -216,8 +216,7 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
               information(texts::operationDeleted).arg(1)},
              true);
     QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"1"}));
-    QCOMPARE(QStringList({w.main().text("T10"), w.main().text("T11")}),
-             QStringList({"160,25 р.", "985,00 р."}));
+    QCOMPARE(w.main().texts({"T10", "T11"}), QStringList({"160,25 р.", "985,00 р."}));
     yes(w);
     f.click("C1");
     w.expect({attention(utf8(texts::backupQuestion)), information(texts::backupDone) + backupPath}, true);
@@ -227,8 +226,7 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     f.click("C16");
     w.expect({attention(utf8(texts::clearQuestion)), information(texts::cleared)}, true);
     const Form main = w.main();
-    QCOMPARE(QStringList({main.text("T10"), main.text("T11"), main.text("S1"), main.text("S2")}),
-             QStringList({"0,00 р.", "0,00 р.", "0", "0"}));
+    QCOMPARE(main.texts({"T10", "T11", "S1", "S2"}), QStringList({"0,00 р.", "0,00 р.", "0", "0"}));
     QVERIFY(main.items("Combo1").isEmpty());
     // The restore brings the backup back and ends the program.
     yes(w);

@@ -54,6 +54,14 @@ QString Form::text(const char* name) const
     return as<QLabel>(name)->text();
 }
 
+QStringList Form::texts(std::initializer_list<const char*> names) const
+{
+    QStringList shown;
+    for (const char* name : names)
+        shown.append(text(name));
+    return shown;
+}
+
 QStringList Form::items(const char* name) const
 {
     QStringList entries;
@@ -108,8 +116,6 @@ void WindowDriver::open(QDate today)
     m_frame = std::make_unique<app::Frame>(m_folder.path(), dialogs, options);
     QObject::connect(m_frame.get(), &app::Frame::quitRequested, [this](int code) { quitCodes.append(code); });
 }
-
-WindowDriver::~WindowDriver() = default;
 
 bool WindowDriver::start()
 {

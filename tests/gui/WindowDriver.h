@@ -74,6 +74,7 @@ public:
     QComboBox* list(const char* name) const { return as<QComboBox>(name); }
     // A field's text, a list's current entry, a label's caption.
     QString text(const char* name) const;
+    QStringList texts(std::initializer_list<const char*> names) const;
     QStringList items(const char* name) const;
     bool enabled(const char* name) const { return control(name)->isEnabled(); }
 
@@ -105,7 +106,6 @@ public:
     explicit WindowDriver(const DataBuilder& data, QDate today = QDate(2026, 3, 15));
     // On a folder the test prepared.
     explicit WindowDriver(const ProgramFolder& folder, QDate today = QDate(2026, 3, 15));
-    ~WindowDriver();
 
     // Shows the frame and runs its load step.
     bool start();
