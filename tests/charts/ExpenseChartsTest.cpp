@@ -26,33 +26,24 @@ QString bars(const charts::ChartData& data)
     return shown.join(" | ");
 }
 
-class ExpenseChartsTest : public ::testing::Test
-{
-protected:
-    // Codes that sort otherwise as texts, expenses in March 2005 and around
-    // it, one against a code the catalogue lacks.
-    void SetUp() override
-    {
-        DataBuilder data;
-        data.account(1, "Питание").account(2, "Транспорт").account(10, "Аптека").account(4, "Отпуск");
-        data.bill(QDate(2005, 3, 1), 1, "600").billAt(QDateTime(QDate(2005, 3, 31), QTime(23, 59)), 1, "400");
-        data.bill(QDate(2005, 3, 5), 10, "1500")
-            .bill(QDate(2005, 3, 7), 2, "12,34")
-            .bill(QDate(2005, 3, 8), 99, "7");
-        data.bill(QDate(2005, 2, 28), 2, "100").billAt(QDateTime(QDate(2005, 4, 1), QTime(0, 0)), 4, "50000");
-        data.bill(QDate(2005, 12, 31), 1, "5").bill(QDate(2004, 3, 10), 1, "9999");
-        data.bill(QDate(2006, 1, 1), 2, "8888").bill(QDate(2007, 6, 1), 1, "-20");
-        m_folder.write(data.database());
-    }
-
-    ProgramFolder m_folder;
-    store::Store m_store{m_folder.path()};
-};
-
 } // namespace
 
-TEST_F(ExpenseChartsTest, FieldsChooseThePeriodAndTheThresholdZeroesBarsAbove)
+// Codes that sort otherwise as texts, expenses in March 2005 and around it,
+// one against a code the catalogue lacks.
+TEST(ExpenseCharts, FieldsChooseThePeriodAndTheThresholdZeroesBarsAbove)
 {
+    DataBuilder data;
+    data.account(1, "Питание").account(2, "Транспорт").account(10, "Аптека").account(4, "Отпуск");
+    data.bill(QDate(2005, 3, 1), 1, "600").billAt(QDateTime(QDate(2005, 3, 31), QTime(23, 59)), 1, "400");
+    data.bill(QDate(2005, 3, 5), 10, "1500")
+        .bill(QDate(2005, 3, 7), 2, "12,34")
+        .bill(QDate(2005, 3, 8), 99, "7");
+    data.bill(QDate(2005, 2, 28), 2, "100").billAt(QDateTime(QDate(2005, 4, 1), QTime(0, 0)), 4, "50000");
+    data.bill(QDate(2005, 12, 31), 1, "5").bill(QDate(2004, 3, 10), 1, "9999");
+    data.bill(QDate(2006, 1, 1), 2, "8888").bill(QDate(2007, 6, 1), 1, "-20");
+    ProgramFolder folder;
+    folder.write(data.database());
+    store::Store store(folder.path());
     const QString march = "03.2005 Питание 1000 | Транспорт 12.34 | Аптека 1500";
     const QString year = "2005 Питание 1005 | Транспорт 112.34 | Отпуск 50000 | Аптека 1500";
     struct Case
@@ -68,14 +59,12 @@ TEST_F(ExpenseChartsTest, FieldsChooseThePeriodAndTheThresholdZeroesBarsAbove)
         {"6", "2007", "-1", "06.2007 Питание -20", "2007 Питание -20"},
         {"12", "2005", "", "12.2005 Питание 5", year},
         {"abc", "2005", "", "abc.2005", year},
-        {"13", "2005", "", "13.2005", year},
         {"0", "2005", "", "00.2005", year},
-        {"3", "abc", "", "03.abc", "abc"},
         {"3", "99", "", "03.99", "99"},
         {"1", "2006", "", "01.2006 Транспорт 8888", "2006 Транспорт 8888"},
     };
     for (const Case& c : cases) {
-        const auto charts = ExpenseCharts::read(m_store, Period::choose(c.month, c.year, kToday),
+        const auto charts = ExpenseCharts::read(store, Period::choose(c.month, c.year, kToday),
                                                 Threshold::fromField(c.threshold));
         ASSERT_TRUE(charts.has_value());
         const std::string where = std::string(c.month) + " / " + c.year;
@@ -88,26 +77,10 @@ TEST_F(ExpenseChartsTest, FieldsChooseThePeriodAndTheThresholdZeroesBarsAbove)
         EXPECT_EQ(charts->month.hasExpenses(), c.monthBars.contains(' ')) << where;
     }
     // An account keeps its colour in both charts, and no two accounts share one.
-    const auto charts = ExpenseCharts::read(m_store, Period::choose("3", "2005", kToday), Threshold());
+    const auto charts = ExpenseCharts::read(store, Period::choose("3", "2005", kToday), Threshold());
     for (const charts::ChartBar& m : charts->month.bars)
         for (const charts::ChartBar& y : charts->year.bars)
             EXPECT_EQ(m.colourSlot == y.colourSlot, m.code == y.code) << m.code << " " << y.code;
-}
-
-TEST(Threshold, TypedNumbersOrNoLimit)
-{
-    for (const auto& [typed, limit, rejected] :
-         std::vector<std::tuple<QString, QString, bool>>{{"", "100000000", false},
-                                                         {"1000,5", "1000.5", false},
-                                                         {"-3.25", "-3.25", false},
-                                                         {"abc", "100000000", true},
-                                                         {" ", "100000000", true},
-                                                         {"1 000", "100000000", true},
-                                                         {"10e3", "100000000", true}}) {
-        const Threshold threshold = Threshold::fromField(typed);
-        EXPECT_EQ(threshold.value().toPlainString(), limit) << typed.toStdString();
-        EXPECT_EQ(threshold.wasRejected(), rejected) << typed.toStdString();
-    }
 }
 
 TEST(ExpenseCharts, UnreadableFileIsReportedAndGivesNothing)

@@ -1,14 +1,18 @@
 // Start-up: the main window at once or the sign-in first, the splash above
-// them, every way out, the help page, the standard buttons in Russian.
+// them, every way out, a data file that cannot be used, the help page, the
+// standard buttons in Russian.
 #include "WindowDriver.h"
 #include "app/AppTexts.h"
 #include "app/HelpWindow.h"
 #include "app/MainWindow.h"
 #include "app/QtTranslation.h"
 #include "app/SignInWindow.h"
+#include "store/Schema.h"
+#include "store/Store.h"
+#include "store/StoreTexts.h"
 
+#include <QDir>
 #include <QFile>
-#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -21,7 +25,7 @@ namespace {
 
 QMdiSubWindow* holder(QWidget* window)
 {
-    return window ? qobject_cast<QMdiSubWindow*>(window->parentWidget()) : nullptr;
+    return qobject_cast<QMdiSubWindow*>(window->parentWidget());
 }
 
 } // namespace
@@ -31,132 +35,141 @@ class StartUpTest : public QObject
     Q_OBJECT
 
 private slots:
-    void signIn_data();
-    void signIn();
     void splashClosesItselfWhileTheUserTypes();
-    void everyWayOutEndsTheProgram_data();
     void everyWayOutEndsTheProgram();
-    void helpOpensFromButtonAndKeyOrSaysItIsMissing();
+    void troubleWithTheDataFile();
+    void helpOpensFromButtonAndKey();
     void standardButtonsSpeakRussian();
 };
 
-void StartUpTest::signIn_data()
-{
-    QTest::addColumn<QString>("password"); // of the data file
-    QTest::addColumn<QString>("typed");    // null: no sign-in asked for
-    QTest::addColumn<bool>("accepted");
-    QTest::newRow("no password") << QString() << QString() << true;
-    QTest::newRow("an empty password") << "" << QString() << true;
-    QTest::newRow("right") << "Ключ-7"
-                           << "Ключ-7" << true;
-    QTest::newRow("other letter case") << "Ключ-7"
-                                       << "ключ-7" << false;
-    QTest::newRow("empty") << "Ключ-7"
-                           << "" << false;
-    QTest::newRow("trailing blank") << "Ключ-7"
-                                    << "Ключ-7 " << false;
-}
-
-// The main window at 500 and 1000 twips, the sign-in window at 2500 and
-// 3000, the splash in the corner above them.
-void StartUpTest::signIn()
-{
-    QFETCH(QString, password);
-    QFETCH(QString, typed);
-    QFETCH(bool, accepted);
-    DataBuilder data;
-    data.balance("10");
-    if (!password.isNull())
-        data.password(password);
-    WindowDriver w(data);
-    const QByteArray before = w.bytes();
-    QVERIFY(w.start());
-    QCOMPARE(holder(w.frame().splashWindow())->pos(), QPoint(0, 0));
-    QCOMPARE(bool(w.frame().signInWindow()), !typed.isNull());
-    if (!typed.isNull()) {
-        QVERIFY(!w.frame().mainWindow());
-        QCOMPARE(holder(w.frame().signInWindow())->pos(), QPoint(166, 200));
-        QCOMPARE(w.signIn().field("T1")->echoMode(), QLineEdit::Password);
-        w.signIn().enter("T1", typed);
-        QTest::keyClick(w.signIn().field("T1"), Qt::Key_Return);
-        QTRY_VERIFY(!w.frame().signInWindow());
-    }
-    if (accepted) {
-        QCOMPARE(holder(w.frame().mainWindow())->pos(), QPoint(33, 66));
-        QCOMPARE(w.main().text("T11"), QString("10,00 р."));
-        QVERIFY(w.dialogs.shown().isEmpty() && w.quitCodes.isEmpty());
-    } else {
-        QCOMPARE(w.newBoxes(), QStringList{"Ошибка: " + utf8(app::texts::wrongPassword)});
-        QCOMPARE(w.quitCodes, QList<int>{0});
-        QVERIFY(!w.frame().mainWindow() && !w.frame().isVisible());
-    }
-    QCOMPARE(w.bytes(), before);
-}
-
 // The sign-in window keeps the keyboard while the splash is up; when the
-// splash's time is up it closes, and what was typed stays.
+// splash's time is up it closes, and what was typed stays: the right
+// password, with Enter, opens the main window and writes nothing.
 void StartUpTest::splashClosesItselfWhileTheUserTypes()
 {
-    WindowDriver w(DataBuilder().password("pw"));
+    WindowDriver w(DataBuilder().balance("10").password("Ключ-7"));
     QVERIFY(w.start());
-    QVERIFY(w.frame().splashWindow()->isTimerRunning());
+    QVERIFY(w.frame().splashWindow()->isTimerRunning() && !w.frame().mainWindow());
     QCOMPARE(w.frame().mdiArea()->activeSubWindow(), holder(w.frame().signInWindow()));
-    QTest::keyClicks(w.signIn().field("T1"), "p");
+    Form::type(w.signIn().field("T1"), "Ключ");
     w.closeSplash();
     QTRY_VERIFY(!w.frame().splashWindow());
     QCOMPARE(w.frame().mdiArea()->subWindowList().size(), 1);
-    QCOMPARE(w.frame().signInWindow()->typedPassword(), QString("p"));
+    Form::type(w.signIn().field("T1"), "-7");
+    QTest::keyClick(w.signIn().field("T1"), Qt::Key_Return);
+    QTRY_VERIFY(!w.frame().signInWindow());
+    QCOMPARE(w.main().text("T11"), QString("10,00 р."));
+    w.expect({}, false);
     QVERIFY(w.quitCodes.isEmpty());
 }
 
-void StartUpTest::everyWayOutEndsTheProgram_data()
-{
-    QTest::addColumn<QString>("way");
-    QTest::newRow("Выход") << "B7";
-    QTest::newRow("closing the main window") << "Form1";
-    QTest::newRow("closing the frame") << "MDIForm1";
-    QTest::newRow("closing the sign-in window") << "Form5";
-}
-
+// Выход, closing the main window, the frame or the sign-in window, a password
+// in the wrong letter case: every other window goes with it, the splash
+// included. An empty password asks for none.
 void StartUpTest::everyWayOutEndsTheProgram()
 {
-    QFETCH(QString, way);
-    WindowDriver w(DataBuilder().password(way == "Form5" ? "pw" : ""));
-    QVERIFY(w.start());
-    if (way == "B7")
-        w.main().click("B7");
-    else if (way == "Form1")
-        holder(w.frame().mainWindow())->close();
-    else if (way == "Form5")
-        holder(w.frame().signInWindow())->close();
-    else
-        w.frame().close();
-    QCOMPARE(w.quitCodes, QList<int>{0});
-    QVERIFY(w.dialogs.shown().isEmpty());
-    // Every other window goes with it, the splash included.
-    QTRY_VERIFY(w.frame().mdiArea()->subWindowList().isEmpty());
-    QTRY_VERIFY(!w.frame().mainWindow() && !w.frame().splashWindow());
+    for (const QString way : {"B7", "Form1", "MDIForm1", "Form5", "ключ-7"}) {
+        const bool signIn = way == "Form5" || way == "ключ-7";
+        WindowDriver w(DataBuilder().password(signIn ? "Ключ-7" : ""));
+        QVERIFY(w.start());
+        if (way == "B7")
+            w.main().click("B7");
+        else if (way == "MDIForm1")
+            w.frame().close();
+        else if (way.startsWith("Form"))
+            holder(way == "Form1" ? static_cast<QWidget*>(w.frame().mainWindow()) : w.frame().signInWindow())
+                ->close();
+        else {
+            w.signIn().enter("T1", way);
+            w.signIn().click("Command1");
+        }
+        const QStringList refused{"Ошибка: " + utf8(app::texts::wrongPassword)};
+        QVERIFY2(w.newBoxes() == (way == "ключ-7" ? refused : QStringList()), qPrintable(way));
+        QVERIFY2(w.quitCodes == QList<int>{0}, qPrintable(way));
+        QTRY_VERIFY(w.frame().mdiArea()->subWindowList().isEmpty());
+        QTRY_VERIFY(!w.frame().mainWindow() && !w.frame().splashWindow());
+    }
 }
 
-void StartUpTest::helpOpensFromButtonAndKeyOrSaysItIsMissing()
+// A missing file or one with another password ends the program with its
+// reason shown and logged, and a non-zero exit code. A damaged or
+// write-protected one is opened for reading: the reason is shown (a damaged
+// file's at once), every change is refused with it, the file keeps its bytes,
+// and the way back through the backup stays open for the damaged one.
+void StartUpTest::troubleWithTheDataFile()
 {
+    using namespace store::texts;
+    enum Trouble
     {
-        WindowDriver w{DataBuilder()};
-        QVERIFY(w.start());
-        w.main().click("B4");
-        const QStringList boxes = w.newBoxes();
-        QVERIFY(boxes.size() == 1 && boxes[0].startsWith("Ошибка: ") &&
-                boxes[0].contains("velmora-help.html"));
-        QVERIFY(!w.frame().helpWindow() || !w.frame().helpWindow()->isVisible());
+        Missing,
+        OtherPassword,
+        Garbage,
+        WriteProtected,
+    };
+    const QString damaged = utf8(fileDamaged).arg("%1", utf8(causeNotDataFile));
+    for (const auto& [trouble, message] : {std::pair{Missing, utf8(fileMissing)},
+                                           {OtherPassword, utf8(wrongPassword)},
+                                           {Garbage, damaged},
+                                           {WriteProtected, utf8(fileReadOnly)}}) {
+        ProgramFolder folder;
+        DataBuilder data;
+        data.account(1, "Питание").purse(1, "Кошелёк", "100").bill(QDate(2026, 3, 1), 1, "10");
+        if (trouble == OtherPassword)
+            data.database().password = u"чужой";
+        if (trouble != Missing)
+            folder.write(data.database());
+        QByteArray garbage = folder.bytes();
+        for (qsizetype i = 0; i < garbage.size(); ++i)
+            garbage[i] = char((i * 131 + 7) % 251);
+        if (trouble == Garbage)
+            folder.writeBytes(garbage);
+        if (trouble == WriteProtected)
+            QFile::setPermissions(folder.dataFilePath(), QFile::ReadOwner);
+        const QByteArray before = folder.bytes();
+        WindowDriver h(folder);
+        const QString expected = message.arg(h.frame().store().dataFilePath());
+        const bool ends = trouble == Missing || trouble == OtherPassword;
+        QCOMPARE(h.start(), !ends);
+        QCOMPARE(bool(h.frame().mainWindow()), !ends);
+        if (ends) {
+            QVERIFY(h.frame().exitCode() != 0);
+            QCOMPARE(h.quitCodes, QList<int>{h.frame().exitCode()});
+            QVERIFY(!h.frame().signInWindow());
+        } else {
+            QCOMPARE(h.dialogs.shown().size(), trouble == Garbage ? 1 : 0);
+            h.dialogs.answerText(QStringLiteral("Зарплата"));
+            h.main().enter("T9", QStringLiteral("100"));
+            h.main().click("Command1");
+        }
+        const ShownBox box = h.dialogs.shown().last();
+        QCOMPARE(box.title + ": " + box.text, "Ошибка: " + expected);
+        QCOMPARE(box.icon, ui::DialogIcon::Critical);
+        QCOMPARE(h.log.last(), expected);
+        QCOMPARE(folder.bytes(), before);
+        if (ends)
+            continue;
+        // The backup replaces a damaged file, never a protected one.
+        ProgramFolder other;
+        other.write(DataBuilder().database());
+        const QByteArray backup = other.bytes();
+        writeBytes(QDir(folder.path()).filePath(store::kBackupFileName), backup);
+        h.dialogs.answer(ui::DialogAnswer::Yes);
+        h.service().click("C2");
+        QCOMPARE(folder.bytes(), trouble == Garbage ? backup : before);
+        QCOMPARE(h.quitCodes, trouble == Garbage ? QList<int>{0} : QList<int>{});
+        if (trouble == WriteProtected)
+            QCOMPARE(h.dialogs.shown().last().text, expected);
     }
+}
+
+void StartUpTest::helpOpensFromButtonAndKey()
+{
     WindowDriver w{DataBuilder()};
     QVERIFY(QFile::copy(VELMORA_HELP_PAGE, w.folder().path() + "/velmora-help.html"));
     QVERIFY(w.start());
     w.main().click("B4");
     QTRY_VERIFY(w.frame().helpWindow() && w.frame().helpWindow()->isVisible());
-    // The page speaks of every window of the program.
-    for (const char* topic : {"Пароль", "Главное окно", "Кошельки", "Сервис", "Аналитика", "Диаграммы"})
-        QVERIFY2(w.frame().helpWindow()->pageText().contains(utf8(topic)), topic);
+    QVERIFY(w.frame().helpWindow()->pageText().contains(utf8("Диаграммы")));
     w.frame().helpWindow()->close();
     // Keys reach the program only in its active window.
     w.frame().activateWindow();
@@ -171,9 +184,10 @@ void StartUpTest::standardButtonsSpeakRussian()
     QVERIFY(app::installRussianQtTexts(*QCoreApplication::instance()));
     QMessageBox box(QMessageBox::Information, "Velmora", "?",
                     QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-    QCOMPARE(box.button(QMessageBox::Yes)->text().remove('&'), QString("Да"));
-    QCOMPARE(box.button(QMessageBox::No)->text().remove('&'), QString("Нет"));
-    QCOMPARE(box.button(QMessageBox::Cancel)->text().remove('&'), QString("Отмена"));
+    QStringList captions;
+    for (const auto button : {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel})
+        captions.append(box.button(button)->text().remove('&'));
+    QCOMPARE(captions, QStringList({"Да", "Нет", "Отмена"}));
 }
 
 QTEST_MAIN(StartUpTest)

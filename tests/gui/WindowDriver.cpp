@@ -1,31 +1,104 @@
 #include "WindowDriver.h"
 
 #include "FileRows.h"
-#include "analytics/ui/AnalyticsWindow.h"
-#include "app/MainWindow.h"
-#include "app/SignInWindow.h"
-#include "charts/ui/ChartsWindow.h"
-#include "service/ui/ServiceWindow.h"
 
+#include <QAbstractButton>
+#include <QLabel>
+#include <QTest>
 #include <QTimer>
 
 #include <limits>
 
 namespace velmora::test {
 
-namespace {
-
-const ProgramFolder& written(const ProgramFolder& folder, const DataBuilder& data)
+ui::DialogAnswer ScriptedDialogs::showMessage(const QString& text, const QString& title, ui::DialogIcon icon,
+                                              ui::DialogButtons buttons)
 {
-    folder.write(data.database());
-    return folder;
+    m_shown.append({text, title, icon});
+    if (buttons == ui::DialogButtons::Ok)
+        return ui::DialogAnswer::Ok;
+    return m_answers.isEmpty() ? ui::DialogAnswer::No : m_answers.dequeue();
 }
 
-} // namespace
+std::optional<QString> ScriptedDialogs::askText(const QString& prompt, const QString& title,
+                                                const QString& initial)
+{
+    m_asked.append(title + ": " + prompt + " [" + initial + "]");
+    return m_texts.isEmpty() ? std::nullopt : m_texts.dequeue();
+}
+
+QStringList ScriptedDialogs::shownTexts() const
+{
+    QStringList texts;
+    for (const ShownBox& box : m_shown)
+        texts.append(box.title + ": " + box.text);
+    return texts;
+}
+
+QWidget* Form::control(const char* name) const
+{
+    if (!m_window)
+        throw std::logic_error(std::string("the window holding ") + name + " is not open");
+    if (auto* found = m_window->findChild<QWidget*>(name))
+        return found;
+    throw std::logic_error(std::string("no control named ") + name);
+}
+
+QString Form::text(const char* name) const
+{
+    QWidget* widget = control(name);
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        return edit->text();
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        return combo->currentText();
+    return as<QLabel>(name)->text();
+}
+
+QStringList Form::texts(std::initializer_list<const char*> names) const
+{
+    QStringList shown;
+    for (const char* name : names)
+        shown.append(text(name));
+    return shown;
+}
+
+QStringList Form::items(const char* name) const
+{
+    QStringList entries;
+    for (int i = 0; i < list(name)->count(); ++i)
+        entries.append(list(name)->itemText(i));
+    return entries;
+}
+
+void Form::enter(const char* name, const QString& typed) const
+{
+    field(name)->clear();
+    type(field(name), typed);
+}
+
+void Form::choose(const char* name, const QString& entry) const
+{
+    list(name)->setCurrentIndex(list(name)->findText(entry));
+}
+
+void Form::click(const char* name) const
+{
+    if (auto* button = qobject_cast<QAbstractButton*>(control(name)))
+        button->click();
+    else
+        QTest::mouseClick(control(name), Qt::LeftButton);
+}
+
+void Form::type(QWidget* field, const QString& typed)
+{
+    for (const QChar ch : typed)
+        QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(ch), Qt::NoModifier);
+}
 
 WindowDriver::WindowDriver(const DataBuilder& data, QDate today)
-    : m_own(std::make_unique<ProgramFolder>()), m_folder(written(*m_own, data))
+    : m_own(std::make_unique<ProgramFolder>()), m_folder(*m_own)
 {
+    m_folder.write(data.database());
     open(today);
 }
 
@@ -44,37 +117,21 @@ void WindowDriver::open(QDate today)
     QObject::connect(m_frame.get(), &app::Frame::quitRequested, [this](int code) { quitCodes.append(code); });
 }
 
-WindowDriver::~WindowDriver() = default;
-
 bool WindowDriver::start()
 {
+    m_before = bytes();
     m_frame->show();
     return m_frame->start();
 }
 
-Form WindowDriver::main() const
-{
-    return Form(m_frame->mainWindow());
-}
-
-Form WindowDriver::signIn() const
-{
-    return Form(m_frame->signInWindow());
-}
-
-Form WindowDriver::charts() const
-{
-    return Form(m_frame->chartsWindow());
-}
-
-Form WindowDriver::service()
+Form WindowDriver::service() const
 {
     if (!m_frame->serviceWindow())
         main().click("B2");
     return Form(m_frame->serviceWindow());
 }
 
-Form WindowDriver::analytics()
+Form WindowDriver::analytics() const
 {
     if (!m_frame->analyticsWindow())
         main().click("B1");
@@ -91,8 +148,20 @@ QStringList WindowDriver::newBoxes()
 {
     const QStringList all = dialogs.shownTexts();
     const QStringList boxes = all.mid(m_seen);
-    m_seen = static_cast<int>(all.size());
+    m_seen = all.size();
     return boxes;
+}
+
+void WindowDriver::expect(const QStringList& boxes, bool written)
+{
+    const QStringList shown = newBoxes();
+    const QString said = shown.join('\n');
+    QVERIFY2(shown.size() == boxes.size(), qPrintable(said));
+    for (qsizetype i = 0; i < boxes.size(); ++i)
+        QVERIFY2(shown[i].startsWith(boxes[i]), qPrintable(said + "\ndoes not begin with\n" + boxes[i]));
+    const QByteArray now = bytes();
+    QVERIFY2((now != m_before) == written, qPrintable(said));
+    m_before = now;
 }
 
 QStringList WindowDriver::rows(const char* table) const
