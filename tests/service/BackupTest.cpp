@@ -10,7 +10,7 @@
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
 #include "support/ChildProcess.h"
-#include "support/DyingFileOps.h"
+#include "support/FaultyDisk.h"
 
 #include <gtest/gtest.h>
 
@@ -20,11 +20,14 @@
 #include <cerrno>
 #include <csignal>
 #include <functional>
+#include <optional>
 
 using namespace velmora::test;
 using service::Backup;
 
 namespace {
+
+const QDate kBackupDay(2026, 3, 15);
 
 QByteArray encoded(const jet::Database& db)
 {
@@ -44,8 +47,6 @@ QString message(const char* pattern, const QString& path, const QString& cause =
     return cause.isEmpty() ? text.arg(path) : text.arg(path, cause);
 }
 
-const QDate kBackupDay(2026, 3, 15);
-
 // A data file with enough rows that saving it takes a while, marked by the
 // name of its only account.
 DataBuilder marked(const QString& account)
@@ -61,15 +62,13 @@ DataBuilder marked(const QString& account)
 std::string markOf(const QByteArray& bytes)
 {
     try {
-        const std::span<const std::uint8_t> view(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                                                 static_cast<std::size_t>(bytes.size()));
-        const jet::Database db = jet::readDatabase(view, store::kFilePassword);
-        if (!store::schemaMismatch(db).empty())
-            return "not a data file";
-        const auto& name = std::get<std::u16string>(db.table(u"Bills_Dict")->rows.at(0).at(1));
-        return QString::fromStdU16String(name).toStdString();
+        const jet::Database db = jet::readDatabase({reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                                    static_cast<std::size_t>(bytes.size())},
+                                                   store::kFilePassword);
+        return QString::fromStdU16String(std::get<std::u16string>(db.table(u"Bills_Dict")->rows.at(0).at(1)))
+            .toStdString();
     } catch (const std::exception& e) {
-        return std::string("unreadable: ") + e.what();
+        return e.what();
     }
 }
 
@@ -83,7 +82,7 @@ void killAtEveryCall(const std::function<void(store::Store&, service::Backup&)>&
     for (int killAt = 1;; ++killAt) {
         reset();
         ChildProcess child([&](ChildProcess&) {
-            DyingFileOps ops(killAt);
+            FaultyDisk ops(killedAt(killAt));
             const store::FileWriter writer = [&](const std::filesystem::path& path,
                                                  std::span<const std::uint8_t> bytes) {
                 store::writeFileAtomically(path, bytes, ops);
@@ -108,130 +107,108 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndItsDate)
     data.balance("1000").account(1, "Питание").bank(QDate(2026, 3, 1), "1000");
     LedgerFile d(data);
     Backup backup(d.store());
-    const store::Result<QDate> made = backup.make(QDate(2026, 3, 15));
+    const store::Result<QDate> made = backup.make(kBackupDay);
     ASSERT_TRUE(made) << made.message().toStdString();
-    EXPECT_EQ(made.value(), QDate(2026, 3, 15));
-    EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 15));
+    EXPECT_EQ(made.value(), kBackupDay);
     // The backup is the data file as it was right after recording the date.
     EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
     const QStringList bankAtBackup = d.rows("Bank");
-
     {
         store::Transaction tx(d.store());
-        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
-                   {QDate(2026, 3, 20), store::Amount::parse(u"50").value(), QString("после спасения")});
+        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES ('2026-03-20', 500000, 'после спасения')");
         tx.execute("UPDATE Tech SET F2 = 1050 WHERE F0 = 'OSTATOK'");
         tx.execute("UPDATE Tech SET F3 = ? WHERE F0 = 'BACKUP'", {QDate(2026, 3, 21)});
         ASSERT_TRUE(tx.commit());
     }
-    const store::Result<QDate> restored = backup.restore(QDate(2026, 3, 15));
+    const store::Result<QDate> restored = backup.restore(kBackupDay);
     ASSERT_TRUE(restored) << restored.message().toStdString();
-    EXPECT_EQ(restored.value(), QDate(2026, 3, 15));
-    EXPECT_EQ(d.folder().bytes(), contents(d.backupPath()));
+    EXPECT_EQ(restored.value(), kBackupDay);
     // The same store sees the restored file at once.
     EXPECT_EQ(d.rows("Bank"), bankAtBackup);
     EXPECT_EQ(d.amount("Tech", "F2", "F0 = 'OSTATOK'"), "1000");
     // It goes on from there: the next operation is numbered after the backup's and reaches the file.
     ASSERT_TRUE(execute(d.store(), "INSERT INTO Bank (F1, F2, F3) VALUES ('2026-03-22', 70000, 'снова')"));
-    EXPECT_EQ(lookupValue(store::Store(d.folder().path()), "Bank", "F3", "F0 = 2"),
-              QVariant(QString("снова")));
+    store::Store reader(d.folder().path());
+    EXPECT_EQ(lookupValue(reader, "Bank", "F3", "F0 = 2"), QVariant(QString("снова")));
     // A second backup replaces the first.
     ASSERT_TRUE(backup.make(QDate(2026, 3, 16)));
     EXPECT_EQ(contents(d.backupPath()), d.folder().bytes());
     EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 16));
-    EXPECT_TRUE(QDir(d.folder().path()).entryList(QDir::Files).filter(".tmp-").isEmpty());
+    EXPECT_EQ(d.folder().strayFiles(), std::vector<std::string>{store::kBackupFileName});
     EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
 }
 
-TEST(Backup, RestoreRefusesWhatIsNotABackupOfThisProgramAndChangesNothing)
+// A restore that cannot put the backup in place says why and changes nothing.
+TEST(Backup, RestoreRefusesWhatItCannotPutInPlaceAndChangesNothing)
 {
     DataBuilder other;
     other.database().password = u"другой";
-    DataBuilder open;
-    open.database().password.clear();
-    DataBuilder sevenTables;
-    std::erase_if(sevenTables.database().tables, [](const jet::Table& t) { return t.name == u"Cur"; });
     DataBuilder data;
     data.account(1, "Питание").bank(QDate(2026, 3, 1), "10");
+    std::optional<store::FileLock> lock;
+    using namespace service::texts;
     struct Case
     {
         const char* what;
-        std::function<void(const QString&)> prepare;
+        std::function<void(LedgerFile&)> prepare;
         const char* pattern;
-        QString cause;
+        const char* cause = "";
+        bool ofDataFile = false;
+        store::FileWriter writer = store::atomicWriter();
     };
+    const auto backedUp = [](LedgerFile& d) { ASSERT_TRUE(Backup(d.store()).make(kBackupDay)); };
     const Case cases[] = {
-        {"no backup", [](const QString&) {}, service::texts::backupMissing, {}},
-        {"empty file", [](const QString& p) { writeBytes(p, {}); }, service::texts::backupDamaged,
-         QString::fromUtf8(service::texts::causeEmptyFile)},
-        {"another password", [&](const QString& p) { writeBytes(p, encoded(other.database())); },
-         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeOtherPassword)},
-        {"a table missing", [&](const QString& p) { writeBytes(p, encoded(sevenTables.database())); },
-         service::texts::backupDamaged, "нет таблицы Cur"},
-        {"not a data file", [](const QString& p) { writeBytes(p, QByteArray(8192, 'x')); },
-         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeNotDataFile)},
-        {"cut short", [&](const QString& p) { writeBytes(p, encoded(data.database()).left(6000)); },
-         service::texts::backupDamaged, QString::fromUtf8(store::texts::causeFileCutShort)},
-        {"a folder", [](const QString& p) { QDir().mkdir(p); }, service::texts::backupDamaged,
-         QString::fromUtf8(store::texts::causeNotRegular)},
+        {"no backup", [](LedgerFile&) {}, backupMissing},
+        {"another password", [&](LedgerFile& d) { writeBytes(d.backupPath(), encoded(other.database())); },
+         backupDamaged, causeOtherPassword},
+        {"cut short", [&](LedgerFile& d) { writeBytes(d.backupPath(), encoded(data.database()).left(6000)); },
+         backupDamaged, store::texts::causeFileCutShort},
+        {"a folder", [](LedgerFile& d) { QDir().mkdir(d.backupPath()); }, backupDamaged,
+         store::texts::causeNotRegular},
+        {"disk full", backedUp, store::texts::cannotWrite, store::texts::causeNoSpace, true, diskFull},
+        {"locked by another program",
+         [&](LedgerFile& d) {
+             backedUp(d);
+             lock.emplace(d.folder().dataFilePath().toStdString());
+             lock->take();
+         },
+         store::texts::fileLocked, "", true},
     };
     for (const Case& c : cases) {
         LedgerFile d(data);
-        c.prepare(d.backupPath());
+        c.prepare(d);
         const QByteArray before = d.folder().bytes();
-        const store::Result<QDate> outcome = Backup(d.store()).restore(QDate(2026, 3, 15));
+        const store::Result<QDate> outcome = Backup(d.store(), c.writer).restore(kBackupDay);
         EXPECT_TRUE(outcome.isRefused()) << c.what;
-        EXPECT_EQ(outcome.message(), message(c.pattern, d.backupPath(), c.cause)) << c.what;
+        EXPECT_EQ(outcome.message(),
+                  message(c.pattern, c.ofDataFile ? d.folder().dataFilePath() : d.backupPath(),
+                          QString::fromUtf8(c.cause)))
+            << c.what;
+        lock.reset();
         EXPECT_EQ(d.folder().bytes(), before) << c.what;
         EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"})) << c.what;
     }
-    // A file without a password opens with any, as data file and as backup alike.
-    LedgerFile unprotected(open);
-    EXPECT_TRUE(Backup(unprotected.store()).make(QDate(2026, 3, 15)));
-    EXPECT_TRUE(Backup(unprotected.store()).restore(QDate(2026, 3, 15)));
 }
 
-TEST(Backup, AFailedWriteLeavesBothFilesAndTheRecordedDate)
+// A backup that cannot be written, or whose date cannot be recorded, leaves
+// the old backup and its date.
+TEST(Backup, AFailedBackupLeavesTheOldOneAndItsDate)
 {
     LedgerFile d;
     ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
     ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
     const QByteArray oldBackup = contents(d.backupPath());
-    Backup failing(d.store(), diskFull);
-
-    const store::Result<QDate> made = failing.make(QDate(2026, 3, 15));
+    const store::Result<QDate> made = Backup(d.store(), diskFull).make(kBackupDay);
     EXPECT_TRUE(made.isRefused());
     EXPECT_EQ(made.message(), message(service::texts::backupNotWritten, d.backupPath(),
                                       QString::fromUtf8(store::texts::causeNoSpace)));
-    EXPECT_EQ(contents(d.backupPath()), oldBackup);
-    EXPECT_EQ(failing.lastBackupDate(), QDate(2026, 3, 1));
-
-    const QByteArray data = d.folder().bytes();
-    const store::Result<QDate> restored = failing.restore(QDate(2026, 3, 15));
-    EXPECT_TRUE(restored.isRefused());
-    EXPECT_TRUE(restored.message().contains(QString::fromUtf8(store::texts::causeNoSpace)));
-    EXPECT_EQ(d.folder().bytes(), data);
-    EXPECT_EQ(d.rows("Bills_Dict"), QStringList({"1|Питание"}));
-}
-
-TEST(Backup, WaitsForNoOneWhileAnotherProgramHoldsTheLock)
-{
-    LedgerFile d;
-    ASSERT_TRUE(Backup(d.store()).make(QDate(2026, 3, 1)));
-    ASSERT_TRUE(execute(d.store(), "INSERT INTO Bills_Dict (F0, F1) VALUES (1, 'Питание')"));
-    const QByteArray data = d.folder().bytes();
     store::FileLock other(d.folder().dataFilePath().toStdString());
     other.take();
-
-    const store::Result<QDate> restored = Backup(d.store()).restore(QDate(2026, 3, 15));
-    EXPECT_TRUE(restored.isRefused());
-    EXPECT_EQ(restored.message(), message(store::texts::fileLocked, d.store().dataFilePath()));
-    EXPECT_EQ(d.folder().bytes(), data);
-    // The backup cannot even record its date; the store says why.
-    const store::Result<QDate> made = Backup(d.store()).make(QDate(2026, 3, 15));
-    EXPECT_FALSE(made || made.isRefused());
-    ASSERT_EQ(d.sink.messages.size(), 1);
+    const store::Result<QDate> locked = Backup(d.store()).make(kBackupDay);
+    EXPECT_FALSE(locked || locked.isRefused());
+    EXPECT_EQ(d.sink.messages.size(), 1); // the store said why
     other.release();
+    EXPECT_EQ(contents(d.backupPath()), oldBackup);
     EXPECT_EQ(Backup(d.store()).lastBackupDate(), QDate(2026, 3, 1));
 }
 

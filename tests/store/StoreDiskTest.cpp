@@ -1,5 +1,4 @@
 #include "jet/Unicode.h"
-#include "jet/Writer.h"
 #include "store/AtomicFile.h"
 #include "store/DatabaseDiff.h"
 #include "store/FileError.h"
@@ -7,7 +6,7 @@
 #include "store/StoreTexts.h"
 #include "store/Transaction.h"
 #include "support/ChildProcess.h"
-#include "support/DyingFileOps.h"
+#include "support/FaultyDisk.h"
 #include "support/ProgramFolder.h"
 #include "support/RecordingSink.h"
 #include "support/StoreCalls.h"
@@ -22,38 +21,51 @@
 
 using namespace store;
 using velmora::test::ChildProcess;
-using velmora::test::DyingFileOps;
+using velmora::test::FaultyDisk;
 using velmora::test::ProgramFolder;
 using velmora::test::RecordingSink;
 
 namespace {
 
-QVariant balanceOf(Store& store)
+class StoreDisk : public ::testing::Test
 {
-    return lookupValue(store, "Tech", "F2", "F0 = ?", {"OSTATOK"}, 2);
-}
+protected:
+    // The sample file with `units` as its balance.
+    void writeBalance(std::int64_t units)
+    {
+        jet::Database db = velmora::test::sampleDatabase();
+        db.table(u"Tech")->rows.at(0).at(2) = jet::Currency{units};
+        folder.write(db);
+    }
+    template <typename AnyStore> static qlonglong balanceOf(AnyStore&& store)
+    {
+        return lookupValue(store, "Tech", "F2", "F0 = 'OSTATOK'").toLongLong();
+    }
+    static StoreResult setBalance(Store& store, std::int64_t units)
+    {
+        Transaction tx(store);
+        tx.execute("UPDATE Tech SET F2 = ? WHERE F0 = 'OSTATOK'", {Amount::fromUnits(units)});
+        tx.execute("INSERT INTO Bank (F2) VALUES (?)", {Amount::fromUnits(units)});
+        return tx.commit();
+    }
+    QString message(const char* text, const char* cause = nullptr) const
+    {
+        const QString file = QString::fromStdString(folder.dataFile().string());
+        return cause ? QString::fromUtf8(text).arg(file, QString::fromUtf8(cause))
+                     : QString::fromUtf8(text).arg(file);
+    }
 
-bool setBalance(Transaction& tx, std::int64_t units)
-{
-    return tx.execute("UPDATE Tech SET F2 = ? WHERE F0 = 'OSTATOK'", {Amount::fromUnits(units)});
-}
-
-jet::Database withBalance(std::int64_t units)
-{
-    jet::Database db = velmora::test::sampleDatabase();
-    for (jet::Row& row : db.table(u"Tech")->rows)
-        if (row[0] == jet::Value(std::u16string(u"OSTATOK")))
-            row[2] = jet::Currency{units};
-    return db;
-}
+    ProgramFolder folder;
+    RecordingSink sink;
+};
 
 } // namespace
 
-TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
+// A save that fails, or finds the file replaced by another program since it
+// was read, changes neither file nor memory, and the next one works.
+TEST_F(StoreDisk, AFailedOrOverrunSaveChangesNeitherFileNorMemory)
 {
-    ProgramFolder folder;
-    folder.write(withBalance(100));
-    RecordingSink sink;
+    writeBalance(100);
     bool diskFull = true;
     Store store(folder.path(), &sink,
                 [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
@@ -61,120 +73,67 @@ TEST(StoreDisk, AFailedWriteChangesNeitherFileNorMemory)
                         throw store::FileError::writing(path, "write", ENOSPC);
                     store::writeFileAtomically(path, bytes);
                 });
-    const std::vector<std::uint8_t> before = folder.dataFileBytes();
-    {
-        Transaction tx(store);
-        setBalance(tx, 200);
-        const StoreResult result = tx.commit();
-        ASSERT_FALSE(result);
-        EXPECT_EQ(result.error().kind(), StoreError::Kind::CannotWrite);
-    }
-    const QString expected =
-        QString::fromUtf8(texts::cannotWrite)
-            .arg(QString::fromStdString(folder.dataFile().string()), QString::fromUtf8(texts::causeNoSpace));
-    EXPECT_EQ(sink.storeFailures, QStringList{expected});
-    EXPECT_EQ(folder.dataFileBytes(), before);
-    EXPECT_EQ(balanceOf(store).toLongLong(), 100);
+    const QByteArray before = folder.bytes();
+    const StoreResult failed = setBalance(store, 200);
+    EXPECT_TRUE(!failed && failed.error().kind() == StoreError::Kind::CannotWrite);
+    EXPECT_EQ(sink.storeFailures, QStringList{message(texts::cannotWrite, texts::causeNoSpace)});
+    EXPECT_EQ(folder.bytes(), before);
+    EXPECT_EQ(balanceOf(store), 100);
 
     diskFull = false;
-    Transaction tx(store);
-    setBalance(tx, 300);
-    EXPECT_TRUE(tx.commit());
-    Store reader(folder.path());
-    EXPECT_EQ(lookupValue(reader, "Tech", "F2", "F0 = 'OSTATOK'").toLongLong(), 300);
-}
-
-TEST(StoreDisk, EachStoreSeesTheOthersCommittedWrites)
-{
-    ProgramFolder folder;
-    folder.write(withBalance(0));
-    Store first(folder.path());
-    Store second(folder.path());
-    EXPECT_EQ(balanceOf(first).toLongLong(), 0);
-    EXPECT_EQ(balanceOf(second).toLongLong(), 0);
-    for (std::int64_t units = 1; units <= 4; ++units) {
-        Store& writer = units % 2 ? first : second;
-        Store& reader = units % 2 ? second : first;
-        Transaction tx(writer);
-        setBalance(tx, units);
-        tx.execute("INSERT INTO Bank (F2) VALUES (?)", {Amount::fromUnits(units)});
-        ASSERT_TRUE(tx.commit());
-        EXPECT_EQ(balanceOf(reader).toLongLong(), units);
-        EXPECT_EQ(rows(reader, "Bank").size(), static_cast<std::size_t>(units));
-        EXPECT_EQ(lookupValue(reader, "Bank", "F0", "").toInt(), units); // one counter for both
-    }
-}
-
-TEST(StoreDisk, AFileReplacedDuringATransactionIsReadAgainNotOverwritten)
-{
-    ProgramFolder folder;
-    folder.write(withBalance(1));
-    RecordingSink sink;
-    Store store(folder.path(), &sink);
+    sink.storeFailures.clear();
     {
         Transaction tx(store);
-        setBalance(tx, 2);
-        folder.write(withBalance(7)); // another program, ignoring the lock
+        tx.execute("UPDATE Tech SET F2 = 2 WHERE F0 = 'OSTATOK'");
+        writeBalance(7); // another program, ignoring the lock
         const StoreResult result = tx.commit();
-        ASSERT_FALSE(result);
-        EXPECT_EQ(result.error().kind(), StoreError::Kind::ChangedOnDisk);
+        EXPECT_TRUE(!result && result.error().kind() == StoreError::Kind::ChangedOnDisk);
     }
-    EXPECT_EQ(
-        sink.storeFailures,
-        QStringList{
-            QString::fromUtf8(texts::changedOnDisk).arg(QString::fromStdString(folder.dataFile().string()))});
-    EXPECT_EQ((*folder.readDataFile().table(u"Tech")).rows[0][2], jet::Value(jet::Currency{7}));
-    EXPECT_EQ(balanceOf(store).toLongLong(), 7);
-
+    EXPECT_EQ(sink.storeFailures, QStringList{message(texts::changedOnDisk)});
+    EXPECT_EQ(balanceOf(Store(folder.path())), 7);
+    EXPECT_EQ(balanceOf(store), 7);
     // Between transactions a replaced file is simply read again.
-    folder.write(withBalance(9));
-    EXPECT_EQ(balanceOf(store).toLongLong(), 9);
+    writeBalance(9);
+    EXPECT_EQ(balanceOf(store), 9);
+    EXPECT_TRUE(setBalance(store, 300));
+    EXPECT_EQ(balanceOf(Store(folder.path())), 300);
 }
 
-TEST(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
+// Tables and values the program never writes come back from a save as they were.
+TEST_F(StoreDisk, SavingKeepsEveryOtherValueOfTheFile)
 {
     jet::Database original = velmora::test::sampleDatabase();
     jet::Table extra;
     extra.name = u"Extra";
-    extra.columns = {jet::Column::ofType(u"Id", jet::ColumnType::Long, true),
-                     jet::Column::ofType(u"Flag", jet::ColumnType::Boolean),
-                     jet::Column::ofType(u"Small", jet::ColumnType::Byte),
-                     jet::Column::ofType(u"Short", jet::ColumnType::Integer),
-                     jet::Column::ofType(u"Money", jet::ColumnType::Currency),
-                     jet::Column::ofType(u"Ratio", jet::ColumnType::Single),
-                     jet::Column::ofType(u"Exact", jet::ColumnType::Double),
-                     jet::Column::ofType(u"When", jet::ColumnType::DateTime),
-                     jet::Column::text(u"Name", 20),
-                     jet::Column::ofType(u"Notes", jet::ColumnType::Memo)};
+    using jet::ColumnType;
+    extra.columns = {jet::Column::ofType(u"Id", ColumnType::Long, true)};
+    for (const ColumnType type :
+         {ColumnType::Boolean, ColumnType::Byte, ColumnType::Integer, ColumnType::Currency,
+          ColumnType::Single, ColumnType::Double, ColumnType::DateTime, ColumnType::Memo})
+        extra.columns.push_back(
+            jet::Column::ofType(u"C" + jet::fromUtf8(std::to_string(extra.columns.size())), type));
+    extra.columns.push_back(jet::Column::text(u"Name", 20));
     extra.rows = {
         {std::int32_t{1}, true, std::int32_t{255}, std::int32_t{-32768},
          jet::Currency{-9'223'372'036'854'775'807}, 1.5f, 0.1, jet::DateTime{-1.25},
-         std::u16string(u"Ёлка «ель»"), std::u16string(5000, u'ж')},
-        {std::int32_t{5}, false, std::int32_t{0}, std::int32_t{32767}, jet::Currency{1}, -0.0f, -1e300,
-         jet::DateTime{46027 + 45296.0 / 86400}, std::u16string(), jet::Null{}},
+         std::u16string(5000, u'ж'), std::u16string(u"Ёлка «ель»")},
         // A Boolean has no Null in the file.
-        {std::int32_t{6}, false, jet::Null{}, jet::Null{}, jet::Null{}, jet::Null{}, jet::Null{}, jet::Null{},
-         jet::Null{}, std::u16string(u"строка\r\nвторая")},
+        {std::int32_t{6}, false, jet::Null{}, jet::Null{}, jet::Null{}, -0.0f, -1e300,
+         jet::DateTime{46027 + 45296.0 / 86400}, std::u16string(u"строка\r\nвторая"), jet::Null{}},
     };
     extra.lastAutoNumber = 9;
     original.tables.push_back(extra);
-    ProgramFolder folder;
     folder.write(original);
 
     Store store(folder.path());
-    Transaction tx(store);
-    ASSERT_TRUE(tx.execute("INSERT INTO Mon (F0, F1) VALUES (13, ?)", {QStringLiteral("Лишний")}));
-    ASSERT_TRUE(tx.commit());
-
-    jet::Database expected = original;
-    expected.table(u"Mon")->rows.push_back({std::int32_t{13}, std::u16string(u"Лишний")});
-    EXPECT_EQ(firstDifference(expected, folder.readDataFile()), "");
+    ASSERT_TRUE(execute(store, "INSERT INTO Mon (F0, F1) VALUES (13, 'Лишний')"));
+    original.table(u"Mon")->rows.push_back({std::int32_t{13}, std::u16string(u"Лишний")});
+    EXPECT_EQ(firstDifference(original, folder.readDataFile()), "");
 }
 
 // Only the data file's own temporary files go, not those of the backup's writes.
-TEST(StoreDisk, TemporaryFilesOfAnInterruptedSaveAreRemovedOnLoading)
+TEST_F(StoreDisk, TemporaryFilesOfAnInterruptedSaveAreRemovedOnLoading)
 {
-    ProgramFolder folder;
     folder.writePrepared();
     std::ofstream(folder / "velmora.mdb.tmp-999999-1") << "half a file";
     std::ofstream(folder / "velmora_backup.mdb.tmp-999999-2") << "half a backup";
@@ -193,18 +152,18 @@ namespace {
 // second save on, dies at system call `killAt` when it is not 0.
 void commitForever(const QString& dir, ChildProcess& parent, int killAt)
 {
-    DyingFileOps ops(0);
+    FaultyDisk ops({});
     Store store(dir, nullptr, [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
         writeFileAtomically(path, bytes, ops);
     });
     for (bool first = true;; first = false) {
         if (!first && killAt)
-            ops = DyingFileOps(std::exchange(killAt, 0));
+            ops = FaultyDisk(velmora::test::killedAt(std::exchange(killAt, 0)));
         Transaction tx(store);
         const std::int64_t next = tx.lookupAmount("Tech", "F2", "F0 = 'OSTATOK'").units() + 1;
         tx.execute("UPDATE Tech SET F2 = ? WHERE F0 = 'OSTATOK'", {Amount::fromUnits(next)});
-        tx.execute("INSERT INTO Bank (F1, F2, F3) VALUES (?, ?, ?)",
-                   {QDate(2026, 1, 1), Amount::fromUnits(next), QStringLiteral("операция %1").arg(next)});
+        tx.execute("INSERT INTO Bank (F2, F3) VALUES (?, ?)",
+                   {Amount::fromUnits(next), QStringLiteral("операция %1").arg(next)});
         tx.execute("DELETE FROM Bank WHERE F0 <= ?", {qlonglong{next - 3}});
         if (!tx.commit())
             ::_exit(3);
@@ -212,27 +171,18 @@ void commitForever(const QString& dir, ChildProcess& parent, int killAt)
     }
 }
 
-// The n of a file in state n; -1 with `problem` set for any other contents.
-std::int64_t stateOf(const jet::Database& db, std::string& problem)
+// The n of a file in state n; -1 for any other contents.
+std::int64_t stateOf(const jet::Database& db)
 {
-    const jet::Table& tech = *db.table(u"Tech");
     const jet::Table& bank = *db.table(u"Bank");
-    const std::int64_t n = std::get<jet::Currency>(tech.rows.at(0).at(2)).units;
+    const std::int64_t n = std::get<jet::Currency>(db.table(u"Tech")->rows.at(0).at(2)).units;
     const std::int64_t first = std::max<std::int64_t>(1, n - 2);
-    const std::size_t expectedRows = n == 0 ? 0 : static_cast<std::size_t>(n - first + 1);
-    if (bank.rows.size() != expectedRows || bank.lastAutoNumber != n) {
-        problem = "balance " + std::to_string(n) + " with " + std::to_string(bank.rows.size()) + " Bank rows";
+    if (bank.lastAutoNumber != n || static_cast<std::int64_t>(bank.rows.size()) != (n ? n - first + 1 : 0))
         return -1;
-    }
-    for (std::size_t i = 0; i < bank.rows.size(); ++i) {
-        const std::int64_t k = first + static_cast<std::int64_t>(i);
-        const jet::Row& row = bank.rows[i];
-        if (row[0] != jet::Value(static_cast<std::int32_t>(k)) || row[2] != jet::Value(jet::Currency{k}) ||
-            row[3] != jet::Value(jet::fromUtf8("операция " + std::to_string(k)))) {
-            problem = "Bank row " + std::to_string(i) + " in state " + std::to_string(n);
+    for (std::int64_t k = first; k <= n; ++k)
+        if (bank.rows[k - first] != jet::Row({static_cast<std::int32_t>(k), jet::Null{}, jet::Currency{k},
+                                              jet::fromUtf8("операция " + std::to_string(k))}))
             return -1;
-        }
-    }
     return n;
 }
 
@@ -257,10 +207,8 @@ TEST(CrashSafety, AProcessKilledAtAnyMomentLeavesTheOldOrTheNewFile)
             ++reported;
         ASSERT_EQ(reported, wanted) << "trial " << trial;
         ASSERT_EQ(killAt ? child.finish() : child.kill(), 128 + SIGKILL) << "trial " << trial;
-
-        std::string problem;
-        const std::int64_t n = stateOf(folder.readDataFile(), problem);
-        ASSERT_GE(n, last + wanted) << "trial " << trial << ": " << problem;
+        const std::int64_t n = stateOf(folder.readDataFile());
+        ASSERT_GE(n, last + wanted) << "trial " << trial;
         last = n;
     }
 }

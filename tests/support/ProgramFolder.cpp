@@ -3,6 +3,7 @@
 #include "jet/Reader.h"
 #include "jet/Writer.h"
 #include "store/AtomicFile.h"
+#include "store/RegularFile.h"
 #include "store/Schema.h"
 
 #include <QDir>
@@ -53,20 +54,15 @@ void ProgramFolder::writeBytes(const QByteArray& bytes) const
 
 QByteArray ProgramFolder::bytes() const
 {
-    return contents(dataFilePath());
-}
-
-std::vector<std::uint8_t> ProgramFolder::dataFileBytes() const
-{
+    // A FIFO in the data file's place would block the read.
     if (!fs::is_regular_file(dataFile()))
         return {};
-    const QByteArray all = bytes();
-    return {all.begin(), all.end()};
+    return contents(dataFilePath());
 }
 
 jet::Database ProgramFolder::readDataFile() const
 {
-    return jet::readDatabase(dataFileBytes(), store::kFilePassword);
+    return jet::readDatabase(store::readRegularFile(dataFile()).bytes, store::kFilePassword);
 }
 
 bool ProgramFolder::hasDataFile() const

@@ -32,7 +32,6 @@ public:
     void writeBytes(const QByteArray& bytes) const;
     // The data file's bytes; empty when there is none.
     QByteArray bytes() const;
-    std::vector<std::uint8_t> dataFileBytes() const;
     jet::Database readDataFile() const;
     bool hasDataFile() const;
     // Names of the files in the folder other than the data file and its lock, sorted.

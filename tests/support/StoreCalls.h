@@ -43,11 +43,6 @@ inline bool opens(Store& store)
 }
 
 // On a store made for the call: what a new reader of the file sees.
-inline QVariant lookupValue(Store&& store, const QString& table, const QString& column,
-                            const QString& criteria)
-{
-    return lookupValue(store, table, column, criteria);
-}
 inline Rows rows(Store&& store, const QString& table)
 {
     return rows(store, table);
