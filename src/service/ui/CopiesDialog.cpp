@@ -1,6 +1,7 @@
 #include "CopiesDialog.h"
 
 #include "ServiceWindowTexts.h"
+#include "ui/TextColumns.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
@@ -11,6 +12,8 @@
 namespace service {
 
 namespace {
+
+constexpr int kWhyColumn = 1;
 
 QString text(const char* utf8)
 {
@@ -72,7 +75,8 @@ void CopiesDialog::fill()
                         cell(sound ? QString::number(copy.operations) : QString(), sound, Qt::AlignRight));
     }
     m_list->resizeColumnsToContents();
-    m_list->horizontalHeader()->setStretchLastSection(true);
+    // The reason a copy was made is the text that a wider dialog shows more of.
+    (new ui::TextColumns(m_list))->keep({kWhyColumn});
     const auto first = std::ranges::find_if(m_copies, [](const auto& copy) { return copy.damage.isEmpty(); });
     if (first != m_copies.end())
         m_list->selectRow(static_cast<int>(first - m_copies.begin()));
