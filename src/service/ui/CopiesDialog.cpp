@@ -1,6 +1,7 @@
 #include "CopiesDialog.h"
 
 #include "ServiceWindowTexts.h"
+#include "ui/ScreenFit.h"
 #include "ui/TextColumns.h"
 
 #include <QDialogButtonBox>
@@ -54,7 +55,7 @@ CopiesDialog::CopiesDialog(std::vector<store::CopyEntry> copies, QWidget* parent
     layout->addWidget(m_list);
     layout->addWidget(buttons);
     fill();
-    resize(640, 360);
+    resize(ui::fittedToScreen(this, {640, 360}));
 }
 
 void CopiesDialog::fill()
