@@ -35,5 +35,7 @@ set(CPACK_PACKAGE_CONTACT "Velmora developers <velmora@velmora.example>")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The program loads Qt's Russian texts for the buttons of its boxes ("Да", "Нет", "Отмена").
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt6-translations-l10n)
 set(CPACK_STRIP_FILES ON)
 include(CPack)

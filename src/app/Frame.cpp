@@ -11,11 +11,11 @@
 #include "service/Password.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
+#include "ui/ScreenFit.h"
 #include "ui/UiTexts.h"
 
 #include <QCloseEvent>
 #include <QDir>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -74,11 +74,9 @@ Frame::~Frame()
 // the size the windows need side by side; nothing of it is remembered.
 void Frame::fitToScreen()
 {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const QRect free = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
-    const QSize wanted(1000, 760);
-    resize(wanted.boundedTo(free.size() * 0.95));
-    move(free.center() - rect().center());
+    resize(ui::fittedToScreen(this, {1000, 760}));
+    if (const QScreen* screen = this->screen())
+        move(screen->availableGeometry().center() - rect().center());
 }
 
 MainWindow* Frame::mainWindow() const

@@ -1,6 +1,7 @@
 #include "HelpWindow.h"
 
 #include "AppTexts.h"
+#include "ui/ScreenFit.h"
 
 #include <QFileInfo>
 #include <QTextBrowser>
@@ -19,7 +20,7 @@ HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent)
     m_browser->setObjectName("helpBrowser");
     m_browser->setOpenExternalLinks(true);
     layout->addWidget(m_browser);
-    resize(720, 640);
+    resize(ui::fittedToScreen(this, {720, 640}));
 }
 
 bool HelpWindow::openPage(const QString& path)

@@ -1,8 +1,9 @@
 // velmora-screenshots: the pictures of docs/ drawn from a sample household
 // file, on the offscreen platform: the main window (as it opens, with a purse
 // open, after an expense), the service window, the analytics window with the
-// first page of each report, and the charts window.
-// Usage: velmora-screenshots OUTPUT_FOLDER
+// first page of each report, and the charts window; with --scale, the frame
+// on a 1366×768 screen at that scaling.
+// Usage: velmora-screenshots [--scale PERCENT] OUTPUT_FOLDER
 #include "PrintedDialogs.h"
 #include "SampleData.h"
 #include "analytics/ReportPainter.h"
@@ -24,7 +25,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
+#include <QMdiArea>
 #include <QProcess>
+#include <QScrollBar>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -35,13 +38,18 @@ namespace {
 
 const QDate kToday(2026, 10, 20);
 
-bool save(QWidget* widget, const QDir& output, const char* name)
+bool save(QWidget* widget, const QDir& output, const QString& name)
 {
     QApplication::processEvents();
-    const QString path = output.filePath(QString::fromLatin1(name));
+    const QString path = output.filePath(name);
     const bool saved = widget && widget->grab().save(path);
     std::printf("%s %s\n", saved ? "saved" : "FAILED", qPrintable(path));
     return saved;
+}
+
+bool save(QWidget* widget, const QDir& output, const char* name)
+{
+    return save(widget, output, QString::fromLatin1(name));
 }
 
 void click(QWidget* window, const char* button)
@@ -157,15 +165,9 @@ bool chartsWindowPictures(const QString& folder, const QDir& output)
     return save(&window, output, "charts-window-no-expenses.png") && ok;
 }
 
-// The frame with the main window, once the splash has gone.
-bool framePictures(const QString& folder, const QDir& output)
+// Starts the frame with the main window and waits for the splash to go.
+bool start(app::Frame& frame)
 {
-    PrintedDialogs dialogs;
-    app::FrameOptions options;
-    options.today = [] { return kToday; };
-    options.splashIntervalMs = 1;
-    app::Frame frame(folder, dialogs, options);
-    frame.resize(1000, 760);
     frame.show();
     if (!frame.start() || !frame.mainWindow())
         return false;
@@ -173,26 +175,88 @@ bool framePictures(const QString& folder, const QDir& output)
     waited.start();
     while (frame.splashWindow() && waited.elapsed() < 5000)
         QApplication::processEvents(QEventLoop::AllEvents, 50);
+    return true;
+}
+
+app::FrameOptions pictureOptions()
+{
+    app::FrameOptions options;
+    options.today = [] { return kToday; };
+    options.splashIntervalMs = 1;
+    return options;
+}
+
+// The frame with the main window, once the splash has gone.
+bool framePictures(const QString& folder, const QDir& output)
+{
+    PrintedDialogs dialogs;
+    app::Frame frame(folder, dialogs, pictureOptions());
+    frame.resize(1000, 760);
+    if (!start(frame))
+        return false;
     bool ok = mainWindowPictures(frame, output);
     ok = serviceWindowPictures(frame, output) && ok;
     return analyticsWindowPictures(frame, output) && ok;
+}
+
+// The only screen: 1366×768 at `percent` scaling. Set before the application starts.
+bool useSmallScreen(int percent, const QTemporaryDir& folder)
+{
+    QFile config(folder.filePath(QStringLiteral("screen.json")));
+    const QByteArray screen =
+        R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1366, "height": 768, "dpr": 1}]})";
+    if (!config.open(QIODevice::WriteOnly) || config.write(screen) != screen.size())
+        return false;
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(config.fileName()));
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
+    return true;
+}
+
+// The frame as it opens on the small screen, and the analytics window
+// maximised in it, scrolled to its bottom-right corner.
+bool scaledPictures(const QString& folder, const QDir& output, int percent)
+{
+    PrintedDialogs dialogs;
+    app::Frame frame(folder, dialogs, pictureOptions());
+    if (!start(frame))
+        return false;
+    const QString name = QStringLiteral("screen-%1").arg(percent);
+    bool ok = save(&frame, output, name + QStringLiteral(".png"));
+    frame.showAnalyticsWindow();
+    frame.analyticsWindow()->parentWidget()->showMaximized();
+    QApplication::processEvents();
+    for (QScrollBar* bar : {frame.mdiArea()->horizontalScrollBar(), frame.mdiArea()->verticalScrollBar()})
+        bar->setValue(bar->maximum());
+    return save(&frame, output, name + QStringLiteral("-analytics.png")) && ok;
 }
 
 } // namespace
 
 int main(int argc, char* argv[])
 {
+    const QStringList arguments = [&] {
+        QStringList list;
+        for (int i = 1; i < argc; ++i)
+            list.append(QString::fromLocal8Bit(argv[i]));
+        return list;
+    }();
+    const bool scaled = arguments.size() == 3 && arguments[0] == QStringLiteral("--scale");
+    const int percent = scaled ? arguments[1].toInt() : 100;
+    if ((!scaled && arguments.size() != 1) || percent < 100 || percent > 300) {
+        std::fprintf(stderr, "usage: velmora-screenshots [--scale PERCENT] OUTPUT_FOLDER\n");
+        return 2;
+    }
+    QTemporaryDir folder;
+    if (!folder.isValid() || (scaled && !useSmallScreen(percent, folder)))
+        return 1;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: velmora-screenshots OUTPUT_FOLDER\n");
-        return 2;
-    }
-    const QDir output(QString::fromLocal8Bit(argv[1]));
-    QTemporaryDir folder;
-    if (!folder.isValid() || !writeSampleFile(folder.path()))
+    const QDir output(arguments.last());
+    if (!writeSampleFile(folder.path()))
         return 1;
+    if (scaled)
+        return scaledPictures(folder.path(), output, percent) ? 0 : 1;
     bool ok = framePictures(folder.path(), output);
     ok = chartsWindowPictures(folder.path(), output) && ok;
     return ok ? 0 : 1;

@@ -9,6 +9,7 @@
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
 #include "ui/FittedFigures.h"
+#include "ui/TextColumns.h"
 #include "ui_AnalyticsWindow.h"
 
 #include <QHeaderView>
@@ -26,7 +27,9 @@ constexpr int kNoteTwips = 3500;
 constexpr int kNumberTwips = 1200;
 constexpr int kLabelTwips = 2000;
 constexpr int kTwipsPerPixel = 15;
+constexpr int kCommentColumn = 2;
 constexpr int kPurseColumn = 3;
+constexpr int kNoteColumn = 5;
 constexpr int kWidestPursePixels = 200;
 
 void setUpGrid(QTableView* grid, QAbstractItemModel* model)
@@ -51,6 +54,8 @@ AnalyticsWindow::AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ui::
         figures->add(field);
     setUpGrid(m_ui->DataGrid1, m_yearModel);
     setUpGrid(m_ui->DataGrid2, m_detailModel);
+    m_yearTexts = new ui::TextColumns(m_ui->DataGrid1);
+    m_detailTexts = new ui::TextColumns(m_ui->DataGrid2);
     m_viewer = [this](const ReportDocument& report) { ReportPreview::show(report, this, m_dialogs); };
     connect(m_ui->B1, &QPushButton::clicked, this, &AnalyticsWindow::onRecalculateClicked);
     connect(m_ui->B2, &QPushButton::clicked, this, &AnalyticsWindow::onIncomeReportClicked);
@@ -149,6 +154,7 @@ void AnalyticsWindow::sizeYearColumns()
         const int width = label ? kLabelTwips / kTwipsPerPixel : least;
         grid->setColumnWidth(column, std::max(grid->columnWidth(column) + padding / 2, width));
     }
+    m_yearTexts->keep({YearTableModel::kAccountColumn});
 }
 
 void AnalyticsWindow::sizeDetailColumns()
@@ -165,6 +171,8 @@ void AnalyticsWindow::sizeDetailColumns()
         grid->setColumnWidth(static_cast<int>(i) + 2, twips[i] / kTwipsPerPixel);
     if (!income)
         grid->setColumnWidth(kPurseColumn, std::min(widestPurse() + padding, kWidestPursePixels));
+    // Comments and notes take what the window has to spare.
+    m_detailTexts->keep(income ? std::vector{kCommentColumn} : std::vector{kCommentColumn, kNoteColumn});
 }
 
 // Amounts keep room for a six-figure sum, and widen for any larger one.

@@ -20,7 +20,8 @@ class Store;
 }
 namespace ui {
 class Dialogs;
-}
+class TextColumns;
+} // namespace ui
 
 namespace analytics {
 
@@ -89,6 +90,8 @@ private:
     ui::Clock m_today;
     YearTableModel* m_yearModel;
     DetailTableModel* m_detailModel;
+    ui::TextColumns* m_yearTexts = nullptr;
+    ui::TextColumns* m_detailTexts = nullptr;
     ReportViewer m_viewer;
 };
 

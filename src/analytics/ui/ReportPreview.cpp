@@ -3,6 +3,7 @@
 #include "analytics/AnalyticsTexts.h"
 #include "analytics/ReportPainter.h"
 #include "ui/Dialogs.h"
+#include "ui/ScreenFit.h"
 
 #include <QAction>
 #include <QDir>
@@ -43,7 +44,7 @@ void ReportPreview::show(const ReportDocument& report, QWidget* parent, ui::Dial
     QObject::connect(&preview, &QPrintPreviewDialog::paintRequested,
                      [&report](QPrinter* device) { ReportPainter::paint(report, *device); });
     addSaveAction(preview, report, dialogs);
-    preview.resize(900, 700);
+    preview.resize(ui::fittedToScreen(&preview, {900, 700}));
     preview.exec();
 }
 

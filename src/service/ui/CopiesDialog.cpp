@@ -1,6 +1,8 @@
 #include "CopiesDialog.h"
 
 #include "ServiceWindowTexts.h"
+#include "ui/ScreenFit.h"
+#include "ui/TextColumns.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
@@ -11,6 +13,8 @@
 namespace service {
 
 namespace {
+
+constexpr int kWhyColumn = 1;
 
 QString text(const char* utf8)
 {
@@ -51,7 +55,7 @@ CopiesDialog::CopiesDialog(std::vector<store::CopyEntry> copies, QWidget* parent
     layout->addWidget(m_list);
     layout->addWidget(buttons);
     fill();
-    resize(640, 360);
+    resize(ui::fittedToScreen(this, {640, 360}));
 }
 
 void CopiesDialog::fill()
@@ -72,7 +76,8 @@ void CopiesDialog::fill()
                         cell(sound ? QString::number(copy.operations) : QString(), sound, Qt::AlignRight));
     }
     m_list->resizeColumnsToContents();
-    m_list->horizontalHeader()->setStretchLastSection(true);
+    // The reason a copy was made is the text that a wider dialog shows more of.
+    (new ui::TextColumns(m_list))->keep({kWhyColumn});
     const auto first = std::ranges::find_if(m_copies, [](const auto& copy) { return copy.damage.isEmpty(); });
     if (first != m_copies.end())
         m_list->selectRow(static_cast<int>(first - m_copies.begin()));
