@@ -2,6 +2,7 @@
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
 #include "store/JetDateText.h"
+#include "store/TextPiece.h"
 #include "store/WideAmount.h"
 
 #include <gtest/gtest.h>
@@ -203,6 +204,40 @@ TEST(Dates, JetDayNumbersAndTheirStoredText)
     for (const char* bad : {"2026-02-30", "2026-01-05 24:00:00", "2026-1-05", "0099-12-31",
                             "2026-01-05T10:00:00", "2026-01-05 10:00", "20260105"})
         EXPECT_FALSE(jetDateFromText(bad)) << bad;
+}
+
+// The code is taken back out of a list entry by cutting at the delimiter.
+TEST(TextPiece, CutsAtTheFirstCharacterOfEachDelimiterWithinTheTable)
+{
+    const QString marker(QChar(2));
+    struct Case
+    {
+        QString text;
+        QString delimiter;
+        int index;
+        QString expected;
+    };
+    const Case cases[] = {
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 1, QStringLiteral("12")},
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 2, QStringLiteral("- Еда")}, // the dash stays
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 3, QString()},
+        {QStringLiteral("12 - Еда"), QStringLiteral(" -"), 0, QString()}, // piece 0 is never filled
+        {QStringLiteral("a,b,,c"), QStringLiteral(","), 4, QStringLiteral("c")},
+        {QStringLiteral("abc"), QString(), 1, QStringLiteral("abc")}, // an empty delimiter does not cut
+        {QStringLiteral("aaa"), QStringLiteral("aa"), 3, QStringLiteral("a")}, // occurrences overlap
+        {QStringLiteral("a") + marker + QStringLiteral("b"), QStringLiteral(","), 2, QStringLiteral("b")},
+        {QStringLiteral("x") + marker + marker + QStringLiteral("y"), marker + marker, 3,
+         QStringLiteral("y")}};
+    for (const Case& c : cases)
+        EXPECT_EQ(textPiece(c.text, c.delimiter, c.index), c.expected)
+            << c.text.toStdString() << " / " << c.delimiter.toStdString() << " / " << c.index;
+    EXPECT_EQ(textPiece(QVariant(), QStringLiteral(","), 1), QString());
+    const QString tenThousandPieces(9999, QLatin1Char(','));
+    EXPECT_EQ(textPiece(tenThousandPieces + QStringLiteral("end"), QStringLiteral(","), 10000),
+              QStringLiteral("end"));
+    EXPECT_THROW(textPiece(tenThousandPieces + QStringLiteral(","), QStringLiteral(","), 1),
+                 std::out_of_range);
+    EXPECT_THROW(textPiece(QStringLiteral("a"), QStringLiteral(","), 10001), std::out_of_range);
 }
 
 TEST(CatalogueEntry, CodeOfAnEntryChosenTypedOrPasted)
