@@ -8,6 +8,7 @@
 #include "Twips.h"
 #include "analytics/ui/AnalyticsWindow.h"
 #include "charts/ui/ChartsWindow.h"
+#include "operations/ui/OperationsWindow.h"
 #include "service/Password.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Store.h"
@@ -57,6 +58,13 @@ Frame::Frame(const QString& dataDir, ui::Dialogs& dialogs, FrameOptions options)
     auto* help = new QShortcut(QKeySequence(Qt::Key_F1), this);
     help->setContext(Qt::ApplicationShortcut);
     connect(help, &QShortcut::activated, this, &Frame::showHelp);
+    // Ctrl+F finds operations once the user has signed in.
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    find->setContext(Qt::ApplicationShortcut);
+    connect(find, &QShortcut::activated, this, [this] {
+        if (m_main)
+            showOperationsWindow();
+    });
     if (auto* application = Application::instance())
         application->setReporter(&m_dialogs, m_options.log);
 }
@@ -143,6 +151,8 @@ void Frame::showMainWindow()
     connect(m_main, &MainWindow::closed, this, &Frame::onMainWindowClosed);
     connectServiceButton();
     connectAnalyticsButton();
+    connect(m_main, &MainWindow::operationsRequested, this, &Frame::showOperationsWindow);
+    m_main->setOperationsAvailable(true);
     m_main->load();
     QMdiSubWindow* sub = addWindow(m_main, fromTwips(500, 1000));
     m_mdi->setActiveSubWindow(sub);
@@ -241,6 +251,22 @@ void Frame::showAnalyticsWindow()
     connect(m_analytics, &analytics::AnalyticsWindow::chartsRequested, this, &Frame::showChartsWindow);
     m_analytics->load();
     m_mdi->setActiveSubWindow(addWindow(m_analytics, fromTwips(150, 150)));
+}
+
+operations::OperationsWindow* Frame::operationsWindow() const
+{
+    return m_operations;
+}
+
+void Frame::showOperationsWindow()
+{
+    if (m_operations) {
+        m_mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_operations->parentWidget()));
+        return;
+    }
+    m_operations = new operations::OperationsWindow(*m_store, m_dialogs);
+    m_operations->reload();
+    m_mdi->setActiveSubWindow(addWindow(m_operations, fromTwips(450, 450)));
 }
 
 charts::ChartsWindow* Frame::chartsWindow() const

@@ -22,6 +22,9 @@ class ServiceWindow;
 namespace analytics {
 class AnalyticsWindow;
 }
+namespace operations {
+class OperationsWindow;
+}
 namespace charts {
 class ChartsWindow;
 }
@@ -67,6 +70,7 @@ public:
     service::ServiceWindow* serviceWindow() const;
     analytics::AnalyticsWindow* analyticsWindow() const;
     charts::ChartsWindow* chartsWindow() const;
+    operations::OperationsWindow* operationsWindow() const;
     QMdiArea* mdiArea() const { return m_mdi; }
     store::Store& store() { return *m_store; }
 
@@ -83,6 +87,8 @@ public slots:
     // year: a new window draws that period at once, an open one is brought
     // forward with the period in its fields.
     void showChartsWindow(const QString& monthEntry, const QString& year);
+    // "Операции" (also Ctrl+F); brought forward when it is already open.
+    void showOperationsWindow();
 
 signals:
     void quitRequested(int exitCode);
@@ -119,6 +125,7 @@ private:
     QPointer<service::ServiceWindow> m_service;
     QPointer<analytics::AnalyticsWindow> m_analytics;
     QPointer<charts::ChartsWindow> m_charts;
+    QPointer<operations::OperationsWindow> m_operations;
     bool m_closing = false;
     bool m_quitting = false;
     int m_exitCode = 0;

@@ -43,6 +43,7 @@ MainWindow::MainWindow(store::Store& store, ui::Dialogs& dialogs, ui::Clock toda
     m_ui->R1->setFocus();
     connect(m_ui->B1, &QPushButton::clicked, this, &MainWindow::analyticsRequested);
     connect(m_ui->B2, &QPushButton::clicked, this, &MainWindow::serviceRequested);
+    connect(m_ui->OperationsButton, &QPushButton::clicked, this, &MainWindow::operationsRequested);
     connect(m_ui->B4, &QPushButton::clicked, this, &MainWindow::helpRequested);
     connect(m_ui->B7, &QPushButton::clicked, this, &MainWindow::exitRequested);
     connectOperations();
@@ -120,6 +121,11 @@ void MainWindow::setAnalyticsAvailable(bool available)
 void MainWindow::setServiceAvailable(bool available)
 {
     m_ui->B2->setEnabled(available);
+}
+
+void MainWindow::setOperationsAvailable(bool available)
+{
+    m_ui->OperationsButton->setEnabled(available);
 }
 
 void MainWindow::onBankOperation()

@@ -52,12 +52,14 @@ public:
     // windows is connected to them.
     void setAnalyticsAvailable(bool available);
     void setServiceAvailable(bool available);
+    void setOperationsAvailable(bool available);
 
 signals:
-    void analyticsRequested(); // B1 "Аналитика"
-    void serviceRequested();   // B2 "Сервис"
-    void helpRequested();      // B4 "Помощь"
-    void exitRequested();      // B7 "Выход"
+    void analyticsRequested();  // B1 "Аналитика"
+    void serviceRequested();    // B2 "Сервис"
+    void operationsRequested(); // "Операции"
+    void helpRequested();       // B4 "Помощь"
+    void exitRequested();       // B7 "Выход"
     void closed();
 
 protected:

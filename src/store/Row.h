@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -43,5 +44,7 @@ private:
 };
 
 using Rows = std::vector<Row>;
+// Takes one row of a query while the query runs.
+using RowHandler = std::function<void(Row)>;
 
 } // namespace store

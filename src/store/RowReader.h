@@ -13,5 +13,7 @@ namespace store {
 // Binds `params` to a prepared SELECT and reads all its rows; resets the
 // statement afterwards. Throws SQLite::Exception for an engine error.
 Rows readRows(SQLite::Statement& statement, const QVariantList& params);
+// The same, handing each row to `each` as it is read instead of keeping them.
+void readRows(SQLite::Statement& statement, const QVariantList& params, const RowHandler& each);
 
 } // namespace store

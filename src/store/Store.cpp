@@ -310,17 +310,26 @@ bool Store::runStatement(const QString& sql, const QVariantList& params)
     }
 }
 
-Rows Store::runQuery(const QString& sql, const QVariantList& params)
+bool Store::runQuery(const QString& sql, const QVariantList& params, const RowHandler& each)
 {
     if (!m_open)
-        return {};
+        return false;
     try {
-        return readRows(m_image->statement(sql.toStdString()), params);
+        readRows(m_image->statement(sql.toStdString()), params, each);
+        return true;
     } catch (const SQLite::Exception& e) {
         reportEngineError(e.getExtendedErrorCode() >= 0 ? e.getExtendedErrorCode() : e.getErrorCode(),
                           fromStd(e.what()));
-        return {};
+        return false;
     }
+}
+
+Rows Store::runQuery(const QString& sql, const QVariantList& params)
+{
+    Rows rows;
+    if (!runQuery(sql, params, [&rows](Row row) { rows.push_back(std::move(row)); }))
+        return {};
+    return rows;
 }
 
 } // namespace store

@@ -81,6 +81,7 @@ private:
 
     bool runStatement(const QString& sql, const QVariantList& params);
     Rows runQuery(const QString& sql, const QVariantList& params);
+    bool runQuery(const QString& sql, const QVariantList& params, const RowHandler& each);
     void reportEngineError(int number, const QString& description);
 
     // The data file, its lock, the writer and the signature of the file the

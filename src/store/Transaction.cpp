@@ -43,6 +43,11 @@ Rows Transaction::query(const QString& sql, const QVariantList& params)
     return m_store.runQuery(sql, params);
 }
 
+bool Transaction::forEachRow(const QString& sql, const QVariantList& params, const RowHandler& each)
+{
+    return m_store.runQuery(sql, params, each);
+}
+
 Rows Transaction::rows(const QString& table)
 {
     return m_store.runQuery(

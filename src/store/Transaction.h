@@ -46,6 +46,9 @@ public:
     }
 
     Rows query(const QString& sql, const QVariantList& params = {}) override;
+    // The same rows handed to `each` one at a time, so that a long result is
+    // never held whole; false when the query failed.
+    bool forEachRow(const QString& sql, const QVariantList& params, const RowHandler& each);
     // Every row of a table, in file order.
     Rows rows(const QString& table);
 

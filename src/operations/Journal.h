@@ -1,0 +1,62 @@
+#pragma once
+
+#include "store/Amount.h"
+#include "store/WideAmount.h"
+
+#include <QDate>
+#include <QHash>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace store {
+class Store;
+}
+
+namespace operations {
+
+// One bank operation or expense as the list of all operations shows it.
+struct Operation
+{
+    enum class Kind : std::uint8_t
+    {
+        Deposit,
+        Withdrawal,
+        Expense,
+    };
+
+    Kind kind = Kind::Deposit;
+    std::int32_t number = 0; // Bank.F0 or Bills.F0
+    QDate date;
+    store::Amount amount;     // as stored: signed for the bank, positive for an expense
+    std::int32_t account = 0; // expenses only
+    std::int32_t purse = 0;   // expenses only
+    QString name;             // the bank operation's comment, the expense's name
+    QString note;             // expenses only
+
+    // The change of the household's money: a deposit positive, a withdrawal
+    // and an expense negative.
+    store::WideAmount change() const { return kind == Kind::Expense ? -store::WideAmount(amount) : amount; }
+};
+
+// Every operation of the data file, newest first (by date, then number), with
+// the names of the accounts and purses they refer to.
+struct Journal
+{
+    std::vector<Operation> operations;
+    QHash<std::int32_t, QString> accounts;
+    QHash<std::int32_t, QString> purses;
+
+    QString accountName(const Operation& operation) const;
+    QString purseName(const Operation& operation) const;
+
+    // Reads the data file in one transaction; nullopt when it cannot be read
+    // (the store has said why).
+    static std::optional<Journal> read(store::Store& store);
+};
+
+QString kindText(Operation::Kind kind);
+
+} // namespace operations

@@ -1,0 +1,19 @@
+#pragma once
+
+// The texts of the operations list and its export, defined once.
+namespace operations::texts {
+
+inline constexpr char deposit[] = "Поступление";
+inline constexpr char withdrawal[] = "Снятие";
+inline constexpr char expense[] = "Расход";
+
+inline constexpr char columnDate[] = "Дата";
+inline constexpr char columnKind[] = "Вид";
+inline constexpr char columnAmount[] = "Сумма";
+inline constexpr char columnAccount[] = "Счет";
+inline constexpr char columnName[] = "Наименование / комментарий";
+inline constexpr char columnNote[] = "Примечание";
+inline constexpr char columnPurse[] = "Кошелек";
+inline constexpr char columnNumber[] = "N операции";
+
+} // namespace operations::texts

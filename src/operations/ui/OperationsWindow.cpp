@@ -1,0 +1,287 @@
+#include "OperationsWindow.h"
+
+#include "OperationsWindowTexts.h"
+
+#include "operations/OperationTableModel.h"
+#include "operations/OperationsCsv.h"
+#include "store/AtomicFile.h"
+#include "store/CatalogueEntry.h"
+#include "store/FailureCause.h"
+#include "ui/Dialogs.h"
+#include "ui/ScreenFit.h"
+
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QDir>
+#include <QEvent>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTableView>
+
+#include <algorithm>
+
+namespace operations {
+
+namespace {
+
+const QDate kNoDate(1900, 1, 1); // the least date a field takes: no bound
+
+QString tr8(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+QDateEdit* dateField(const QString& name, QWidget* parent)
+{
+    auto* field = new QDateEdit(parent);
+    field->setObjectName(name);
+    field->setCalendarPopup(true);
+    field->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
+    field->setMinimumDate(kNoDate);
+    field->setSpecialValueText(tr8(texts::noDate));
+    field->setDate(kNoDate);
+    const QDate today = QDate::currentDate();
+    field->calendarWidget()->setCurrentPage(today.year(), today.month());
+    return field;
+}
+
+std::optional<QDate> boundOf(const QDateEdit* field)
+{
+    return field->date() == kNoDate ? std::nullopt : std::optional(field->date());
+}
+
+template <typename T> std::optional<T> chosen(const QComboBox* list)
+{
+    const QVariant data = list->currentData();
+    return data.isValid() ? std::optional(static_cast<T>(data.toInt())) : std::nullopt;
+}
+
+// A typed bound; an empty field is no bound, a wrong one is marked and left out.
+std::optional<store::Amount> amountBound(QLineEdit* field, bool& wrong)
+{
+    const QString typed = field->text().trimmed();
+    const std::optional<store::Amount> amount = typed.isEmpty() ? std::nullopt : store::Amount::parse(typed);
+    const bool bad = !typed.isEmpty() && !amount;
+    field->setStyleSheet(bad ? QStringLiteral("QLineEdit { border: 1px solid #c00000; }") : QString());
+    wrong = wrong || bad;
+    return amount;
+}
+
+} // namespace
+
+OperationsWindow::OperationsWindow(store::Store& store, ui::Dialogs& dialogs, QWidget* parent)
+    : QWidget(parent), m_store(store), m_dialogs(dialogs), m_model(new OperationTableModel(this))
+{
+    setObjectName(QStringLiteral("OperationsWindow"));
+    setWindowTitle(tr8(texts::windowTitle));
+    m_askSavePath = [this](const QString& suggested) {
+        QFileDialog dialog(this, tr8(texts::exportTitle), suggested, tr8(texts::exportFilter));
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setDefaultSuffix(QStringLiteral("csv"));
+        dialog.setOption(QFileDialog::DontUseNativeDialog); // Russian on every desktop
+        return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    };
+    buildFields();
+    resize(ui::fittedToScreen(this, QSize(960, 560)));
+}
+
+OperationsWindow::~OperationsWindow() = default;
+
+void OperationsWindow::buildFields()
+{
+    auto* grid = new QGridLayout(this);
+    const auto label = [this](const char* text, QWidget* buddy) {
+        auto* l = new QLabel(tr8(text), this);
+        l->setBuddy(buddy);
+        return l;
+    };
+    const auto list = [this](const QString& name) {
+        auto* combo = new QComboBox(this);
+        combo->setObjectName(name);
+        combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        return combo;
+    };
+    const auto line = [this](const QString& name) {
+        auto* field = new QLineEdit(this);
+        field->setObjectName(name);
+        return field;
+    };
+    m_from = dateField(QStringLiteral("FromDate"), this);
+    m_to = dateField(QStringLiteral("ToDate"), this);
+    m_kind = list(QStringLiteral("KindList"));
+    m_kind->addItem(tr8(texts::anyValue));
+    for (const Operation::Kind kind :
+         {Operation::Kind::Deposit, Operation::Kind::Withdrawal, Operation::Kind::Expense})
+        m_kind->addItem(kindText(kind), static_cast<int>(kind));
+    m_account = list(QStringLiteral("AccountList"));
+    m_purse = list(QStringLiteral("PurseList"));
+    m_smallest = line(QStringLiteral("AmountFrom"));
+    m_largest = line(QStringLiteral("AmountTo"));
+    m_text = line(QStringLiteral("SearchText"));
+    m_text->setPlaceholderText(tr8(texts::searchHint));
+    m_text->setClearButtonEnabled(true);
+
+    grid->addWidget(label(texts::from, m_from), 0, 0);
+    grid->addWidget(m_from, 0, 1);
+    grid->addWidget(label(texts::to, m_to), 0, 2);
+    grid->addWidget(m_to, 0, 3);
+    grid->addWidget(label(texts::kind, m_kind), 0, 4);
+    grid->addWidget(m_kind, 0, 5);
+    grid->addWidget(label(texts::account, m_account), 0, 6);
+    grid->addWidget(m_account, 0, 7);
+    grid->addWidget(label(texts::purse, m_purse), 0, 8);
+    grid->addWidget(m_purse, 0, 9);
+    grid->addWidget(label(texts::amountFrom, m_smallest), 1, 0);
+    grid->addWidget(m_smallest, 1, 1);
+    grid->addWidget(label(texts::amountTo, m_largest), 1, 2);
+    grid->addWidget(m_largest, 1, 3);
+    grid->addWidget(label(texts::search, m_text), 1, 4);
+    grid->addWidget(m_text, 1, 5, 1, 5);
+    grid->setColumnStretch(10, 1);
+
+    m_list = new QTableView(this);
+    m_list->setObjectName(QStringLiteral("OperationList"));
+    m_list->setModel(m_model);
+    m_list->setSortingEnabled(true);
+    m_list->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    m_list->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    m_list->horizontalHeader()->setStretchLastSection(false);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->verticalHeader()->hide();
+    m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 6);
+    const int em = m_list->fontMetrics().horizontalAdvance(QLatin1Char('M'));
+    const int widths[] = {7, 8, 7, 12, 20, 14, 10, 6};
+    for (int column = 0; column < OperationTableModel::ColumnCount; ++column)
+        m_list->setColumnWidth(column, widths[column] * em);
+    grid->addWidget(m_list, 2, 0, 1, 11);
+    grid->setRowStretch(2, 1);
+
+    auto* bottom = new QHBoxLayout;
+    m_summary = new QLabel(this);
+    m_summary->setObjectName(QStringLiteral("Summary"));
+    bottom->addWidget(m_summary, 1);
+    auto* exportButton = new QPushButton(tr8(texts::exportCsv), this);
+    exportButton->setObjectName(QStringLiteral("ExportButton"));
+    auto* closeButton = new QPushButton(tr8(texts::close), this);
+    closeButton->setObjectName(QStringLiteral("CloseButton"));
+    bottom->addWidget(exportButton);
+    bottom->addWidget(closeButton);
+    grid->addLayout(bottom, 3, 0, 1, 11);
+
+    const QList<QWidget*> order{m_from,    m_to,   m_kind, m_account,    m_purse,    m_smallest,
+                                m_largest, m_text, m_list, exportButton, closeButton};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+
+    for (QDateEdit* field : {m_from, m_to})
+        connect(field, &QDateEdit::dateChanged, this, &OperationsWindow::applyFilter);
+    for (QComboBox* field : {m_kind, m_account, m_purse})
+        connect(field, &QComboBox::currentIndexChanged, this, &OperationsWindow::applyFilter);
+    for (QLineEdit* field : {m_smallest, m_largest, m_text})
+        connect(field, &QLineEdit::textChanged, this, &OperationsWindow::applyFilter);
+    connect(exportButton, &QPushButton::clicked, this, &OperationsWindow::exportCsv);
+    connect(closeButton, &QPushButton::clicked, this, [this] {
+        if (auto* holder = qobject_cast<QMdiSubWindow*>(parentWidget()))
+            holder->close();
+        else
+            close();
+    });
+}
+
+void OperationsWindow::fillCatalogue(QComboBox* list, const QHash<std::int32_t, QString>& names)
+{
+    const QVariant kept = list->currentData();
+    const QSignalBlocker quiet(list);
+    list->clear();
+    list->addItem(tr8(texts::anyValue));
+    std::vector<std::int32_t> codes(names.keyBegin(), names.keyEnd());
+    std::ranges::sort(codes);
+    for (const std::int32_t code : codes)
+        list->addItem(store::CatalogueEntry::format(code, names.value(code)), code);
+    list->setCurrentIndex(std::max(0, list->findData(kept)));
+}
+
+void OperationsWindow::reload()
+{
+    std::optional<Journal> journal = Journal::read(m_store);
+    if (!journal)
+        return; // the store has shown why; the list stays as it was
+    fillCatalogue(m_account, journal->accounts);
+    fillCatalogue(m_purse, journal->purses);
+    m_model->setJournal(std::move(*journal), filter());
+    showSummary();
+}
+
+Filter OperationsWindow::filter() const
+{
+    Filter f;
+    f.from = boundOf(m_from);
+    f.to = boundOf(m_to);
+    f.kind = chosen<Operation::Kind>(m_kind);
+    f.account = chosen<std::int32_t>(m_account);
+    f.purse = chosen<std::int32_t>(m_purse);
+    bool wrong = false;
+    f.smallest = amountBound(m_smallest, wrong);
+    f.largest = amountBound(m_largest, wrong);
+    f.text = m_text->text();
+    return f;
+}
+
+void OperationsWindow::applyFilter()
+{
+    m_model->setFilter(filter());
+    showSummary();
+}
+
+void OperationsWindow::showSummary()
+{
+    const bool wrong = !m_smallest->styleSheet().isEmpty() || !m_largest->styleSheet().isEmpty();
+    const Selection& shown = m_model->selection();
+    QString text = tr8(texts::summary).arg(shown.rows.size()).arg(shown.sum.toBalanceString());
+    if (wrong)
+        text += QStringLiteral("    ") + tr8(texts::badAmount);
+    m_summary->setText(text);
+}
+
+void OperationsWindow::exportCsv()
+{
+    const QString path = m_askSavePath(QDir::home().filePath(tr8(texts::exportFileName)));
+    if (path.isEmpty())
+        return;
+    const QByteArray csv = operationsCsv(*m_model);
+    try {
+        store::writeFileAtomically(
+            path.toStdString(),
+            {reinterpret_cast<const std::uint8_t*>(csv.constData()), static_cast<std::size_t>(csv.size())});
+    } catch (const std::exception& e) {
+        m_dialogs.error(tr8(texts::exportFailed).arg(path, store::describeFailure(e)));
+        return;
+    }
+    m_dialogs.information(tr8(texts::windowTitle), tr8(texts::exportDone).arg(path));
+}
+
+bool OperationsWindow::event(QEvent* event)
+{
+    // Whatever was changed in another window shows when this one is active again.
+    if (event->type() == QEvent::WindowDeactivate)
+        m_stale = true;
+    if (event->type() == QEvent::WindowActivate && m_stale) {
+        m_stale = false;
+        reload();
+    }
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        findChild<QPushButton*>(QStringLiteral("CloseButton"))->click();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+} // namespace operations

@@ -1,0 +1,29 @@
+#pragma once
+
+// The operations window's own texts, defined once.
+namespace operations::texts {
+
+inline constexpr char windowTitle[] = "Операции";
+inline constexpr char from[] = "С";
+inline constexpr char to[] = "по";
+inline constexpr char kind[] = "Вид";
+inline constexpr char account[] = "Счет";
+inline constexpr char purse[] = "Кошелек";
+inline constexpr char amountFrom[] = "Сумма от";
+inline constexpr char amountTo[] = "до";
+inline constexpr char search[] = "Найти";
+inline constexpr char searchHint[] = "наименование, комментарий, примечание";
+inline constexpr char anyValue[] = "все";
+inline constexpr char noDate[] = "любая";
+inline constexpr char badAmount[] = "Сумма указана неверно: она не учитывается.";
+// Count and sum of the rows shown.
+inline constexpr char summary[] = "Операций: %1    Сумма: %2";
+inline constexpr char exportCsv[] = "Экспорт в CSV…";
+inline constexpr char close[] = "Закрыть";
+inline constexpr char exportTitle[] = "Сохранить список операций";
+inline constexpr char exportFilter[] = "Файлы CSV (*.csv)";
+inline constexpr char exportFileName[] = "операции.csv";
+inline constexpr char exportDone[] = "Список сохранен в файл %1.";
+inline constexpr char exportFailed[] = "Не удалось сохранить файл %1: %2";
+
+} // namespace operations::texts
