@@ -1,5 +1,5 @@
 #include "charts/ExpenseCharts.h"
-#include "DataBuilder.h"
+#include "LedgerFile.h"
 #include "ProgramFolder.h"
 #include "store/Store.h"
 #include "support/RecordingSink.h"
