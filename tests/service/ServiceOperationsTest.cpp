@@ -53,6 +53,7 @@ TEST(AccountCatalogue, NamesExpensesAndRemoval)
 
 // Deleting a bank operation undoes it on the balance exactly; a result that
 // would leave the range of the balance or of the month's income is refused.
+// (What the confirmation shows of an operation is the window test's.)
 TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
 {
     struct Case
@@ -74,8 +75,6 @@ TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
         OperationDeletion deletion(d.store());
         const auto found = deletion.findBankOperation("2");
         ASSERT_EQ(said(found), "done");
-        EXPECT_EQ(found.value().name, "Зарплата");
-        EXPECT_EQ(found.value().amount, store::Amount::parse(QString::fromUtf8(c.amount)));
         const QByteArray before = d.folder().bytes();
         EXPECT_EQ(said(deletion.deleteBankOperation(2)), c.after ? "done" : amountOutOfRange) << c.amount;
         if (!c.after) {
@@ -113,8 +112,6 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
         OperationDeletion deletion(d.store());
         const auto found = deletion.findExpense(" 1 ");
         ASSERT_EQ(said(found), "done");
-        EXPECT_EQ(found.value().amount.toDisplayString(), "150,25");
-        EXPECT_EQ(found.value().name, "покупка");
         const QByteArray before = d.folder().bytes();
         EXPECT_EQ(said(deletion.deleteExpense(1)), c.balance ? "done" : amountOutOfRange) << c.purse;
         if (!c.balance) {
