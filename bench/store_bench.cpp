@@ -1,6 +1,6 @@
 // The store on a household file of 100,000 operations: opening it (decode and
-// load into SQLite), one LookupValue, a month sum, and one small handler
-// transaction with its atomic save.
+// load into SQLite), one LookupValue, a month sum, one small handler
+// transaction with its atomic save, and the automatic copies.
 #include "support/SampleFolder.h"
 
 #include "jet/Writer.h"
@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -114,6 +115,37 @@ void BM_DepositWithCopies(benchmark::State& state)
                                 "velmora_backups");
 }
 BENCHMARK(BM_DepositWithCopies)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The list of copies with ten copies of the file: read and judged each time
+// (state.range(0) == 1, every copy touched before the call, as on the first
+// opening) or known from an earlier listing (0).
+void BM_ListCopies(benchmark::State& state)
+{
+    namespace fs = std::filesystem;
+    store::Store store(sampleFolder().dir());
+    const fs::path data = store.dataFilePath().toStdString();
+    const fs::path folder = data.parent_path() / "velmora_backups";
+    fs::create_directories(folder);
+    std::vector<fs::path> copies;
+    for (int day = 1; day <= 10; ++day) {
+        const QDateTime made(QDate(2026, 1, day), QTime(9, 30));
+        copies.push_back(folder / store::Copies::fileName(made, store::CopyReason::DayStart).toStdString());
+        fs::copy_file(data, copies.back(), fs::copy_options::overwrite_existing);
+    }
+    const bool touched = state.range(0) == 1;
+    benchmark::DoNotOptimize(store::Copies(store).list());
+    for (auto _ : state) {
+        if (touched) {
+            state.PauseTiming();
+            for (const fs::path& copy : copies)
+                fs::last_write_time(copy, fs::last_write_time(copy) + std::chrono::seconds(1));
+            state.ResumeTiming();
+        }
+        benchmark::DoNotOptimize(store::Copies(store).list());
+    }
+    fs::remove_all(folder);
+}
+BENCHMARK(BM_ListCopies)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -5,6 +5,8 @@
 
 #include <atomic>
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -151,6 +153,20 @@ bool isTemporaryFileOf(const fs::path& target, const fs::path& candidate)
         return false;
     const std::string prefix = target.filename().string() + kTemporaryMarker;
     return candidate.filename().string().starts_with(prefix);
+}
+
+bool isOrphanedTemporaryFile(const fs::path& candidate)
+{
+    const std::string name = candidate.filename().string();
+    const std::size_t marker = name.rfind(kTemporaryMarker);
+    if (marker == std::string::npos)
+        return false;
+    const char* first = name.data() + marker + std::char_traits<char>::length(kTemporaryMarker);
+    pid_t pid = 0;
+    const auto [end, error] = std::from_chars(first, name.data() + name.size(), pid);
+    if (error != std::errc() || end == first || *end != '-' || pid <= 0 || pid == ::getpid())
+        return false;
+    return ::kill(pid, 0) != 0 && errno == ESRCH;
 }
 
 } // namespace store

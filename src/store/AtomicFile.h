@@ -28,4 +28,8 @@ std::filesystem::path followLinks(const std::filesystem::path& path);
 // creates (left behind only when a process dies mid-write).
 bool isTemporaryFileOf(const std::filesystem::path& target, const std::filesystem::path& candidate);
 
+// True when `candidate` is a temporary file of an atomic write whose process
+// has ended, so that nobody will finish or remove it.
+bool isOrphanedTemporaryFile(const std::filesystem::path& candidate);
+
 } // namespace store

@@ -1,5 +1,6 @@
 #include "Copies.h"
 
+#include "AtomicFile.h"
 #include "CheckedFile.h"
 #include "CopyRotation.h"
 #include "FailureCause.h"
@@ -17,6 +18,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 #include <system_error>
 
 namespace store {
@@ -100,9 +102,17 @@ std::vector<Found> scan(const fs::path& folder)
     return copies;
 }
 
-// Removes the copies the rotation rule lets go.
+// Removes the copies the rotation rule lets go, and what writes of copies
+// left behind when their process died.
 void thinOut(const fs::path& folder, const QDateTime& now)
 {
+    std::error_code error;
+    std::vector<fs::path> orphans;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
+        if (isOrphanedTemporaryFile(entry.path()))
+            orphans.push_back(entry.path());
+    for (const fs::path& orphan : orphans)
+        fs::remove(orphan, error);
     std::vector<CopyFile> files;
     for (Found& found : scan(folder))
         files.push_back({std::move(found.path), found.made, found.size});
@@ -114,6 +124,48 @@ void thinOut(const fs::path& folder, const QDateTime& now)
 
 // Room left free on the disk beside the day's copy.
 constexpr std::uintmax_t kRoomToSpare = 1 << 20;
+
+// What reading a copy found; a copy is read again only when its size or
+// time changed, so the list opens at once after the first time.
+struct Judged
+{
+    struct Stamp
+    {
+        std::int64_t size = 0;
+        fs::file_time_type written;
+        bool operator==(const Stamp&) const = default;
+    };
+    Stamp stamp;
+    QString damage;
+    WideAmount bank;
+    long long operations = 0;
+};
+
+Judged judge(const fs::path& path, const Judged::Stamp& stamp)
+{
+    Judged judged{stamp, {}, {}, 0};
+    try {
+        CheckedFile file = WholeFile::check(path);
+        judged.bank = MoneyFigures::read(file.contents()).bank;
+        const Rows counted = file.contents().query(
+            QStringLiteral("SELECT (SELECT COUNT(*) FROM Bank) + (SELECT COUNT(*) FROM Bills)"));
+        judged.operations = counted.empty() ? 0 : counted.front().integer(0);
+    } catch (const StoreError& e) {
+        judged.damage = e.cause().isEmpty() ? e.message() : e.cause();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        judged.damage = describeFailure(e);
+    }
+    return judged;
+}
+
+// Listing copies happens on the window's thread only.
+std::map<fs::path, Judged>& judgedCopies()
+{
+    static std::map<fs::path, Judged> judged;
+    return judged;
+}
 
 } // namespace
 
@@ -149,7 +201,7 @@ bool Copies::before(CopyReason reason)
     return true;
 }
 
-std::optional<StoreError> Copies::beforeFirstChangeOfDay()
+std::optional<StoreError> Copies::beforeFirstChangeOfDay(std::optional<PlannedCopy>& planned)
 {
     if (!m_store.m_copyClock)
         return std::nullopt;
@@ -162,7 +214,10 @@ std::optional<StoreError> Copies::beforeFirstChangeOfDay()
         return std::nullopt;
     }
     try {
-        writeLater(CopyReason::DayStart, now);
+        if (m_store.keptBytes().empty())
+            write(CopyReason::DayStart, now);
+        else
+            planned = plan(now);
     } catch (const StoreError& e) {
         if (!m_store.goOnWithoutCopy(e))
             return e;
@@ -210,30 +265,32 @@ void Copies::write(CopyReason reason, const QDateTime& now)
     thinOut(folder(), now);
 }
 
-void Copies::writeLater(CopyReason reason, const QDateTime& now)
+PlannedCopy Copies::plan(const QDateTime& now) const
 {
     finishPending();
-    const std::span<const std::uint8_t> bytes = m_store.keptBytes();
-    if (bytes.empty())
-        return write(reason, now);
-    const fs::path copy = newCopyPath(reason, now);
+    const fs::path copy = newCopyPath(CopyReason::DayStart, now);
     std::error_code error;
     const fs::space_info room = fs::space(folder(), error);
-    if (!error && room.available < bytes.size() + kRoomToSpare)
+    if (!error && room.available < m_store.keptBytes().size() + kRoomToSpare)
         throw notWritten(copy, StoreError::describeErrno(ENOSPC));
-    m_store.m_dayCopied = now.date();
-    m_store.m_pendingCopy =
-        std::async(std::launch::async, [writer = m_store.writer(), copy, folder = folder(), now,
-                                        kept = std::vector<std::uint8_t>(bytes.begin(), bytes.end())] {
+    return {copy, now};
+}
+
+void Copies::writeLater(const PlannedCopy& planned, std::vector<std::uint8_t> bytes)
+{
+    finishPending();
+    m_store.m_dayCopied = planned.made.date();
+    m_store.m_pendingCopy = std::async(
+        std::launch::async, [writer = m_store.writer(), planned, folder = folder(), kept = std::move(bytes)] {
             try {
-                writer(copy, kept);
+                writer(planned.path, kept);
             } catch (const std::exception& e) {
                 // Too late to ask: the change it guards is made. Said in the log.
-                qWarning().noquote()
-                    << QString::fromUtf8(texts::copyNotWritten).arg(shown(copy), QString::fromUtf8(e.what()));
+                qWarning().noquote() << QString::fromUtf8(texts::copyNotWritten)
+                                            .arg(shown(planned.path), QString::fromUtf8(e.what()));
                 return;
             }
-            thinOut(folder, now);
+            thinOut(folder, planned.made);
         });
 }
 
@@ -247,23 +304,22 @@ std::vector<CopyEntry> Copies::list() const
 {
     finishPending();
     std::vector<CopyEntry> entries;
+    std::map<fs::path, Judged> judged;
     for (Found& found : scan(folder())) {
         CopyEntry entry{std::move(found.path), found.made, found.why, {}, {}, 0};
-        try {
-            CheckedFile file = WholeFile::check(entry.path);
-            entry.bank = MoneyFigures::read(file.contents()).bank;
-            const Rows counted = file.contents().query(
-                QStringLiteral("SELECT (SELECT COUNT(*) FROM Bank) + (SELECT COUNT(*) FROM Bills)"));
-            entry.operations = counted.empty() ? 0 : counted.front().integer(0);
-        } catch (const StoreError& e) {
-            entry.damage = e.cause().isEmpty() ? e.message() : e.cause();
-        } catch (const std::bad_alloc&) {
-            throw;
-        } catch (const std::exception& e) {
-            entry.damage = describeFailure(e);
-        }
+        std::error_code error;
+        const Judged::Stamp stamp{found.size, fs::last_write_time(entry.path, error)};
+        const auto known = judgedCopies().find(entry.path);
+        Judged judgement = known != judgedCopies().end() && known->second.stamp == stamp && !error
+                               ? known->second
+                               : judge(entry.path, stamp);
+        entry.damage = judgement.damage;
+        entry.bank = judgement.bank;
+        entry.operations = judgement.operations;
+        judged.emplace(entry.path, std::move(judgement));
         entries.push_back(std::move(entry));
     }
+    judgedCopies() = std::move(judged); // copies gone from the folder are forgotten
     return entries;
 }
 

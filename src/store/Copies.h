@@ -40,6 +40,13 @@ struct CopyEntry
     long long operations = 0;
 };
 
+// The day's copy, its name and time chosen before the save that it guards.
+struct PlannedCopy
+{
+    std::filesystem::path path;
+    QDateTime made;
+};
+
 // The automatic copies of the data file in velmora_backups/ beside it: the
 // file as it was before the first change of each day and just before every
 // action that changes it for good. Each is written from the bytes the store
@@ -63,9 +70,14 @@ public:
     // false when the action must stop.
     bool before(CopyReason reason);
     // The first save of a day keeps the file as it was, unless a copy of
-    // this day exists already. The error when the copy failed and the user
-    // chose not to go on.
-    std::optional<StoreError> beforeFirstChangeOfDay();
+    // this day exists already. When the store holds the file's bytes, the
+    // folder, name and room are checked now and the copy is left in `planned`
+    // for writeLater(); otherwise the file is copied at once. The error when
+    // the copy failed and the user chose not to go on.
+    std::optional<StoreError> beforeFirstChangeOfDay(std::optional<PlannedCopy>& planned);
+    // Writes the planned copy of `bytes`, the file the save replaced, and
+    // thins out the folder, beside the program.
+    void writeLater(const PlannedCopy& planned, std::vector<std::uint8_t> bytes);
 
     // The copies in the folder, newest first, each read and judged as a
     // restore judges a file.
@@ -81,10 +93,10 @@ public:
 private:
     // Throws StoreError (CannotWrite naming the copy) when it cannot be written.
     void write(CopyReason reason, const QDateTime& now);
-    // The same for the day's copy of bytes the store holds: the folder and
-    // the room for the copy are checked at once, so a failure is asked about
-    // before the change; writing and thinning out go on beside the program.
-    void writeLater(CopyReason reason, const QDateTime& now);
+    // The day's copy planned: the folder made, the name chosen and the room
+    // for the bytes the store holds checked, so that a failure is asked about
+    // before the change. Throws as write().
+    PlannedCopy plan(const QDateTime& now) const;
     // The folder made and the name of a new copy chosen; throws as write().
     std::filesystem::path newCopyPath(CopyReason reason, const QDateTime& now) const;
 

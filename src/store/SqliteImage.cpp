@@ -15,6 +15,7 @@
 #include <numeric>
 #include <sqlite3.h>
 #include <stdexcept>
+#include <utility>
 
 namespace store {
 
@@ -285,13 +286,14 @@ void SqliteImage::begin()
     m_db.exec("BEGIN");
 }
 
-void SqliteImage::commit()
+std::optional<jet::FileImage> SqliteImage::commit()
 {
     m_db.exec("COMMIT");
+    std::optional<jet::FileImage> replaced;
     if (m_next) {
         jet::FileImage written = std::move(*m_next).takeFile();
         m_next.reset();
-        m_file.emplace(std::move(written));
+        replaced = std::exchange(m_file, std::move(written));
         for (std::size_t i = 0; i < m_nextRowids.size(); ++i)
             if (m_nextRowids[i])
                 m_rowids[i] = std::move(*m_nextRowids[i]);
@@ -300,6 +302,7 @@ void SqliteImage::commit()
     }
     m_nextRowids.clear();
     m_written->clearMarks();
+    return replaced;
 }
 
 void SqliteImage::rollback() noexcept

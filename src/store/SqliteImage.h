@@ -56,8 +56,9 @@ public:
     SQLite::Statement& statement(const std::string& sql);
 
     void begin();
-    // Commits; the file of nextFile(), if asked for, is now the last file.
-    void commit();
+    // Commits; the file of nextFile(), if asked for, is now the last file,
+    // and the one it replaced is handed back.
+    std::optional<jet::FileImage> commit();
     // Rolls back.
     void rollback() noexcept;
     // Grows with every row written; tells whether a transaction changed anything.

@@ -262,7 +262,8 @@ void Store::save()
     if (isWriteProtected(m_files->file.path()))
         throw StoreError::forFile(Kind::ReadOnly, dataFilePath());
     // The user saw the copy's failure in the question and chose to stop.
-    if (std::optional<StoreError> declined = Copies(*this).beforeFirstChangeOfDay())
+    std::optional<PlannedCopy> dayCopy;
+    if (std::optional<StoreError> declined = Copies(*this).beforeFirstChangeOfDay(dayCopy))
         return fail(*declined, false);
     try {
         const NextFile* next = nullptr;
@@ -280,11 +281,16 @@ void Store::save()
         m_files->signature.reset();
         throw;
     }
+    std::optional<jet::FileImage> replaced;
     try {
-        m_image->commit();
+        replaced = m_image->commit();
     } catch (const SQLite::Exception&) {
         m_files->signature.reset();
     }
+    // The file as it was before this save, written beside the program so
+    // that it does not compete with the save's own sync.
+    if (dayCopy && replaced)
+        Copies(*this).writeLater(*dayCopy, std::move(*replaced).release());
 }
 
 bool Store::runStatement(const QString& sql, const QVariantList& params)

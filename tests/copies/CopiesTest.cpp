@@ -28,7 +28,7 @@ const QDateTime kNow(QDate(2026, 11, 22), QTime(9, 30));
 QStringList copyNames(const WindowDriver& w)
 {
     return QDir(w.folder().path() + "/" + store::kCopiesFolderName)
-        .entryList(QDir::Files, QDir::Name | QDir::Reversed);
+        .entryList({"*.mdb"}, QDir::Files, QDir::Name | QDir::Reversed);
 }
 
 QByteArray copyBytes(const WindowDriver& w, const QString& name)
@@ -156,9 +156,16 @@ void CopiesTest::actionLeavesCopy()
     WindowDriver w(d);
     QVERIFY(w.start());
     const QByteArray before = w.bytes();
+    // What a copy's writer left when its process died goes; a write of this process stays.
+    const QString unfinished = w.folder().path() + "/" + store::kCopiesFolderName + "/velmora.mdb.tmp-%1-0";
+    QDir().mkpath(w.folder().path() + "/" + store::kCopiesFolderName);
+    for (const qint64 pid : {qint64(99999999), QCoreApplication::applicationPid()})
+        writeBytes(unfinished.arg(pid), "partly written");
     act(w);
     QVERIFY2(w.bytes() != before, qPrintable(w.dialogs.shownTexts().join('\n')));
     store::Copies(w.frame().store()).finishPending(); // the day's copy is written beside the click
+    QVERIFY(!QFile::exists(unfinished.arg(99999999)));
+    QVERIFY(QFile::exists(unfinished.arg(QCoreApplication::applicationPid())));
     const QStringList names = copyNames(w);
     // One copy covers the day: no second one of the same file.
     QCOMPARE(names.size(), 1);
