@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DataBuilder.h"
+#include "LedgerFile.h"
 
 namespace velmora::test {
 

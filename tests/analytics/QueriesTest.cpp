@@ -1,6 +1,5 @@
 #include "Household2005.h"
 #include "ProgramFolder.h"
-#include "support/RecordingSink.h"
 
 #include "analytics/ChoiceLists.h"
 #include "analytics/DetailTableModel.h"
@@ -154,14 +153,4 @@ TEST_F(AnalyticsQueries, ChoiceListsAndMonthEntry)
     EXPECT_EQ(lists->years, (QStringList{"2005", "2004", "2005"}));
     EXPECT_EQ(monthEntry(m_store, period("11 - x", "2005")), QStringLiteral("11 - Ноябрь"));
     EXPECT_EQ(monthEntry(m_store, period("13", "2005")), std::nullopt);
-}
-
-TEST(AnalyticsQueriesFailure, MissingFileIsReportedAndGivesNothing)
-{
-    ProgramFolder folder;
-    RecordingSink sink;
-    store::Store store(folder.path(), &sink);
-    EXPECT_FALSE(ChoiceLists::read(store).has_value());
-    EXPECT_FALSE(Recalculation::read(store, period("3", "2005"), std::nullopt).has_value());
-    EXPECT_EQ(sink.messages.size(), 2);
 }

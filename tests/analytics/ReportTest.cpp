@@ -1,10 +1,8 @@
-// The reports written to PDF and read back with poppler's tools.
-#include "Household2005.h"
-#include "ProgramFolder.h"
-
+// The reports written to PDF and read back with poppler's tools; every one
+// names the program as its creator and carries the report's title.
 #include "analytics/AnalyticsTexts.h"
+#include "analytics/DetailTable.h"
 #include "analytics/PageComposer.h"
-#include "analytics/Recalculation.h"
 #include "analytics/ReportPainter.h"
 
 #include <QBuffer>
@@ -15,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace velmora::test;
 using analytics::ReportDocument;
 
 namespace {
@@ -58,6 +55,11 @@ Pages write(const ReportDocument& report)
     const QString path = dir.filePath(QStringLiteral("report.pdf"));
     if (!analytics::ReportPainter::writePdf(report, path))
         throw std::runtime_error("the report was not written");
+    const QString info = poppler("pdfinfo", {"-enc", "UTF-8", path});
+    EXPECT_TRUE(info.contains(QRegularExpression("Creator: +Velmora\n"))) << info.toStdString();
+    EXPECT_TRUE(
+        info.contains(QRegularExpression("Title: +" + QRegularExpression::escape(report.title) + "\n")))
+        << info.toStdString();
     Pages pages;
     static const QRegularExpression element(QStringLiteral("<(page|word) ([^>]*)>([^<]*)")),
         number(QStringLiteral("(\\w+)=\"([0-9.]+)\""));
@@ -120,8 +122,8 @@ analytics::DetailTable longExpenseList(int count)
 
 // A long month of expenses of one account on lying pages: wrapped texts, page
 // after page, each operation exactly once, the total on the last page only,
-// nothing cut off or drawn over. A month's income from the household file:
-// one upright page without an account line.
+// nothing cut off or drawn over. A month's income: one upright page without
+// an account line.
 TEST(Report, ReadBackFromPdf)
 {
     const analytics::DetailTable details = longExpenseList(150);
@@ -151,15 +153,13 @@ TEST(Report, ReadBackFromPdf)
     EXPECT_EQ(occurrences(all(r), QStringLiteral("Итого: 11400 Операций: 150")), 1);
     expectLaidOut(r);
 
-    ProgramFolder folder;
-    folder.write(household2005().database());
-    store::Store store(folder.path());
-    const auto income = analytics::Recalculation::read(store, march(), analytics::DetailRequest{});
-    const Pages upright = write(ReportDocument::of(*income->details, march(), {}));
+    analytics::DetailTable income;
+    income.rows.push_back({"15.03.2005", store::Amount::fromUnits(-60005000), "Снятие на ремонт", {}, 2, {}});
+    const Pages upright = write(ReportDocument::of(income, march(), {}));
     ASSERT_EQ(upright.size(), 1u);
     EXPECT_LT(upright[0].size.width(), upright[0].size.height());
     EXPECT_EQ(occurrences(all(upright), "Дата Сумма Комментарий 15.03.2005 -6000,5 Снятие на ремонт"), 1);
-    EXPECT_EQ(occurrences(all(upright), "Счет:") + occurrences(all(upright), "Проценты"), 0);
+    EXPECT_EQ(occurrences(all(upright), "Счет:"), 0);
 }
 
 // Whatever the number of lines, the pages take them in order, each exactly

@@ -1,6 +1,8 @@
 #include "charts/ExpenseCharts.h"
-#include "DataBuilder.h"
+#include "LedgerFile.h"
 #include "ProgramFolder.h"
+#include "analytics/ChoiceLists.h"
+#include "analytics/Recalculation.h"
 #include "store/Store.h"
 #include "support/RecordingSink.h"
 
@@ -83,12 +85,16 @@ TEST(ExpenseCharts, FieldsChooseThePeriodAndTheThresholdZeroesBarsAbove)
             EXPECT_EQ(m.colourSlot == y.colourSlot, m.code == y.code) << m.code << " " << y.code;
 }
 
-TEST(ExpenseCharts, UnreadableFileIsReportedAndGivesNothing)
+// A file that cannot be read is reported by every reader, which gives nothing.
+TEST(UnreadableFile, ChartsListsAndRecalculationReportItAndGiveNothing)
 {
     ProgramFolder folder;
     RecordingSink sink;
     store::Store store(folder.path(), &sink);
-    EXPECT_FALSE(ExpenseCharts::read(store, Period::choose("3", "2005", kToday), Threshold()).has_value());
-    ASSERT_EQ(sink.messages.size(), 1);
+    const Period march = Period::choose("3", "2005", kToday);
+    EXPECT_FALSE(ExpenseCharts::read(store, march, Threshold()).has_value());
+    EXPECT_FALSE(analytics::ChoiceLists::read(store).has_value());
+    EXPECT_FALSE(analytics::Recalculation::read(store, march, std::nullopt).has_value());
+    ASSERT_EQ(sink.messages.size(), 3);
     EXPECT_TRUE(sink.messages.front().contains(folder.dataFilePath())) << sink.messages.front().toStdString();
 }

@@ -18,18 +18,10 @@ namespace texts = service::texts;
 
 namespace {
 
-QString attention(const QString& text)
-{
-    return "ВНИМАНИЕ!!!: " + text;
-}
-QString information(const char* text)
-{
-    return "Информация: " + utf8(text);
-}
-QString error(const char* text)
-{
-    return "Ошибка: " + utf8(text);
-}
+// A box as WindowDriver gives it: "title: text".
+const auto attention = [](const QString& text) { return "ВНИМАНИЕ!!!: " + text; };
+const auto information = [](const char* text) { return "Информация: " + utf8(text); };
+const auto error = [](const char* text) { return "Ошибка: " + utf8(text); };
 
 void yes(WindowDriver& w)
 {
@@ -97,12 +89,9 @@ void ServiceWindowTest::accountsPasswordAndRates()
     QVERIFY(f.enabled("Combo1A"));
     w.dialogs.answerText("");
     f.click("VC4A");
-    w.dialogs.answerText(QString(256, u'ы'));
-    f.click("VC4A");
     w.expect({error(texts::selectAccountToEdit), error(texts::accountNameRequired),
               error(texts::selectAccountToDelete), error(texts::selectAccountsToMove),
-              error(texts::selectAccountToEdit), error(texts::accountNameRequired),
-              error("Наименование счета не может быть длиннее 255 символов!")},
+              error(texts::selectAccountToEdit), error(texts::accountNameRequired)},
              false);
     // An account with expenses stays and is offered for moving them away.
     f.choose("Combo1A", "4 - Связь");
@@ -164,7 +153,8 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     DataBuilder data;
     data.balance("700").account(3, "Питание").purse(1, "Наличные", "10");
     data.bank(QDate(2005, 11, 6), "1000", "Зарплата").bank(QDate(2005, 11, 6), "-300", "Снятие");
-    data.bank(QDate(2005, 11, 7), "5").bill(QDate(2005, 11, 6), 3, "150,25");
+    data.bank(QDate(2005, 11, 7), "5").bill(QDate(2005, 11, 6), 3, "150,25").bill(QDate(2005, 11, 6), 3, "1");
+    data.bank(QDateTime(QDate(2005, 11, 6), QTime(12, 30)), "1"); // not of the day itself
     WindowDriver w(data);
     QVERIFY(w.start());
     const Form f = w.service();
@@ -172,12 +162,12 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     f.click("C14");
     f.field("T12")->setText("06.11.2005");
     QTest::keyClick(f.field("T12"), Qt::Key_Return);
-    QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"2", "1", "1"}));
+    QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"2", "1", "2", "1"})); // newest first
     for (const char* typed : {"9", "abc"}) {
         f.list("Combo1")->setEditText(typed);
         f.click("C14");
     }
-    f.list("Combo2")->setEditText("2");
+    f.list("Combo2")->setEditText("3");
     f.click("C15");
     // A date that is not one keeps the lists as they were.
     f.field("T12")->setText("31.02.2026");
@@ -204,7 +194,7 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     Form::type(f.list("Combo1")->lineEdit(), "3");
     yes(w);
     f.click("C14");
-    f.list("Combo2")->setCurrentIndex(0);
+    f.list("Combo2")->setCurrentIndex(1);
     yes(w);
     f.click("C15");
     w.expect({attention(utf8(texts::confirmBankDeletion) +
@@ -215,7 +205,7 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
                         "\r\n\r\nОПЕРАЦИЯ N 1, НА СУММУ: 150,25\r\nНАИМЕНОВАНИЕ: покупка"),
               information(texts::operationDeleted).arg(1)},
              true);
-    QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"1"}));
+    QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"1", "2"}));
     QCOMPARE(w.main().texts({"T10", "T11"}), QStringList({"160,25 р.", "985,00 р."}));
     yes(w);
     f.click("C1");

@@ -1,6 +1,6 @@
 #include "WindowDriver.h"
 
-#include "FileRows.h"
+#include "LedgerFile.h"
 
 #include <QAbstractButton>
 #include <QLabel>

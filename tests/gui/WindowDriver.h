@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DataBuilder.h"
+#include "LedgerFile.h"
 #include "ProgramFolder.h"
 #include "analytics/ui/AnalyticsWindow.h"
 #include "app/Frame.h"

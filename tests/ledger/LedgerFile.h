@@ -1,12 +1,14 @@
 #pragma once
 
-#include "DataBuilder.h"
 #include "ProgramFolder.h"
 #include "support/RecordingSink.h"
 #include "support/StoreCalls.h"
 
+#include "jet/Database.h"
 #include "store/Store.h"
 
+#include <QDate>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -14,6 +16,46 @@
 #include <string>
 
 namespace velmora::test {
+
+// A Velmora data file made row by row: the prepared file plus what a test
+// needs. Amounts are typed as the user types them ("1234,5", "-12.34").
+class DataBuilder
+{
+public:
+    DataBuilder();
+
+    DataBuilder& password(const QString& password);
+    // Sets the stored balance (Tech OSTATOK); adds another OSTATOK row when `extraRow`.
+    DataBuilder& balance(const QString& amount, bool extraRow = false);
+    DataBuilder& withoutBalanceRow();
+    DataBuilder& account(int code, const QString& name);
+    DataBuilder& purse(int code, const QString& name, const QString& amount);
+    // A purse with an entry in the catalogue but no row of money.
+    DataBuilder& purseWithoutMoney(int code, const QString& name);
+    DataBuilder& bank(const QDateTime& when, const QString& amount, const QString& comment = {});
+    DataBuilder& bank(QDate day, const QString& amount, const QString& comment = {})
+    {
+        return bank(QDateTime(day, QTime(0, 0)), amount, comment);
+    }
+    DataBuilder& bill(QDate day, int account, const QString& amount, int purse = 1)
+    {
+        return billAt(QDateTime(day, QTime(0, 0)), account, amount, purse);
+    }
+    DataBuilder& billAt(const QDateTime& when, int account, const QString& amount, int purse = 1);
+    // A bank row without a date.
+    DataBuilder& undatedBank(const QString& amount);
+
+    const jet::Database& database() const { return m_db; }
+    jet::Database& database() { return m_db; }
+
+private:
+    jet::Table& table(const char16_t* name);
+
+    jet::Database m_db;
+};
+
+// Currency units of a typed amount; throws std::invalid_argument when it is not one.
+std::int64_t unitsOf(const QString& amount);
 
 // A data file made with DataBuilder in its own program folder, a store on it
 // that records what it reports, and what the file holds read back.
@@ -44,6 +86,11 @@ private:
     ProgramFolder m_folder;
     std::unique_ptr<store::Store> m_store;
 };
+
+// The rows of one table as our Jet reader decodes them from the data file in
+// `programDir`, one text per row: values joined by " | ", money as "12.35",
+// dates as yyyy-MM-dd, Null as "NULL". Throws when the file cannot be read.
+QStringList fileRows(const QString& programDir, const QString& table);
 
 // An amount as the user types it ("12,345").
 inline store::Amount typed(const char* text)

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QRegularExpression>
 
 using namespace velmora::test;
@@ -28,12 +27,10 @@ TEST(AccountCatalogue, NamesExpensesAndRemoval)
     data.bill(QDate(2026, 3, 3), 44, "7");
     LedgerFile d(data);
     AccountCatalogue accounts(d.store());
-    for (const QString& name : {QString("\"Кавычки\" и 'апострофы'"), QString(255, u'щ'),
-                                QString("x'); DELETE FROM Bills_Dict; --")}) {
-        const auto code = accounts.add(name);
-        ASSERT_TRUE(code) << name.toStdString();
-        EXPECT_EQ(accounts.name(code.value()), name);
-    }
+    const QString name = QString("\"Кавычки\" и 'x'); DELETE FROM Bills_Dict; --").leftJustified(255, u'щ');
+    const auto code = accounts.add(name);
+    ASSERT_TRUE(code);
+    EXPECT_EQ(accounts.name(code.value()), name);
     const QByteArray before = d.folder().bytes();
     EXPECT_EQ(said(accounts.add(QString(256, u'щ'))),
               "Наименование счета не может быть длиннее 255 символов!");
@@ -54,22 +51,9 @@ TEST(AccountCatalogue, NamesExpensesAndRemoval)
     EXPECT_TRUE(d.sink.messages.isEmpty()) << d.sink.messages.join('\n').toStdString();
 }
 
-TEST(OperationDeletion, ListsADaysOperationsNewestFirst)
-{
-    const QDate day(2005, 11, 6);
-    DataBuilder data;
-    data.bank(day, "100").bank(day.addDays(1), "5").bank(day, "-30").bank(QDateTime(day, QTime(12, 30)), "1");
-    data.bill(day, 1, "10").bill(day.addDays(-1), 1, "20").bill(day, 2, "30").bill(day, 1, "40");
-    LedgerFile d(data);
-    const auto found = OperationDeletion(d.store()).list(day);
-    ASSERT_TRUE(found);
-    // An operation entered with a time of day is not of the date itself.
-    EXPECT_EQ(found->bank, QStringList({"3", "1"}));
-    EXPECT_EQ(found->expenses, QStringList({"4", "3", "1"}));
-}
-
 // Deleting a bank operation undoes it on the balance exactly; a result that
 // would leave the range of the balance or of the month's income is refused.
+// (What the confirmation shows of an operation is the window test's.)
 TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
 {
     struct Case
@@ -91,8 +75,6 @@ TEST(OperationDeletion, DeletingABankOperationUndoesItOnTheBalance)
         OperationDeletion deletion(d.store());
         const auto found = deletion.findBankOperation("2");
         ASSERT_EQ(said(found), "done");
-        EXPECT_EQ(found.value().name, "Зарплата");
-        EXPECT_EQ(found.value().amount, store::Amount::parse(QString::fromUtf8(c.amount)));
         const QByteArray before = d.folder().bytes();
         EXPECT_EQ(said(deletion.deleteBankOperation(2)), c.after ? "done" : amountOutOfRange) << c.amount;
         if (!c.after) {
@@ -130,8 +112,6 @@ TEST(OperationDeletion, DeletingAnExpenseGivesTheMoneyBackToBalanceAndPurse)
         OperationDeletion deletion(d.store());
         const auto found = deletion.findExpense(" 1 ");
         ASSERT_EQ(said(found), "done");
-        EXPECT_EQ(found.value().amount.toDisplayString(), "150,25");
-        EXPECT_EQ(found.value().name, "покупка");
         const QByteArray before = d.folder().bytes();
         EXPECT_EQ(said(deletion.deleteExpense(1)), c.balance ? "done" : amountOutOfRange) << c.purse;
         if (!c.balance) {
@@ -183,35 +163,23 @@ TEST(Password, SetReplacesTheRowAndRemoveLeavesNone)
     EXPECT_EQ(password.current(), QString("старый"));
 }
 
-// Rates are kept to the cent, half up; a missing row stays missing.
-TEST(CurrencyRates, KeptToTheCentHalfUpAndAMissingRowStaysMissing)
+// Each rate goes to its own row; a missing row stays missing. (The window's
+// test sees both rates kept to the cent.)
+TEST(CurrencyRates, AMissingRowStaysMissing)
 {
-    struct Case
-    {
-        const char* typed;
-        const char* stored;
-    };
-    LedgerFile d;
-    service::CurrencyRates rates(d.store());
-    for (const Case& c : {Case{"28,4567", "28.46"}, Case{"28,454", "28.45"}, Case{"-1,555", "-1.55"}}) {
-        ASSERT_TRUE(rates.write(typed(c.typed), typed("91,5")));
-        const auto read = rates.read();
-        ASSERT_TRUE(read && read->usd && read->eur);
-        EXPECT_EQ(read->usd->toPlainString().toStdString(), c.stored) << c.typed;
-        EXPECT_EQ(read->eur->toPlainString(), "91.5");
-    }
     DataBuilder data;
     std::erase_if(data.database().table(u"Cur")->rows,
                   [](const jet::Row& row) { return row[0] == jet::Value(std::int32_t{3}); });
-    LedgerFile noEuro(data);
-    service::CurrencyRates partial(noEuro.store());
-    ASSERT_TRUE(partial.write(typed("30"), typed("40")));
-    EXPECT_EQ(partial.read()->usd, typed("30"));
-    EXPECT_FALSE(partial.read()->eur.has_value());
-    EXPECT_EQ(noEuro.rows("Cur"), QStringList({"2|300000"}));
+    LedgerFile d(data);
+    service::CurrencyRates rates(d.store());
+    ASSERT_TRUE(rates.write(typed("30"), typed("40")));
+    EXPECT_EQ(rates.read()->usd, typed("30"));
+    EXPECT_FALSE(rates.read()->eur.has_value());
+    EXPECT_EQ(d.rows("Cur"), QStringList({"2|300000"}));
 }
 
-TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesMonthsAndBackup)
+// Clearing leaves the backup alone: the window's test restores it afterwards.
+TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesAndMonths)
 {
     DataBuilder data;
     data.password("секрет").balance("5000").account(1, "Питание").purse(1, "Наличные", "100");
@@ -221,8 +189,6 @@ TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesMonthsAndBacku
         if (row[0] == jet::Value(std::u16string(u"BACKUP")))
             row[3] = jet::DateTime{46000};
     LedgerFile d(data);
-    QFile::copy(d.folder().dataFilePath(), d.backupPath());
-    const QByteArray backup = contents(d.backupPath());
     const QStringList months = d.rows("Mon");
     const QStringList currencies = d.rows("Cur");
 
@@ -232,6 +198,4 @@ TEST(Clearing, EmptiesOperationsAndCataloguesButKeepsPasswordRatesMonthsAndBacku
     EXPECT_EQ(d.rows("Tech"), QStringList({"OSTATOK||0|", "BACKUP|||", "PW|секрет||"}));
     EXPECT_EQ(d.rows("Mon"), months);
     EXPECT_EQ(d.rows("Cur"), currencies);
-    EXPECT_EQ(contents(d.backupPath()), backup);
-    EXPECT_FALSE(backup.isEmpty());
 }

@@ -107,13 +107,18 @@ TEST(SqliteImage, TextThatIsNotUtf8ComesBackAsReplacementCharacters)
     image.rollback();
 }
 
-// The check before a save compares the encoded file with what was encoded,
-// row by row as it decodes; the save itself only ever meets equal ones.
-TEST(DatabaseDiff, FileComparisonFindsTheFirstDifference)
+// The check before a save decodes the whole encoded file row by row; the
+// check of a file written from the last one decodes only the rows that
+// changed and compares the others as bytes. Both must find the first way the
+// file differs from what it was written for; the save only meets equal ones.
+TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
 {
-    const jet::Database written = velmora::test::sampleDatabase();
-    const std::vector<std::uint8_t> bytes = jet::encodeDatabase(written);
-    EXPECT_EQ(store::firstDifferenceInFile(written, bytes), "");
+    jet::Database db = velmora::test::sampleDatabase();
+    for (std::int32_t i = 1; i <= 400; ++i)
+        db.tables[0].rows.push_back({i, jet::DateTime{45000}, jet::Currency{i}, std::u16string(u"вклад")});
+    db.tables[0].lastAutoNumber = 400;
+    const jet::FileImage previous(db);
+    EXPECT_EQ(store::firstDifferenceInFile(db, previous.bytes()), "");
     struct Case
     {
         const char* what;
@@ -132,21 +137,11 @@ TEST(DatabaseDiff, FileComparisonFindsTheFirstDifference)
          "table Tech: column F1"},
     };
     for (const Case& c : cases) {
-        jet::Database expected = written;
+        jet::Database expected = db;
         c.change(expected);
-        EXPECT_EQ(store::firstDifferenceInFile(expected, bytes), c.difference) << c.what;
+        EXPECT_EQ(store::firstDifferenceInFile(expected, previous.bytes()), c.difference) << c.what;
     }
-}
 
-// The check of a file written from the last one decodes only the rows that
-// changed and compares the others as bytes; it must still find any way the
-// file differs from the changes it was written for.
-TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
-{
-    jet::Database db = velmora::test::sampleDatabase();
-    for (std::int32_t i = 1; i <= 400; ++i)
-        db.tables[0].rows.push_back({i, jet::DateTime{45000}, jet::Currency{i}, std::u16string(u"вклад")});
-    const jet::FileImage previous(db);
     std::vector<jet::TableChanges> changes(db.tables.size());
     changes[0].rows = {{5, Kind::Replace, {std::int32_t{6}, jet::Null{}, jet::Currency{7}, jet::Null{}}},
                        {100, Kind::Remove, {}},
@@ -154,13 +149,14 @@ TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
     changes[0].lastAutoNumber = 500;
     const jet::FileImage next(previous, changes);
     std::vector<std::uint8_t> bytes(next.bytes().begin(), next.bytes().end());
-    struct Case
+    struct ChangedCase
     {
         const char* what;
         std::function<void(std::vector<jet::TableChanges>&)> change;
         const char* difference;
     };
-    const Case cases[] = {
+    const ChangedCase changedCases[] = {
+        {"no change", [](auto&) {}, ""},
         {"a value", [](auto& c) { c[0].rows[0].row[2] = jet::Currency{8}; }, "table Bank: row 6"},
         {"a removal moved", [](auto& c) { c[0].rows[1].position = 99; }, "table Bank: row 100"},
         {"an insert less", [](auto& c) { c[0].rows.pop_back(); }, "table Bank: row 400 more than expected"},
@@ -168,7 +164,7 @@ TEST(DatabaseDiff, ChangedFileComparisonFindsTheFirstDifference)
         {"a kept row's bytes", [&](auto&) { ++bytes[(next.dataPages(0)[0] + 1) * 4096 - 1]; },
          "table Bank: row 1"},
     };
-    for (const Case& c : cases) {
+    for (const ChangedCase& c : changedCases) {
         std::vector<jet::TableChanges> expected = changes;
         c.change(expected);
         EXPECT_EQ(store::firstDifferenceInChangedFile(previous.bytes(), bytes, expected), c.difference)

@@ -1,10 +1,8 @@
 #include "Fixtures.h"
 
-#include "store/RegularFile.h"
+#include "ChildProcess.h"
 
-#include <array>
-#include <cstdio>
-#include <sys/wait.h>
+#include "store/RegularFile.h"
 
 namespace testsupport {
 
@@ -25,18 +23,10 @@ std::vector<std::uint8_t> readBytes(const std::filesystem::path& path)
 
 CommandResult run(const std::string& command)
 {
-    CommandResult result;
-    // mdbtools convert names to the locale's encoding: UTF-8 whatever the caller's LANG.
-    FILE* pipe = popen(("export LC_ALL=C.UTF-8; " + command + " 2>&1").c_str(), "r");
-    if (!pipe)
-        return result;
-    std::array<char, 65536> buffer;
-    std::size_t n;
-    while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-        result.output.append(buffer.data(), n);
-    const int status = pclose(pipe);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
+    // In the C.UTF-8 locale: mdbtools convert names to the locale's encoding.
+    const velmora::test::ProgramResult result =
+        velmora::test::runProgram({"/bin/sh", "-c", command + " 2>&1"});
+    return {result.out, result.exitCode};
 }
 
 std::string shellQuoted(const std::filesystem::path& path)

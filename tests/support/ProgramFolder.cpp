@@ -65,11 +65,6 @@ jet::Database ProgramFolder::readDataFile() const
     return jet::readDatabase(store::readRegularFile(dataFile()).bytes, store::kFilePassword);
 }
 
-bool ProgramFolder::hasDataFile() const
-{
-    return QFile::exists(dataFilePath());
-}
-
 std::vector<std::string> ProgramFolder::strayFiles() const
 {
     std::vector<std::string> names;

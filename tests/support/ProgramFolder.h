@@ -33,7 +33,6 @@ public:
     // The data file's bytes; empty when there is none.
     QByteArray bytes() const;
     jet::Database readDataFile() const;
-    bool hasDataFile() const;
     // Names of the files in the folder other than the data file and its lock, sorted.
     std::vector<std::string> strayFiles() const;
 
