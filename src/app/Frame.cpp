@@ -54,6 +54,10 @@ Frame::Frame(const QString& dataDir, ui::Dialogs& dialogs, FrameOptions options)
     m_mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_mdi);
+    connect(m_mdi, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sub) {
+        if (m_operations && sub && sub->widget() == m_operations)
+            m_operations->reload();
+    });
     fitToScreen();
     auto* help = new QShortcut(QKeySequence(Qt::Key_F1), this);
     help->setContext(Qt::ApplicationShortcut);
@@ -265,7 +269,7 @@ void Frame::showOperationsWindow()
         return;
     }
     m_operations = new operations::OperationsWindow(*m_store, m_dialogs);
-    m_operations->reload();
+    // Activating it reads the operations, now and whenever the user comes back to it.
     m_mdi->setActiveSubWindow(addWindow(m_operations, fromTwips(450, 450)));
 }
 

@@ -120,6 +120,14 @@ DataBuilder& DataBuilder::bank(const QDateTime& when, const QString& amount, con
     return *this;
 }
 
+DataBuilder& DataBuilder::named(const QString& name, const QString& note)
+{
+    jet::Row& last = table(u"Bills").rows.back();
+    last[4] = text(name);
+    last[5] = text(note);
+    return *this;
+}
+
 DataBuilder& DataBuilder::undatedBank(const QString& amount)
 {
     jet::Table& bank = table(u"Bank");

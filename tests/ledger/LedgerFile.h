@@ -42,6 +42,8 @@ public:
         return billAt(QDateTime(day, QTime(0, 0)), account, amount, purse);
     }
     DataBuilder& billAt(const QDateTime& when, int account, const QString& amount, int purse = 1);
+    // Gives the last expense its name and note.
+    DataBuilder& named(const QString& name, const QString& note = {});
     // A bank row without a date.
     DataBuilder& undatedBank(const QString& amount);
 

@@ -270,13 +270,6 @@ void OperationsWindow::exportCsv()
 
 bool OperationsWindow::event(QEvent* event)
 {
-    // Whatever was changed in another window shows when this one is active again.
-    if (event->type() == QEvent::WindowDeactivate)
-        m_stale = true;
-    if (event->type() == QEvent::WindowActivate && m_stale) {
-        m_stale = false;
-        reload();
-    }
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         findChild<QPushButton*>(QStringLiteral("CloseButton"))->click();
         return true;

@@ -26,8 +26,8 @@ class OperationTableModel;
 // "Операции": every bank operation and expense in one list, newest first,
 // narrowed by date, kind, account, purse, amount and text as the fields are
 // changed, with the count and sum of what is shown; the list can be sorted by
-// any column and saved as CSV. It reads the data file again when it becomes
-// the active window after another one, so changes made elsewhere are shown.
+// any column and saved as CSV. The frame has it read the data file again each
+// time it becomes the active window, so changes made elsewhere are shown.
 class OperationsWindow : public QWidget
 {
     Q_OBJECT
@@ -72,7 +72,6 @@ private:
     QLineEdit* m_text = nullptr;
     QTableView* m_list = nullptr;
     QLabel* m_summary = nullptr;
-    bool m_stale = false; // another window was active since the last reading
 };
 
 } // namespace operations
