@@ -3,6 +3,7 @@
 #include "OperationsTexts.h"
 
 #include "store/CatalogueEntry.h"
+#include "store/Store.h"
 #include "store/Transaction.h"
 
 #include <algorithm>
@@ -83,10 +84,19 @@ std::optional<Journal> Journal::read(store::Store& store)
                        row.amount(3), static_cast<std::int32_t>(row.integer(2)),
                        static_cast<std::int32_t>(row.integer(6)), row.text(4), row.text(5)});
     });
+    journal.generation = store.generation();
     if (!tx.commit())
         return std::nullopt;
     std::ranges::sort(all, newerFirst);
     return journal;
+}
+
+bool Journal::changedSince(store::Store& store, std::uint64_t generation)
+{
+    store::Transaction tx(store); // opening it reads the file again if another program changed it
+    const bool changed = store.generation() != generation;
+    tx.commit();
+    return changed;
 }
 
 } // namespace operations

@@ -52,9 +52,15 @@ struct Journal
     QString accountName(const Operation& operation) const;
     QString purseName(const Operation& operation) const;
 
+    // The store's generation when the journal was read.
+    std::uint64_t generation = 0;
+
     // Reads the data file in one transaction; nullopt when it cannot be read
     // (the store has said why).
     static std::optional<Journal> read(store::Store& store);
+    // Whether the data file may hold other operations than when `generation`
+    // was read; checks the file on disk.
+    static bool changedSince(store::Store& store, std::uint64_t generation);
 };
 
 QString kindText(Operation::Kind kind);

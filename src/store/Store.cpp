@@ -112,6 +112,7 @@ void Store::adopt(std::unique_ptr<SqliteImage> image, const FileSignature& writt
     m_image = std::move(image);
     m_damage.reset();
     m_files->signature = written;
+    ++m_generation;
 }
 
 void Store::enter()
@@ -192,6 +193,7 @@ bool Store::refresh()
         m_image = std::make_unique<SqliteImage>(std::move(empty));
     }
     m_files->signature = loaded.signature;
+    ++m_generation;
     return true;
 }
 
@@ -287,6 +289,7 @@ void Store::save()
     } catch (const SQLite::Exception&) {
         m_files->signature.reset();
     }
+    ++m_generation;
     // The file as it was before this save, written beside the program so
     // that it does not compete with the save's own sync.
     if (dayCopy && replaced)

@@ -44,6 +44,10 @@ public:
     // checked, with the data file's password and tables: a sound data file
     // that need not be decoded again to know it.
     bool isCheckedFile(std::span<const std::uint8_t> bytes) const;
+    // Grows whenever what the store shows may have changed: a save that wrote
+    // rows, the file read anew (another program changed it) or a restored
+    // file taken over. A change on disk is noticed at the next transaction.
+    std::uint64_t generation() const { return m_generation; }
     // From now on automatic copies of the data file are kept (see Copies),
     // made at the times `now` gives.
     void keepCopies(std::function<QDateTime()> now);
@@ -100,6 +104,7 @@ private:
     // Set once copies are kept: the time of a copy, and the day the last one was made.
     std::function<QDateTime()> m_copyClock;
     QDate m_dayCopied;
+    std::uint64_t m_generation = 0;
     // The day's copy while it is still being written beside the program.
     std::future<void> m_pendingCopy;
 };

@@ -5,6 +5,7 @@
 #include "WindowDriver.h"
 #include "operations/OperationTableModel.h"
 #include "operations/ui/OperationsWindow.h"
+#include "store/Schema.h"
 
 #include <QDateEdit>
 #include <QMdiArea>
@@ -217,6 +218,13 @@ void OperationsTest::openingReloadingAndClosing()
     w.main().click("OperationsButton");
     QCOMPARE(window(w)->model().rowCount(), 7);
     QCOMPARE(shown(window(w)->model()).first(), QString("Снятие 4"));
+    // Another program put an empty household in place of the file.
+    ProgramFolder other;
+    other.write(DataBuilder().database());
+    writeBytes(w.folder().path() + "/" + store::kDataFileName, other.bytes());
+    mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(w.main().widget()->parentWidget()));
+    w.main().click("OperationsButton");
+    QCOMPARE(window(w)->model().rowCount(), 0);
     QTest::keyClick(window(w)->findChild<QTableView*>("OperationList"), Qt::Key_Escape);
     QTRY_VERIFY(!window(w));
 }

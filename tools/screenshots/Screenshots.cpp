@@ -12,6 +12,7 @@
 #include "app/MainWindow.h"
 #include "charts/ui/ChartsWindow.h"
 #include "jet/Writer.h"
+#include "operations/ui/OperationsWindow.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Schema.h"
 #include "store/Store.h"
@@ -126,6 +127,17 @@ bool serviceWindowPictures(app::Frame& frame, const QDir& output)
     return ok;
 }
 
+bool operationsWindowPictures(app::Frame& frame, const QDir& output)
+{
+    frame.showOperationsWindow();
+    QWidget* window = frame.operationsWindow();
+    bool ok = save(window->parentWidget(), output, "operations-window.png");
+    type(window, "SearchText", "хлеб");
+    ok = save(window->parentWidget(), output, "operations-window-search.png") && ok;
+    window->parentWidget()->close();
+    return ok;
+}
+
 bool analyticsWindowPictures(app::Frame& frame, const QDir& output)
 {
     frame.showAnalyticsWindow();
@@ -196,6 +208,7 @@ bool framePictures(const QString& folder, const QDir& output)
         return false;
     bool ok = mainWindowPictures(frame, output);
     ok = serviceWindowPictures(frame, output) && ok;
+    ok = operationsWindowPictures(frame, output) && ok;
     return analyticsWindowPictures(frame, output) && ok;
 }
 

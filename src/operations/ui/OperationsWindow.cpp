@@ -9,6 +9,7 @@
 #include "store/FailureCause.h"
 #include "ui/Dialogs.h"
 #include "ui/ScreenFit.h"
+#include "ui/TextColumns.h"
 
 #include <QCalendarWidget>
 #include <QComboBox>
@@ -89,7 +90,11 @@ OperationsWindow::OperationsWindow(store::Store& store, ui::Dialogs& dialogs, QW
         return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
     };
     buildFields();
-    resize(ui::fittedToScreen(this, QSize(960, 560)));
+}
+
+QSize OperationsWindow::sizeHint() const
+{
+    return ui::fittedToScreen(this, QSize(1040, 600));
 }
 
 OperationsWindow::~OperationsWindow() = default;
@@ -105,7 +110,8 @@ void OperationsWindow::buildFields()
     const auto list = [this](const QString& name) {
         auto* combo = new QComboBox(this);
         combo->setObjectName(name);
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        combo->setMinimumContentsLength(name == QLatin1String("KindList") ? 11 : 16);
         return combo;
     };
     const auto line = [this](const QString& name) {
@@ -157,10 +163,19 @@ void OperationsWindow::buildFields()
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->verticalHeader()->hide();
     m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 6);
-    const int em = m_list->fontMetrics().horizontalAdvance(QLatin1Char('M'));
-    const int widths[] = {7, 8, 7, 12, 20, 14, 10, 6};
-    for (int column = 0; column < OperationTableModel::ColumnCount; ++column)
-        m_list->setColumnWidth(column, widths[column] * em);
+    // Each column as wide as a typical value of it or its header; the spare
+    // width goes to the name and the note.
+    const char* const typical[] = {"00.00.0000",    "Поступление", "-000 000,00",      "7 - Дом и хозяйство",
+                                   "Хлеб и молоко", "Примечание",  "3 - Кошелек Маши", "N операции"};
+    const QFontMetrics metrics = m_list->fontMetrics();
+    for (int column = 0; column < OperationTableModel::ColumnCount; ++column) {
+        const bool text = column == OperationTableModel::Name || column == OperationTableModel::Note;
+        const QString header = m_model->headerData(column, Qt::Horizontal).toString();
+        m_list->setColumnWidth(column, metrics.horizontalAdvance(QLatin1Char('M')) +
+                                           std::max(metrics.horizontalAdvance(tr8(typical[column])),
+                                                    text ? 0 : metrics.horizontalAdvance(header)));
+    }
+    (new ui::TextColumns(m_list))->keep({OperationTableModel::Name, OperationTableModel::Note});
     grid->addWidget(m_list, 2, 0, 1, 11);
     grid->setRowStretch(2, 1);
 
@@ -211,12 +226,15 @@ void OperationsWindow::fillCatalogue(QComboBox* list, const QHash<std::int32_t, 
 
 void OperationsWindow::reload()
 {
+    if (m_read && !Journal::changedSince(m_store, m_model->journal().generation))
+        return;
     std::optional<Journal> journal = Journal::read(m_store);
     if (!journal)
         return; // the store has shown why; the list stays as it was
     fillCatalogue(m_account, journal->accounts);
     fillCatalogue(m_purse, journal->purses);
     m_model->setJournal(std::move(*journal), filter());
+    m_read = true;
     showSummary();
 }
 

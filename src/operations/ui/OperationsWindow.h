@@ -39,7 +39,8 @@ public:
     OperationsWindow(store::Store& store, ui::Dialogs& dialogs, QWidget* parent = nullptr);
     ~OperationsWindow() override;
 
-    // Reads every operation and the catalogues anew; the fields stay.
+    // Reads every operation and the catalogues anew when the data file may
+    // have changed since the last reading; the fields stay.
     void reload();
     // What the fields ask for; a bound that cannot be read is left out.
     Filter filter() const;
@@ -48,6 +49,8 @@ public:
 
     // Saves the rows shown as CSV, asking where.
     void exportCsv();
+
+    QSize sizeHint() const override;
 
 protected:
     bool event(QEvent* event) override;
@@ -72,6 +75,7 @@ private:
     QLineEdit* m_text = nullptr;
     QTableView* m_list = nullptr;
     QLabel* m_summary = nullptr;
+    bool m_read = false; // the list holds what was read at its journal's generation
 };
 
 } // namespace operations
