@@ -269,6 +269,7 @@ void Frame::showOperationsWindow()
         return;
     }
     m_operations = new operations::OperationsWindow(*m_store, m_dialogs);
+    connect(m_operations, &operations::OperationsWindow::moneyChanged, this, &Frame::onServiceMoneyChanged);
     // Activating it reads the operations, now and whenever the user comes back to it.
     m_mdi->setActiveSubWindow(addWindow(m_operations, fromTwips(450, 450)));
 }

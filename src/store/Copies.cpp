@@ -186,8 +186,9 @@ QString Copies::fileName(const QDateTime& made, CopyReason reason, int number)
 
 bool Copies::before(CopyReason reason)
 {
-    // Nothing is written after a failure, so nothing needs keeping.
-    if (!m_store.m_copyClock || m_store.hasFailed())
+    // Nothing is written after a failure, so nothing needs keeping; and one
+    // copy covers all the steps of one transaction, which start from one file.
+    if (!m_store.m_copyClock || m_store.hasFailed() || m_store.m_copiedInTransaction)
         return true;
     const QDateTime now = m_store.m_copyClock();
     try {
@@ -198,6 +199,7 @@ bool Copies::before(CopyReason reason)
         // Going on without a copy also stands for the day's copy: asked once.
         m_store.m_dayCopied = now.date();
     }
+    m_store.m_copiedInTransaction = true;
     return true;
 }
 

@@ -217,6 +217,7 @@ StoreResult Store::finish(bool commit)
     StoreResult result = m_failure ? StoreResult(*m_failure) : StoreResult();
     m_failure.reset();
     m_reported.clear();
+    m_copiedInTransaction = false;
     return result;
 }
 

@@ -105,6 +105,7 @@ private:
     std::function<QDateTime()> m_copyClock;
     QDate m_dayCopied;
     std::uint64_t m_generation = 0;
+    bool m_copiedInTransaction = false; // an action's copy was made (or declined) in this transaction
     // The day's copy while it is still being written beside the program.
     std::future<void> m_pendingCopy;
 };

@@ -277,9 +277,10 @@ TEST(ColumnKinds, BinaryAmountsAndTextDatesReadAsAPersonSeesThemAndGoBackAsTheNe
         double value;
         std::optional<std::int64_t> units;
     };
-    for (const Case& c : {Case{12.349999999999998, 123500}, Case{0.00005, 1}, Case{-0.00005, 0},
-                          Case{-0.00006, -1}, Case{922337203685477.5, 9223372036854775000},
-                          Case{1e15, std::nullopt}, Case{std::nan(""), std::nullopt}}) {
+    for (const Case& c :
+         {Case{12.349999999999998, 123500}, Case{0.00005, 1}, Case{-0.00005, 0}, Case{-0.00006, -1},
+          Case{922337203685477.5, 9223372036854775000}, Case{922337203685478.0, std::nullopt},
+          Case{1e15, std::nullopt}, Case{std::nan(""), std::nullopt}}) {
         EXPECT_EQ(store::values::unitsOfDouble(c.value), c.units) << c.value;
     }
     // The nearest Double to the exact amount, not one a step away.

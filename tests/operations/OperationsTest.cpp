@@ -8,6 +8,7 @@
 #include "store/Schema.h"
 
 #include <QDateEdit>
+#include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTableView>
@@ -102,6 +103,7 @@ private slots:
     void filters();
     void sortingAndExport();
     void openingReloadingAndClosing();
+    void deletingChosenOperations();
 };
 
 void OperationsTest::filters_data()
@@ -227,6 +229,35 @@ void OperationsTest::openingReloadingAndClosing()
     QCOMPARE(window(w)->model().rowCount(), 0);
     QTest::keyClick(window(w)->findChild<QTableView*>("OperationList"), Qt::Key_Escape);
     QTRY_VERIFY(!window(w));
+}
+
+// Two chosen operations go after one question, with their money undone, in
+// one save with one copy before it; No changes nothing.
+void OperationsTest::deletingChosenOperations()
+{
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    w.main().click("OperationsButton");
+    auto* list = window(w)->findChild<QTableView*>("OperationList");
+    for (const int row : {0, 1}) // "Расход 3" (300 from purse 2) and "Снятие 2" (-200)
+        list->selectionModel()->select(list->model()->index(row, 0),
+                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    QTest::keyClick(list, Qt::Key_Delete);
+    w.expect(
+        {"ВНИМАНИЕ!!!: Удалить выбранные операции (2) на сумму -500,00 р.?\r\nДеньги в банке и в кошельках "
+         "изменятся так, как будто этих операций не было. Копия файла до удаления сохраняется."},
+        false);
+    w.dialogs.answer(ui::DialogAnswer::Yes);
+    Form(window(w)).click("DeleteButton");
+    QCOMPARE(w.newBoxes().size(), 1);
+    QCOMPARE(shown(window(w)->model()),
+             QStringList({"Расход 2", "Поступление 1", "Расход 1", "Поступление 3"}));
+    QCOMPARE(w.rows("Tech").filter("OSTATOK"), QStringList{"OSTATOK | NULL | 799.76 | NULL"});
+    QCOMPARE(w.rows("Purse"), QStringList({"1 | 0", "2 | 300"}));
+    QCOMPARE(w.main().text("T11"), QString("499,76 р."));
+    const QStringList copies = QDir(w.folder().path() + "/" + store::kCopiesFolderName).entryList({"*.mdb"});
+    QCOMPARE(copies.size(), 1);
+    QVERIFY(copies.front().endsWith("перед-удалением-операции.mdb"));
 }
 
 QTEST_MAIN(OperationsTest)

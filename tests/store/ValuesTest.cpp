@@ -53,6 +53,7 @@ TEST(Amount, ParseAndCentRounding)
         {"-922337203685477,58081", nullptr},
         {"99999999999999999999", nullptr},
         {"1,2,3", nullptr},
+        {"1,,5", nullptr},
         {"", nullptr},
         {",", nullptr},
         {"12a", nullptr},

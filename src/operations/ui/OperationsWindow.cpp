@@ -2,6 +2,7 @@
 
 #include "OperationsWindowTexts.h"
 
+#include "operations/Deletion.h"
 #include "operations/OperationTableModel.h"
 #include "operations/OperationsCsv.h"
 #include "store/AtomicFile.h"
@@ -10,6 +11,7 @@
 #include "ui/Dialogs.h"
 #include "ui/ScreenFit.h"
 #include "ui/TextColumns.h"
+#include "ui/UiTexts.h"
 
 #include <QCalendarWidget>
 #include <QComboBox>
@@ -160,6 +162,7 @@ void OperationsWindow::buildFields()
     m_list->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     m_list->horizontalHeader()->setStretchLastSection(false);
     m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->verticalHeader()->hide();
     m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 6);
@@ -185,14 +188,17 @@ void OperationsWindow::buildFields()
     bottom->addWidget(m_summary, 1);
     auto* exportButton = new QPushButton(tr8(texts::exportCsv), this);
     exportButton->setObjectName(QStringLiteral("ExportButton"));
+    auto* deleteButton = new QPushButton(tr8(texts::deleteChosen), this);
+    deleteButton->setObjectName(QStringLiteral("DeleteButton"));
     auto* closeButton = new QPushButton(tr8(texts::close), this);
     closeButton->setObjectName(QStringLiteral("CloseButton"));
+    bottom->addWidget(deleteButton);
     bottom->addWidget(exportButton);
     bottom->addWidget(closeButton);
     grid->addLayout(bottom, 3, 0, 1, 11);
 
-    const QList<QWidget*> order{m_from,    m_to,   m_kind, m_account,    m_purse,    m_smallest,
-                                m_largest, m_text, m_list, exportButton, closeButton};
+    const QList<QWidget*> order{m_from,    m_to,   m_kind, m_account,    m_purse,      m_smallest,
+                                m_largest, m_text, m_list, deleteButton, exportButton, closeButton};
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
 
@@ -203,6 +209,8 @@ void OperationsWindow::buildFields()
     for (QLineEdit* field : {m_smallest, m_largest, m_text})
         connect(field, &QLineEdit::textChanged, this, &OperationsWindow::applyFilter);
     connect(exportButton, &QPushButton::clicked, this, &OperationsWindow::exportCsv);
+    connect(deleteButton, &QPushButton::clicked, this, &OperationsWindow::deleteChosen);
+    m_list->installEventFilter(this); // the Delete key deletes the chosen rows
     connect(closeButton, &QPushButton::clicked, this, [this] {
         if (auto* holder = qobject_cast<QMdiSubWindow*>(parentWidget()))
             holder->close();
@@ -284,6 +292,35 @@ void OperationsWindow::exportCsv()
         return;
     }
     m_dialogs.information(tr8(texts::windowTitle), tr8(texts::exportDone).arg(path));
+}
+
+void OperationsWindow::deleteChosen()
+{
+    std::vector<Operation> chosen;
+    store::WideAmount sum;
+    for (const QModelIndex& row : m_list->selectionModel()->selectedRows()) {
+        chosen.push_back(m_model->operation(row.row()));
+        sum += chosen.back().change();
+    }
+    if (chosen.empty())
+        return;
+    if (!m_dialogs.confirm(QString::fromUtf8(ui::texts::attentionTitle),
+                           tr8(texts::deleteQuestion).arg(chosen.size()).arg(sum.toBalanceString())))
+        return;
+    const bool done = m_dialogs.report(deleteOperations(m_store, chosen));
+    reload();
+    if (done)
+        emit moneyChanged();
+}
+
+bool OperationsWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_list && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
+        deleteChosen();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 bool OperationsWindow::event(QEvent* event)

@@ -49,11 +49,18 @@ public:
 
     // Saves the rows shown as CSV, asking where.
     void exportCsv();
+    // Deletes the chosen rows after one confirmation.
+    void deleteChosen();
 
     QSize sizeHint() const override;
 
+signals:
+    // Operations were deleted: the balances shown elsewhere are out of date.
+    void moneyChanged();
+
 protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildFields();

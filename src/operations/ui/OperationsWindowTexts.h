@@ -20,6 +20,11 @@ inline constexpr char badAmount[] = "Сумма указана неверно: �
 inline constexpr char summary[] = "Операций: %1    Сумма: %2";
 inline constexpr char exportCsv[] = "Экспорт в CSV…";
 inline constexpr char close[] = "Закрыть";
+inline constexpr char deleteChosen[] = "Удалить";
+// How many operations are chosen and the sum of their changes of money.
+inline constexpr char deleteQuestion[] =
+    "Удалить выбранные операции (%1) на сумму %2?\r\nДеньги в банке и в кошельках изменятся так, как будто "
+    "этих операций не было. Копия файла до удаления сохраняется.";
 inline constexpr char exportTitle[] = "Сохранить список операций";
 inline constexpr char exportFilter[] = "Файлы CSV (*.csv)";
 inline constexpr char exportFileName[] = "операции.csv";
