@@ -44,6 +44,8 @@ const char* whyText(CopyReason reason)
         return texts::copyPurseDeletion;
     case CopyReason::AccountDeletion:
         return texts::copyAccountDeletion;
+    case CopyReason::Correction:
+        return texts::copyCorrection;
     }
     return texts::copyDayStart;
 }

@@ -26,6 +26,7 @@ enum class CopyReason
     ExpenseMove,
     PurseDeletion,
     AccountDeletion,
+    Correction,
 };
 
 // One automatic copy as the list of copies shows it.

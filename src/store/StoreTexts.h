@@ -52,6 +52,7 @@ inline constexpr char copyOperationDeletion[] = "перед удалением �
 inline constexpr char copyExpenseMove[] = "перед переносом расходов";
 inline constexpr char copyPurseDeletion[] = "перед удалением кошелька";
 inline constexpr char copyAccountDeletion[] = "перед удалением счета";
+inline constexpr char copyCorrection[] = "перед исправлением операции";
 // The first start in a folder without a data file: %1 is the folder or the
 // file, %2 the cause.
 inline constexpr char folderUncreatable[] = "Не удалось создать папку данных %1: %2.";

@@ -4,6 +4,7 @@
 // was booked meanwhile when it is active again, and closes with Esc.
 #include "WindowDriver.h"
 #include "operations/OperationTableModel.h"
+#include "operations/ui/CorrectionDialog.h"
 #include "operations/ui/OperationsWindow.h"
 #include "store/Schema.h"
 
@@ -11,6 +12,7 @@
 #include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QRegularExpression>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -104,6 +106,7 @@ private slots:
     void sortingAndExport();
     void openingReloadingAndClosing();
     void deletingChosenOperations();
+    void correctingOperations();
 };
 
 void OperationsTest::filters_data()
@@ -258,6 +261,60 @@ void OperationsTest::deletingChosenOperations()
     const QStringList copies = QDir(w.folder().path() + "/" + store::kCopiesFolderName).entryList({"*.mdb"});
     QCOMPARE(copies.size(), 1);
     QVERIFY(copies.front().endsWith("перед-удалением-операции.mdb"));
+}
+
+// A correction keeps the number and moves the money as a deletion and a new
+// operation would; a wrong field is said and asked again; Cancel writes nothing.
+void OperationsTest::correctingOperations()
+{
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    w.main().click("OperationsButton");
+    auto* list = window(w)->findChild<QTableView*>("OperationList");
+    QString bankAmountShown;
+    QList<std::function<bool(const Form&)>> edits{
+        [](const Form&) { return false; }, // Cancel
+        [](const Form& f) {
+            f.enter("CorrectAmount", "сто");
+            return true;
+        },
+        [](const Form& f) {
+            f.enter("CorrectAmount", "120,5");
+            f.enter("CorrectDate", "06.03.2026");
+            f.choose("CorrectAccount", "3 - Питание");
+            f.choose("CorrectPurse", "1 - Наличные");
+            f.enter("CorrectName", "Телефон и интернет");
+            return true;
+        },
+        [&](const Form& f) { // the withdrawal of 200 becomes a deposit of 500
+            bankAmountShown = f.text("CorrectAmount");
+            f.enter("CorrectAmount", "500");
+            return true;
+        }};
+    window(w)->setCorrectionEditor(
+        [&](operations::CorrectionDialog& dialog) { return edits.takeFirst()(Form(&dialog)); });
+    list->setCurrentIndex(list->model()->index(0, 0)); // "Расход 3": 300 from purse 2 to account 10
+    QTest::keyClick(list, Qt::Key_Return);
+    w.expect({}, false);
+    Form(window(w)).click("CorrectButton");
+    w.expect({"Ошибка: Необходимо вводить число!"}, true);
+    QCOMPARE(w.rows("Bills").last(),
+             QString("3 | 2026-03-06 | 3 | 120.5 | Телефон и интернет | за ЕЛКУ | 1"));
+    QStringList purses = w.rows("Purse");
+    purses.sort(); // a purse's row is written anew
+    QCOMPARE(purses, QStringList({"1 | -120.5", "2 | 300"}));
+    list->setCurrentIndex(list->model()->index(1, 0)); // "Снятие 2" under "Расход 3" of the 6th
+    QCOMPARE(window(w)->model().text(1, OperationTableModel::Number), QString("2"));
+    QTest::keyClick(list, Qt::Key_Return);
+    QCOMPARE(bankAmountShown, QString("-200"));
+    QCOMPARE(w.rows("Bank").filter(QRegularExpression("^2 ")),
+             QStringList{"2 | 2026-03-05 | 500 | Снятие наличных"});
+    // Whole money: 299,76 + 300 - 120,5 + 200 + 500.
+    QCOMPARE(w.rows("Tech").filter("OSTATOK"), QStringList{"OSTATOK | NULL | 1179.26 | NULL"});
+    QCOMPARE(w.main().text("T11"), QString("999,76 р."));
+    const QStringList copies = QDir(w.folder().path() + "/" + store::kCopiesFolderName).entryList({"*.mdb"});
+    QCOMPARE(copies.filter("перед-исправлением-операции").size(), 2);
+    QVERIFY(edits.isEmpty());
 }
 
 QTEST_MAIN(OperationsTest)

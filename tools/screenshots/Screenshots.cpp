@@ -12,6 +12,8 @@
 #include "app/MainWindow.h"
 #include "charts/ui/ChartsWindow.h"
 #include "jet/Writer.h"
+#include "operations/OperationTableModel.h"
+#include "operations/ui/CorrectionDialog.h"
 #include "operations/ui/OperationsWindow.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Schema.h"
@@ -134,6 +136,11 @@ bool operationsWindowPictures(app::Frame& frame, const QDir& output)
     bool ok = save(window->parentWidget(), output, "operations-window.png");
     type(window, "SearchText", "хлеб");
     ok = save(window->parentWidget(), output, "operations-window-search.png") && ok;
+    const operations::OperationTableModel& list = frame.operationsWindow()->model();
+    operations::CorrectionDialog correction(list.operation(0), list.journal(), window);
+    correction.show();
+    ok = save(&correction, output, "operations-correction.png") && ok;
+    correction.close();
     window->parentWidget()->close();
     return ok;
 }

@@ -2,11 +2,15 @@
 
 #include "OperationsWindowTexts.h"
 
+#include "CorrectionDialog.h"
+
+#include "operations/Correction.h"
 #include "operations/Deletion.h"
 #include "operations/OperationTableModel.h"
 #include "operations/OperationsCsv.h"
 #include "store/AtomicFile.h"
 #include "store/CatalogueEntry.h"
+#include "store/Dates.h"
 #include "store/FailureCause.h"
 #include "ui/Dialogs.h"
 #include "ui/ScreenFit.h"
@@ -91,6 +95,7 @@ OperationsWindow::OperationsWindow(store::Store& store, ui::Dialogs& dialogs, QW
         dialog.setOption(QFileDialog::DontUseNativeDialog); // Russian on every desktop
         return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
     };
+    m_editCorrection = [](CorrectionDialog& dialog) { return dialog.exec() == QDialog::Accepted; };
     buildFields();
 }
 
@@ -188,17 +193,21 @@ void OperationsWindow::buildFields()
     bottom->addWidget(m_summary, 1);
     auto* exportButton = new QPushButton(tr8(texts::exportCsv), this);
     exportButton->setObjectName(QStringLiteral("ExportButton"));
+    auto* correctButton = new QPushButton(tr8(texts::correctChosen), this);
+    correctButton->setObjectName(QStringLiteral("CorrectButton"));
     auto* deleteButton = new QPushButton(tr8(texts::deleteChosen), this);
     deleteButton->setObjectName(QStringLiteral("DeleteButton"));
     auto* closeButton = new QPushButton(tr8(texts::close), this);
     closeButton->setObjectName(QStringLiteral("CloseButton"));
+    bottom->addWidget(correctButton);
     bottom->addWidget(deleteButton);
     bottom->addWidget(exportButton);
     bottom->addWidget(closeButton);
     grid->addLayout(bottom, 3, 0, 1, 11);
 
-    const QList<QWidget*> order{m_from,    m_to,   m_kind, m_account,    m_purse,      m_smallest,
-                                m_largest, m_text, m_list, deleteButton, exportButton, closeButton};
+    const QList<QWidget*> order{m_from,       m_to,         m_kind,     m_account, m_purse,
+                                m_smallest,   m_largest,    m_text,     m_list,    correctButton,
+                                deleteButton, exportButton, closeButton};
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
 
@@ -210,7 +219,9 @@ void OperationsWindow::buildFields()
         connect(field, &QLineEdit::textChanged, this, &OperationsWindow::applyFilter);
     connect(exportButton, &QPushButton::clicked, this, &OperationsWindow::exportCsv);
     connect(deleteButton, &QPushButton::clicked, this, &OperationsWindow::deleteChosen);
-    m_list->installEventFilter(this); // the Delete key deletes the chosen rows
+    connect(correctButton, &QPushButton::clicked, this, &OperationsWindow::correctCurrent);
+    connect(m_list, &QTableView::doubleClicked, this, &OperationsWindow::correctCurrent);
+    m_list->installEventFilter(this); // Enter corrects the current row, Delete deletes the chosen ones
     connect(closeButton, &QPushButton::clicked, this, [this] {
         if (auto* holder = qobject_cast<QMdiSubWindow*>(parentWidget()))
             holder->close();
@@ -313,11 +324,41 @@ void OperationsWindow::deleteChosen()
         emit moneyChanged();
 }
 
+void OperationsWindow::correctCurrent()
+{
+    const QModelIndex current = m_list->currentIndex();
+    if (!current.isValid())
+        return;
+    const Operation old = m_model->operation(current.row());
+    CorrectionDialog dialog(old, m_model->journal(), this);
+    while (m_editCorrection(dialog)) {
+        const std::optional<store::Amount> amount = store::Amount::parse(dialog.amountText());
+        const std::optional<QDate> date = store::parseDate(dialog.dateText());
+        if (!amount || !date) {
+            m_dialogs.error(tr8(amount ? ui::texts::mustBeValidDate : ui::texts::mustBeNumber));
+            continue;
+        }
+        const store::Outcome outcome = correctOperation(m_store, old, dialog.corrected(*date, *amount));
+        if (!outcome && !outcome.isRefused())
+            return; // the store has said why
+        if (m_dialogs.report(outcome)) {
+            reload();
+            emit moneyChanged();
+            return;
+        }
+    }
+}
+
 bool OperationsWindow::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_list && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-        deleteChosen();
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Delete)
+            deleteChosen();
+        else if (key == Qt::Key_Return || key == Qt::Key_Enter)
+            correctCurrent();
+        else
+            return QWidget::eventFilter(watched, event);
         return true;
     }
     return QWidget::eventFilter(watched, event);

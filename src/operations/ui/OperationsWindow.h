@@ -21,6 +21,7 @@ class Dialogs;
 
 namespace operations {
 
+class CorrectionDialog;
 class OperationTableModel;
 
 // "Операции": every bank operation and expense in one list, newest first,
@@ -35,6 +36,8 @@ class OperationsWindow : public QWidget
 public:
     // Asks where to save the export; an empty path when the user cancelled.
     using SavePathQuestion = std::function<QString(const QString& suggested)>;
+    // Lets the user edit the correction's fields; false when cancelled.
+    using CorrectionEditor = std::function<bool(CorrectionDialog& dialog)>;
 
     OperationsWindow(store::Store& store, ui::Dialogs& dialogs, QWidget* parent = nullptr);
     ~OperationsWindow() override;
@@ -46,16 +49,20 @@ public:
     Filter filter() const;
     const OperationTableModel& model() const { return *m_model; }
     void setSavePathQuestion(SavePathQuestion question) { m_askSavePath = std::move(question); }
+    void setCorrectionEditor(CorrectionEditor editor) { m_editCorrection = std::move(editor); }
 
     // Saves the rows shown as CSV, asking where.
     void exportCsv();
     // Deletes the chosen rows after one confirmation.
     void deleteChosen();
+    // Corrects the current row through the correction dialog, asked again
+    // after a wrong or refused field until it is done or cancelled.
+    void correctCurrent();
 
     QSize sizeHint() const override;
 
 signals:
-    // Operations were deleted: the balances shown elsewhere are out of date.
+    // Operations were deleted or corrected: the balances shown elsewhere are out of date.
     void moneyChanged();
 
 protected:
@@ -72,6 +79,7 @@ private:
     ui::Dialogs& m_dialogs;
     OperationTableModel* m_model;
     SavePathQuestion m_askSavePath;
+    CorrectionEditor m_editCorrection;
     QDateEdit* m_from = nullptr;
     QDateEdit* m_to = nullptr;
     QComboBox* m_kind = nullptr;

@@ -21,6 +21,16 @@ inline constexpr char summary[] = "Операций: %1    Сумма: %2";
 inline constexpr char exportCsv[] = "Экспорт в CSV…";
 inline constexpr char close[] = "Закрыть";
 inline constexpr char deleteChosen[] = "Удалить";
+inline constexpr char correctChosen[] = "Исправить…";
+inline constexpr char correctionTitle[] = "Исправление операции N %1";
+inline constexpr char correctionDate[] = "Дата";
+inline constexpr char correctionAmount[] = "Сумма";
+inline constexpr char correctionBankAmountHint[] = "со знаком минус, если деньги сняты";
+inline constexpr char correctionComment[] = "Комментарий";
+inline constexpr char correctionName[] = "Наименование";
+inline constexpr char correctionNote[] = "Примечание";
+inline constexpr char correctionDo[] = "Исправить";
+inline constexpr char correctionCancel[] = "Отмена";
 // How many operations are chosen and the sum of their changes of money.
 inline constexpr char deleteQuestion[] =
     "Удалить выбранные операции (%1) на сумму %2?\r\nДеньги в банке и в кошельках изменятся так, как будто "
