@@ -70,6 +70,7 @@ void CopiesTest::rotation_data()
     QTest::newRow("two weeks all kept") << QList<int>{0, 0, 1, 13, 14} << 200 << QList<int>{};
     QTest::newRow("older: newest of each month")
         << QList<int>{15, 16, 40, 41, 300} << 200 << QList<int>{1, 3};
+    QTest::newRow("a year ago to the day: still its month's") << QList<int>{365, 630} << 200 << QList<int>{};
     QTest::newRow("over a year: newest of each year")
         << QList<int>{400, 420, 800, 1200, 1300} << 200 << QList<int>{1, 4};
     QTest::newRow("size: the oldest go first") << QList<int>{0, 1, 2, 3} << 2 << QList<int>{2, 3};
