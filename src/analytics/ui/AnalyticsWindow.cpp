@@ -6,6 +6,7 @@
 #include "analytics/DetailTableModel.h"
 #include "analytics/YearTableModel.h"
 #include "ui/CatalogueList.h"
+#include "ui/CloseWindow.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
 #include "ui/FittedFigures.h"
@@ -13,7 +14,6 @@
 #include "ui_AnalyticsWindow.h"
 
 #include <QHeaderView>
-#include <QMdiSubWindow>
 
 namespace analytics {
 
@@ -60,7 +60,7 @@ AnalyticsWindow::AnalyticsWindow(store::Store& store, ui::Dialogs& dialogs, ui::
     connect(m_ui->B1, &QPushButton::clicked, this, &AnalyticsWindow::onRecalculateClicked);
     connect(m_ui->B2, &QPushButton::clicked, this, &AnalyticsWindow::onIncomeReportClicked);
     connect(m_ui->B3, &QPushButton::clicked, this, &AnalyticsWindow::onExpenseReportClicked);
-    connect(m_ui->B4, &QPushButton::clicked, this, &AnalyticsWindow::closeWindow);
+    connect(m_ui->B4, &QPushButton::clicked, this, [this] { ui::closeWindow(this); });
     connect(m_ui->O1, &QRadioButton::toggled, this, &AnalyticsWindow::switchReportButtons);
     // Month, year and account all end in "Пересчитать".
     auto* enter = new ui::EnterKeys(this);
@@ -246,14 +246,6 @@ QSize AnalyticsWindow::sizeHint() const
 {
     // Fits the frame beside the main window's position; the grids scroll.
     return minimumSizeHint().expandedTo(QSize(860, 640));
-}
-
-void AnalyticsWindow::closeWindow()
-{
-    if (auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget()))
-        sub->close();
-    else
-        close();
 }
 
 } // namespace analytics

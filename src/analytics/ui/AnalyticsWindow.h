@@ -82,7 +82,6 @@ private:
     int widestAmount() const;
     int widestPurse() const;
     void showReport();
-    void closeWindow();
 
     std::unique_ptr<Ui::AnalyticsWindow> m_ui;
     store::Store& m_store;

@@ -12,6 +12,7 @@
 #include "store/CatalogueEntry.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
+#include "ui/CloseWindow.h"
 #include "ui/Dialogs.h"
 #include "ui/ScreenFit.h"
 #include "ui/TextColumns.h"
@@ -28,7 +29,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QTableView>
 
@@ -222,12 +222,7 @@ void OperationsWindow::buildFields()
     connect(correctButton, &QPushButton::clicked, this, &OperationsWindow::correctCurrent);
     connect(m_list, &QTableView::doubleClicked, this, &OperationsWindow::correctCurrent);
     m_list->installEventFilter(this); // Enter corrects the current row, Delete deletes the chosen ones
-    connect(closeButton, &QPushButton::clicked, this, [this] {
-        if (auto* holder = qobject_cast<QMdiSubWindow*>(parentWidget()))
-            holder->close();
-        else
-            close();
-    });
+    connect(closeButton, &QPushButton::clicked, this, [this] { ui::closeWindow(this); });
 }
 
 void OperationsWindow::fillCatalogue(QComboBox* list, const QHash<std::int32_t, QString>& names)

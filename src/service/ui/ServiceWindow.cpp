@@ -6,13 +6,13 @@
 #include "store/Dates.h"
 #include "store/TextLimit.h"
 #include "ui/CatalogueList.h"
+#include "ui/CloseWindow.h"
 #include "ui/Dialogs.h"
 #include "ui/EnterKeys.h"
 #include "ui/UiTexts.h"
 #include "ui_ServiceWindow.h"
 
 #include <QDir>
-#include <QMdiSubWindow>
 #include <QStyle>
 
 namespace service {
@@ -344,10 +344,7 @@ QString ServiceWindow::describe(const OperationDeletion::Operation& operation)
 
 void ServiceWindow::onCloseClicked() // B1 "Закрыть"
 {
-    if (auto* holder = qobject_cast<QMdiSubWindow*>(parentWidget()))
-        holder->close();
-    else
-        close();
+    ui::closeWindow(this);
 }
 
 void ServiceWindow::showError(const QString& message)
