@@ -51,6 +51,15 @@ QString kindText(Operation::Kind kind)
     return {};
 }
 
+std::vector<std::pair<std::int32_t, QString>> catalogueEntries(const QHash<std::int32_t, QString>& names)
+{
+    std::vector<std::pair<std::int32_t, QString>> entries;
+    for (auto it = names.cbegin(); it != names.cend(); ++it)
+        entries.emplace_back(it.key(), store::CatalogueEntry::format(it.key(), it.value()));
+    std::ranges::sort(entries, {}, &std::pair<std::int32_t, QString>::first);
+    return entries;
+}
+
 QString Journal::accountName(const Operation& operation) const
 {
     return operation.kind == Operation::Kind::Expense ? named(accounts, operation.account) : QString();

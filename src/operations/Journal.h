@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace store {
@@ -64,5 +65,8 @@ struct Journal
 };
 
 QString kindText(Operation::Kind kind);
+
+// A catalogue's entries as lists show them ("3 - Питание"), with their codes, in code order.
+std::vector<std::pair<std::int32_t, QString>> catalogueEntries(const QHash<std::int32_t, QString>& names);
 
 } // namespace operations

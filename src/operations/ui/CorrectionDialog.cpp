@@ -2,15 +2,11 @@
 
 #include "OperationsWindowTexts.h"
 
-#include "store/CatalogueEntry.h"
-
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPushButton>
-
-#include <algorithm>
 
 namespace operations {
 
@@ -72,13 +68,12 @@ QComboBox* CorrectionDialog::catalogueList(const char* name, const QHash<std::in
 {
     auto* list = new QComboBox(this);
     list->setObjectName(QString::fromLatin1(name));
-    std::vector<std::int32_t> codes(names.keyBegin(), names.keyEnd());
     // An account or purse that has left the catalogue stays choosable by its code.
-    if (!names.contains(current))
-        codes.push_back(current);
-    std::ranges::sort(codes);
-    for (const std::int32_t code : codes)
-        list->addItem(store::CatalogueEntry::format(code, names.value(code)), code);
+    QHash<std::int32_t, QString> choosable = names;
+    if (!choosable.contains(current))
+        choosable.insert(current, QString());
+    for (const auto& [code, entry] : catalogueEntries(choosable))
+        list->addItem(entry, code);
     list->setCurrentIndex(list->findData(current));
     return list;
 }

@@ -9,7 +9,6 @@
 #include "operations/OperationTableModel.h"
 #include "operations/OperationsCsv.h"
 #include "store/AtomicFile.h"
-#include "store/CatalogueEntry.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
 #include "ui/CloseWindow.h"
@@ -70,15 +69,18 @@ template <typename T> std::optional<T> chosen(const QComboBox* list)
     return data.isValid() ? std::optional(static_cast<T>(data.toInt())) : std::nullopt;
 }
 
-// A typed bound; an empty field is no bound, a wrong one is marked and left out.
-std::optional<store::Amount> amountBound(QLineEdit* field, bool& wrong)
+// A typed bound; an empty or wrong field is no bound.
+std::optional<store::Amount> amountBound(const QLineEdit* field)
 {
-    const QString typed = field->text().trimmed();
-    const std::optional<store::Amount> amount = typed.isEmpty() ? std::nullopt : store::Amount::parse(typed);
-    const bool bad = !typed.isEmpty() && !amount;
-    field->setStyleSheet(bad ? QStringLiteral("QLineEdit { border: 1px solid #c00000; }") : QString());
-    wrong = wrong || bad;
-    return amount;
+    return store::Amount::parse(field->text());
+}
+
+// Outlines the field when it holds text that is no amount; true then.
+bool markedWrong(QLineEdit* field)
+{
+    const bool wrong = !field->text().trimmed().isEmpty() && !amountBound(field);
+    field->setStyleSheet(wrong ? QStringLiteral("QLineEdit { border: 1px solid #c00000; }") : QString());
+    return wrong;
 }
 
 } // namespace
@@ -231,10 +233,8 @@ void OperationsWindow::fillCatalogue(QComboBox* list, const QHash<std::int32_t, 
     const QSignalBlocker quiet(list);
     list->clear();
     list->addItem(tr8(texts::anyValue));
-    std::vector<std::int32_t> codes(names.keyBegin(), names.keyEnd());
-    std::ranges::sort(codes);
-    for (const std::int32_t code : codes)
-        list->addItem(store::CatalogueEntry::format(code, names.value(code)), code);
+    for (const auto& [code, entry] : catalogueEntries(names))
+        list->addItem(entry, code);
     list->setCurrentIndex(std::max(0, list->findData(kept)));
 }
 
@@ -260,9 +260,8 @@ Filter OperationsWindow::filter() const
     f.kind = chosen<Operation::Kind>(m_kind);
     f.account = chosen<std::int32_t>(m_account);
     f.purse = chosen<std::int32_t>(m_purse);
-    bool wrong = false;
-    f.smallest = amountBound(m_smallest, wrong);
-    f.largest = amountBound(m_largest, wrong);
+    f.smallest = amountBound(m_smallest);
+    f.largest = amountBound(m_largest);
     f.text = m_text->text();
     return f;
 }
@@ -275,7 +274,7 @@ void OperationsWindow::applyFilter()
 
 void OperationsWindow::showSummary()
 {
-    const bool wrong = !m_smallest->styleSheet().isEmpty() || !m_largest->styleSheet().isEmpty();
+    const bool wrong = markedWrong(m_smallest) | markedWrong(m_largest); // both fields marked
     const Selection& shown = m_model->selection();
     QString text = tr8(texts::summary).arg(shown.rows.size()).arg(shown.sum.toBalanceString());
     if (wrong)
