@@ -54,6 +54,17 @@ std::vector<jet::Table> schemaTables()
     };
 }
 
+// Trash: F0 the entry's number, F1 when it was put in, F2 the action that put
+// it in (the number of that action's first entry), F3 the table the operation
+// came from, F4 why it was put in, F5 to F11 the operation's row: its number,
+// date, amount, account, comment or name, note and purse.
+std::vector<jet::Table> tablesMadeOnFirstUse()
+{
+    return {table(kTrashTable, {longColumn(u"F0", true), date(u"F1"), longColumn(u"F2"), text(u"F3", 50),
+                                text(u"F4", 50), longColumn(u"F5"), date(u"F6"), money(u"F7"),
+                                longColumn(u"F8"), text(u"F9"), text(u"F10"), longColumn(u"F11")})};
+}
+
 jet::Database preparedDatabase(double creationDate)
 {
     jet::Database db;

@@ -17,6 +17,13 @@ inline constexpr char kCopiesFolderName[] = "velmora_backups";
 // Table definitions without rows, in the order they are written to the file.
 std::vector<jet::Table> schemaTables();
 
+// The trash of deleted and corrected operations, kept for a while so that
+// they can be put back. A data file gets it only when the first row is put
+// in; until then the file keeps the eight tables it had.
+inline constexpr char16_t kTrashTable[] = u"Trash";
+// The tables a data file gets only with their first row, without rows.
+std::vector<jet::Table> tablesMadeOnFirstUse();
+
 // The prepared empty data file: the tables, Tech rows OSTATOK (0) and BACKUP
 // (no date), Cur rows 2 and 3 (rate 0) and Mon rows 1-12 with the Russian
 // month names. `creationDate` is a Jet date.

@@ -80,6 +80,10 @@ SqliteImage::~SqliteImage()
 void SqliteImage::load(jet::Database database)
 {
     database.version = jet::Version::Jet4; // what a save writes
+    m_fileTables = database.tables.size();
+    for (jet::Table& table : tablesMadeOnFirstUse())
+        if (!database.table(table.name))
+            database.tables.push_back(std::move(table));
     m_columns = ColumnMapping(database);
     m_columns.toStore(database);
     sql::registerFunctions(m_db.getHandle());
@@ -183,27 +187,23 @@ const NextFile& SqliteImage::nextFile()
 {
     m_next.reset();
     m_nextRowids.assign(m_shape.tables.size(), std::nullopt);
-    if (m_file && m_file->canChangeRows()) {
+    m_nextFileTables = m_fileTables;
+    for (std::size_t i = m_fileTables; i < m_shape.tables.size(); ++i)
+        if (hasRows(i))
+            m_nextFileTables = m_shape.tables.size();
+    if (m_file && m_file->canChangeRows() && m_nextFileTables == m_fileTables) {
         m_next.emplace(*m_file, changes());
         return *m_next;
     }
-    jet::Database contents;
-    contents.version = m_shape.version;
-    contents.password = m_shape.password;
-    contents.creationDate = m_shape.creationDate;
-    contents.codePage = m_shape.codePage;
-    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
-        contents.tables.push_back(dumpTable(m_shape.tables[i], &m_nextRowids[i].emplace()));
-        m_columns.toFile(i, contents.tables.back(), *m_nextRowids[i]);
-    }
+    jet::Database contents = dump(&m_nextRowids);
     m_next.emplace(std::move(contents));
     return *m_next;
 }
 
 std::vector<jet::TableChanges> SqliteImage::changes()
 {
-    std::vector<jet::TableChanges> result(m_shape.tables.size());
-    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
+    std::vector<jet::TableChanges> result(m_fileTables);
+    for (std::size_t i = 0; i < m_fileTables; ++i) {
         const jet::Table& shape = m_shape.tables[i];
         const std::vector<WrittenTables::RowWrite> writes = m_written->rowsWritten(i);
         if (!writes.empty() || !m_written->rowsKnown(i) || m_written->deletedFrom(i)) {
@@ -217,7 +217,7 @@ std::vector<jet::TableChanges> SqliteImage::changes()
     return result;
 }
 
-jet::Database SqliteImage::dump() const
+jet::Database SqliteImage::dump(std::vector<std::optional<std::vector<std::int64_t>>>* rowids) const
 {
     jet::Database result;
     result.version = m_shape.version;
@@ -225,11 +225,24 @@ jet::Database SqliteImage::dump() const
     result.creationDate = m_shape.creationDate;
     result.codePage = m_shape.codePage;
     for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
-        std::vector<std::int64_t> rowids;
-        result.tables.push_back(dumpTable(m_shape.tables[i], &rowids));
-        m_columns.toFile(i, result.tables.back(), rowids);
+        if (!writes(i))
+            continue;
+        std::vector<std::int64_t> ids;
+        result.tables.push_back(dumpTable(m_shape.tables[i], &ids));
+        m_columns.toFile(i, result.tables.back(), ids);
+        if (rowids)
+            (*rowids)[i] = std::move(ids);
     }
     return result;
+}
+
+bool SqliteImage::hasRows(std::size_t table) const
+{
+    const RawStatement any = prepareRaw(m_db.getHandle(), "SELECT EXISTS (SELECT 1 FROM " +
+                                                              tableName(m_shape.tables[table]) + ")");
+    if (sqlite3_step(any.get()) != SQLITE_ROW)
+        throw SQLite::Exception(m_db.getHandle(), sqlite3_errcode(m_db.getHandle()));
+    return sqlite3_column_int(any.get(), 0) != 0;
 }
 
 jet::Table SqliteImage::dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids) const
@@ -294,6 +307,7 @@ std::optional<jet::FileImage> SqliteImage::commit()
         jet::FileImage written = std::move(*m_next).takeFile();
         m_next.reset();
         replaced = std::exchange(m_file, std::move(written));
+        m_fileTables = m_nextFileTables;
         for (std::size_t i = 0; i < m_nextRowids.size(); ++i)
             if (m_nextRowids[i])
                 m_rowids[i] = std::move(*m_nextRowids[i]);

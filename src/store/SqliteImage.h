@@ -25,7 +25,9 @@ namespace store {
 // store's own kinds whatever kinds the file keeps them in. It also keeps the last file
 // it read or wrote, when that file is known to decode to what SQLite held
 // then, so that the next file is written from it: only rows a transaction
-// wrote are read back from SQLite and encoded.
+// wrote are read back from SQLite and encoded. The tables made on first use
+// (Schema.h) that the file lacks are there too, empty; they go into the
+// file, all together, with the first row any of them gets.
 class SqliteImage
 {
 public:
@@ -44,8 +46,9 @@ public:
     // counters. Valid until commit() or rollback(). Throws jet::Error for a
     // value that cannot be stored, SQLite::Exception for an engine error.
     const NextFile& nextFile();
-    // Every table read back from SQLite.
-    jet::Database dump() const;
+    // Every table the next file would hold, read back from SQLite; with the
+    // row ids of each table's rows, in file order, when asked for.
+    jet::Database dump(std::vector<std::optional<std::vector<std::int64_t>>>* rowids = nullptr) const;
     // The last file, known to decode to what SQLite held when it was read or
     // written; null when there is none.
     const jet::FileImage* lastFile() const { return m_file ? &*m_file : nullptr; }
@@ -78,8 +81,14 @@ private:
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
     std::vector<jet::TableChanges> changes();
+    bool hasRows(std::size_t table) const;
+    // Whether the next file holds table number `table`.
+    bool writes(std::size_t table) const { return table < m_fileTables || hasRows(table); }
 
     jet::Database m_shape; // the tables without rows, as the store keeps them
+    // The first tables of m_shape, those the file has; the others are made on first use.
+    std::size_t m_fileTables = 0;
+    std::size_t m_nextFileTables = 0; // of nextFile()
     ColumnMapping m_columns;
     // The last file, and the row ids of its rows per table in file order;
     // none when it is not known to match SQLite's committed contents.

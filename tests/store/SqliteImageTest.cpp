@@ -82,7 +82,11 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         "UPDATE Bank SET rowid = rowid + 100000 WHERE F0 = (SELECT min(F0) FROM Bank)",
         "UPDATE Bank SET F0 = F0 + 1000 WHERE rowid = (SELECT max(rowid) FROM Bank)",
         "UPDATE Tech SET F2 = F2 + ?1 WHERE F0 = 'OSTATOK'",
+        // The trash: the file gets the table with its first row, then keeps it.
+        "INSERT INTO Trash (F1, F3, F4, F5) VALUES ('2026-01-05 10:00:00', 'Bank', 'удалена', ?1)",
+        "DELETE FROM Trash WHERE F5 % 3 = ?1 % 3",
     };
+    EXPECT_EQ(image.dump().table(u"Trash"), nullptr);
     std::mt19937 random(2031);
     for (int step = 0; step < 80; ++step) {
         image.begin();
@@ -93,6 +97,7 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         EXPECT_TRUE(std::ranges::equal(next.bytes(), jet::encodeDatabase(image.dump()))) << "step " << step;
         random() % 4 ? (void)image.commit() : image.rollback();
     }
+    EXPECT_TRUE(image.lastFile() && image.dump().table(u"Trash"));
 }
 
 // Bytes SQLite holds that are not UTF-8 (a code point past U+10FFFF, a lead
