@@ -20,12 +20,14 @@ store::Outcome make(store::Store& store, const Operation& op)
 
 } // namespace
 
-store::Outcome correctOperation(store::Store& store, const Operation& old, const Operation& corrected)
+store::Result<std::int32_t> correctOperation(store::Store& store, const Operation& old,
+                                             const Operation& corrected)
 {
     store::Transaction tx(store);
     if (!store::Copies(store).before(store::CopyReason::Correction))
         return store::Outcome::notSaved();
-    if (store::Outcome deleted = deleteOperations(store, {old}); !deleted)
+    const store::Result<std::int32_t> deleted = deleteOperations(store, {old}, TrashReason::Corrected);
+    if (!deleted)
         return deleted;
     if (store::Outcome made = make(store, corrected); !made)
         return made;
@@ -34,7 +36,9 @@ store::Outcome correctOperation(store::Store& store, const Operation& old, const
         old.kind == Operation::Kind::Expense ? QStringLiteral("Bills") : QStringLiteral("Bank");
     tx.execute(QStringLiteral("UPDATE %1 SET F0 = ? WHERE F0 = (SELECT MAX(F0) FROM %1)").arg(table),
                {old.number});
-    return store::Outcome::committed(tx.commit());
+    if (!tx.commit())
+        return store::Outcome::notSaved();
+    return deleted.value();
 }
 
 } // namespace operations

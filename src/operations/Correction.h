@@ -16,7 +16,9 @@ namespace operations {
 // checks and messages), in one transaction with one automatic copy before it.
 // For a bank operation the corrected amount is signed (a negative one is a
 // withdrawal); for an expense it is the amount spent. Nothing is written when
-// any step is refused.
-store::Outcome correctOperation(store::Store& store, const Operation& old, const Operation& corrected);
+// any step is refused. The old operation is kept in the trash; hands back
+// the action's number there.
+store::Result<std::int32_t> correctOperation(store::Store& store, const Operation& old,
+                                             const Operation& corrected);
 
 } // namespace operations

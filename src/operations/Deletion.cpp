@@ -1,22 +1,31 @@
 #include "Deletion.h"
 
 #include "service/OperationDeletion.h"
+#include "store/Copies.h"
 #include "store/Transaction.h"
 
 namespace operations {
 
-store::Outcome deleteOperations(store::Store& store, const std::vector<Operation>& chosen)
+store::Result<std::int32_t> deleteOperations(store::Store& store, const std::vector<Operation>& chosen,
+                                             TrashReason reason)
 {
     store::Transaction tx(store);
+    if (!store::Copies(store).before(store::CopyReason::OperationDeletion))
+        return store::Outcome::notSaved();
+    TrashAction trash(tx, reason);
     service::OperationDeletion deletion(store);
     for (const Operation& operation : chosen) {
+        trash.keep(operation.kind, operation.number);
         store::Outcome outcome = operation.kind == Operation::Kind::Expense
                                      ? deletion.deleteExpense(operation.number)
                                      : deletion.deleteBankOperation(operation.number);
         if (!outcome)
             return outcome; // leaving without commit rolls every step back
     }
-    return store::Outcome::committed(tx.commit());
+    const std::int32_t action = trash.finish();
+    if (!tx.commit())
+        return store::Outcome::notSaved();
+    return action;
 }
 
 } // namespace operations

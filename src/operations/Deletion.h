@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Journal.h"
+#include "Trash.h"
 
 #include "store/Outcome.h"
 
@@ -12,10 +13,12 @@ class Store;
 
 namespace operations {
 
-// Deletes the chosen operations together: each undoes its effect on the
-// money as the service window's deletion does, all in one transaction with
-// one automatic copy before it. When one of them cannot be deleted (a figure
-// would leave the money columns' range) none is, and the refusal is returned.
-store::Outcome deleteOperations(store::Store& store, const std::vector<Operation>& chosen);
+// Deletes the chosen operations together: each is kept in the trash and
+// undoes its effect on the money as the service window's deletion does, all
+// in one transaction with one automatic copy before it. When one of them
+// cannot be deleted (a figure would leave the money columns' range) none is,
+// and the refusal is returned. Hands back the action's number in the trash.
+store::Result<std::int32_t> deleteOperations(store::Store& store, const std::vector<Operation>& chosen,
+                                             TrashReason reason = TrashReason::Deleted);
 
 } // namespace operations

@@ -51,6 +51,11 @@ QString kindText(Operation::Kind kind)
     return {};
 }
 
+Operation::Kind bankKind(store::Amount amount)
+{
+    return amount.units() < 0 ? Operation::Kind::Withdrawal : Operation::Kind::Deposit;
+}
+
 std::vector<std::pair<std::int32_t, QString>> catalogueEntries(const QHash<std::int32_t, QString>& names)
 {
     std::vector<std::pair<std::int32_t, QString>> entries;
@@ -79,7 +84,7 @@ std::optional<Journal> Journal::read(store::Store& store)
     std::vector<Operation>& all = journal.operations;
     tx.forEachRow(QStringLiteral("SELECT F0, F1, F2, F3 FROM Bank"), {}, [&all](store::Row row) {
         const store::Amount amount = row.amount(2);
-        all.push_back({amount.units() < 0 ? Operation::Kind::Withdrawal : Operation::Kind::Deposit,
+        all.push_back({bankKind(amount),
                        static_cast<std::int32_t>(row.integer(0)),
                        row.date(1),
                        amount,

@@ -65,6 +65,8 @@ struct Journal
 };
 
 QString kindText(Operation::Kind kind);
+// A bank operation's kind by the sign of its stored amount.
+Operation::Kind bankKind(store::Amount amount);
 
 // A catalogue's entries as lists show them ("3 - Питание"), with their codes, in code order.
 std::vector<std::pair<std::int32_t, QString>> catalogueEntries(const QHash<std::int32_t, QString>& names);

@@ -16,7 +16,9 @@ const char* const kHeaders[] = {texts::columnDate,    texts::columnKind,  texts:
                                 texts::columnAccount, texts::columnName,  texts::columnNote,
                                 texts::columnPurse,   texts::columnNumber};
 
-QString cellText(const Journal& journal, const Operation& op, int column)
+} // namespace
+
+QString OperationTableModel::cellText(const Journal& journal, const Operation& op, int column)
 {
     switch (column) {
     case OperationTableModel::Date:
@@ -38,6 +40,8 @@ QString cellText(const Journal& journal, const Operation& op, int column)
     }
     return {};
 }
+
+namespace {
 
 // Orders two operations by a column that is not text.
 int compareValues(const Operation& a, const Operation& b, int column)
@@ -115,7 +119,12 @@ QVariant OperationTableModel::headerData(int section, Qt::Orientation orientatio
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= ColumnCount)
         return QAbstractTableModel::headerData(section, orientation, role);
-    return QString::fromUtf8(kHeaders[section]);
+    return headerText(section);
+}
+
+QString OperationTableModel::headerText(int column)
+{
+    return column >= 0 && column < ColumnCount ? QString::fromUtf8(kHeaders[column]) : QString();
 }
 
 void OperationTableModel::sort(int column, Qt::SortOrder order)

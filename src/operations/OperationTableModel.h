@@ -45,6 +45,9 @@ public:
 
     // The text of a cell as the list shows it.
     QString text(int row, int column) const;
+    static QString headerText(int column);
+    // The text of `operation` in `column`, its catalogue entries named by `journal`.
+    static QString cellText(const Journal& journal, const Operation& operation, int column);
 
 private:
     void applySort();

@@ -16,4 +16,10 @@ inline constexpr char columnNote[] = "Примечание";
 inline constexpr char columnPurse[] = "Кошелек";
 inline constexpr char columnNumber[] = "N операции";
 
+// Why an operation is in the trash, as the file keeps it and the trash shows it.
+inline constexpr char reasonDeleted[] = "удалена";
+inline constexpr char reasonCorrected[] = "исправлена";
+inline constexpr char reasonReplaced[] = "заменена";
+inline constexpr char nothingToUndo[] = "Отменять нечего: эти операции уже возвращены из корзины.";
+
 } // namespace operations::texts

@@ -46,6 +46,8 @@ const char* whyText(CopyReason reason)
         return texts::copyAccountDeletion;
     case CopyReason::Correction:
         return texts::copyCorrection;
+    case CopyReason::TrashReturn:
+        return texts::copyTrashReturn;
     }
     return texts::copyDayStart;
 }

@@ -27,6 +27,7 @@ enum class CopyReason
     PurseDeletion,
     AccountDeletion,
     Correction,
+    TrashReturn,
 };
 
 // One automatic copy as the list of copies shows it.

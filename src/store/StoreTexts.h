@@ -53,6 +53,7 @@ inline constexpr char copyExpenseMove[] = "перед переносом рас�
 inline constexpr char copyPurseDeletion[] = "перед удалением кошелька";
 inline constexpr char copyAccountDeletion[] = "перед удалением счета";
 inline constexpr char copyCorrection[] = "перед исправлением операции";
+inline constexpr char copyTrashReturn[] = "перед возвратом из корзины";
 // The first start in a folder without a data file: %1 is the folder or the
 // file, %2 the cause.
 inline constexpr char folderUncreatable[] = "Не удалось создать папку данных %1: %2.";

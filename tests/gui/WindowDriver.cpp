@@ -1,9 +1,14 @@
 #include "WindowDriver.h"
 
+#include "CsvExport.h"
 #include "LedgerFile.h"
+#include "jet/Reader.h"
+#include "store/Schema.h"
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
@@ -167,6 +172,25 @@ void WindowDriver::expect(const QStringList& boxes, bool written)
 QStringList WindowDriver::rows(const char* table) const
 {
     return fileRows(m_folder.path(), table);
+}
+
+// mdb-export prints each half of a character outside the Basic Multilingual
+// Plane as "?" and a text only up to a NUL in it.
+void expectMdbExportAgrees(const ProgramFolder& folder)
+{
+    const QByteArray bytes = folder.bytes();
+    const auto* data = reinterpret_cast<const std::uint8_t*>(bytes.constData());
+    static const QRegularExpression fromNul(QStringLiteral("\\x{0}(?:[^\"]|\"\")*"));
+    for (const jet::Table& table :
+         jet::readDatabase({data, static_cast<std::size_t>(bytes.size())}, store::kFilePassword).tables) {
+        QString ours = QString::fromStdString(velmora::exportCsv(table)).remove(fromNul);
+        for (QChar& c : ours)
+            c = c.isSurrogate() ? QChar(u'?') : c;
+        QProcess exporter;
+        exporter.start("mdb-export", {folder.dataFilePath(), QString::fromStdU16String(table.name)});
+        QVERIFY(exporter.waitForFinished(-1) && exporter.exitCode() == 0);
+        QCOMPARE(QString::fromUtf8(exporter.readAllStandardOutput()), ours);
+    }
 }
 
 } // namespace velmora::test

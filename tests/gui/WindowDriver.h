@@ -144,4 +144,8 @@ private:
     QByteArray m_before;
 };
 
+// Fails the test unless mdb-export reads every table of the folder's data
+// file as our reader does.
+void expectMdbExportAgrees(const ProgramFolder& folder);
+
 } // namespace velmora::test

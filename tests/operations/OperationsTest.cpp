@@ -2,11 +2,18 @@
 // and its count and sum; columns sort as a reader expects; the export reads
 // back as the list; the window opens by its button and Ctrl+F, shows what
 // was booked meanwhile when it is active again, and closes with Esc.
+// Deletions and corrections go to the trash and come back with their money
+// exactly, also in a long random run.
 #include "WindowDriver.h"
+#include "operations/Correction.h"
+#include "operations/Deletion.h"
 #include "operations/OperationTableModel.h"
+#include "operations/Trash.h"
 #include "operations/ui/CorrectionDialog.h"
 #include "operations/ui/OperationsWindow.h"
+#include "operations/ui/TrashDialog.h"
 #include "store/Schema.h"
+#include "store/Transaction.h"
 
 #include <QDateEdit>
 #include <QDir>
@@ -14,10 +21,12 @@
 #include <QMdiSubWindow>
 #include <QRegularExpression>
 #include <QTableView>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
+#include <random>
 
 using namespace velmora::test;
 using operations::OperationTableModel;
@@ -94,6 +103,59 @@ QList<QStringList> parseCsv(const QString& text)
     return rows;
 }
 
+void choose(QTableView* list, std::initializer_list<int> rows)
+{
+    for (const int row : rows)
+        list->selectionModel()->select(list->model()->index(row, 0),
+                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+// The rows of the trash without the moment each was put in.
+QStringList trashRows(const QStringList& rows)
+{
+    QStringList kept;
+    for (const QString& row : rows)
+        kept << row.section(" | ", 0, 0) + " | " + row.section(" | ", 2);
+    return kept;
+}
+
+// What the operations, the trash and the money hold, rows in number order.
+QStringList everything(const std::function<QStringList(const char*)>& rows)
+{
+    QStringList all;
+    for (const char* table : {"Bank", "Bills", "Purse", "Tech"}) {
+        QStringList sorted = rows(table);
+        std::ranges::sort(sorted, [](const QString& a, const QString& b) {
+            return a.section('|', 0, 0).trimmed().toLongLong() < b.section('|', 0, 0).trimmed().toLongLong();
+        });
+        all << table << sorted;
+    }
+    return all;
+}
+
+// The money a deletion, a correction and a return leave as they found it:
+// the stored balance less the bank rows plus the expenses, and each purse
+// plus the expenses paid from it.
+QStringList untouchedMoney(store::Store& s)
+{
+    store::Transaction tx(s);
+    store::WideAmount offset = tx.lookupAmount("Tech", "F2", "F0 = 'OSTATOK'");
+    std::map<qlonglong, store::WideAmount> purses;
+    for (const store::Row& row : tx.query("SELECT F0, F1 FROM Purse"))
+        purses[row.integer(0)] += row.amount(1);
+    for (const store::Row& row : tx.query("SELECT F2 FROM Bank"))
+        offset -= row.amount(0);
+    for (const store::Row& row : tx.query("SELECT F3, F6 FROM Bills")) {
+        offset += row.amount(0);
+        purses[row.integer(1)] += row.amount(0);
+    }
+    QStringList money{offset.toDisplayString()};
+    for (const auto& [code, sum] : purses)
+        money << QString::number(code) + ": " + sum.toDisplayString();
+    tx.commit();
+    return money;
+}
+
 } // namespace
 
 class OperationsTest : public QObject
@@ -107,6 +169,8 @@ private slots:
     void openingReloadingAndClosing();
     void deletingChosenOperations();
     void correctingOperations();
+    void trashUndoAndPrinting();
+    void randomDeletionsCorrectionsAndReturns();
 };
 
 void OperationsTest::filters_data()
@@ -315,6 +379,178 @@ void OperationsTest::correctingOperations()
     const QStringList copies = QDir(w.folder().path() + "/" + store::kCopiesFolderName).entryList({"*.mdb"});
     QCOMPARE(copies.filter("перед-исправлением-операции").size(), 2);
     QVERIFY(edits.isEmpty());
+}
+
+// The file keeps eight tables until the first deletion makes the trash, which
+// mdb-export reads; Ctrl+Z and "Восстановить" bring operations back with
+// their money exactly, a newer version going to the trash in place of the
+// one put back; the list prints as shown.
+void OperationsTest::trashUndoAndPrinting()
+{
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    const QStringList before = everything([&w](const char* t) { return w.rows(t); });
+    w.frame().activateWindow(); // keys reach the program only in its active window
+    QVERIFY(QTest::qWaitForWindowActive(&w.frame()));
+    w.main().click("OperationsButton");
+    const Form f(window(w));
+    auto* list = window(w)->findChild<QTableView*>("OperationList");
+    QVERIFY(!f.enabled("UndoButton"));
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, w.rows("Trash"));
+    choose(list, {0, 1}); // "Расход 3" and "Снятие 2"
+    w.dialogs.answer(ui::DialogAnswer::Yes);
+    f.click("DeleteButton");
+    w.newBoxes();
+    QCOMPARE(trashRows(w.rows("Trash")),
+             QStringList(
+                 {"1 | 1 | Bills | удалена | 3 | 2026-03-05 | 300 | 10 | Телефон | за ЕЛКУ | 2",
+                  "2 | 1 | Bank | удалена | 2 | 2026-03-05 | -200 | NULL | Снятие наличных | NULL | NULL"}));
+    expectMdbExportAgrees(w.folder());
+    QVERIFY(f.enabled("UndoButton"));
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Z, Qt::ControlModifier);
+    w.expect({}, true);
+    QCOMPARE(everything([&w](const char* t) { return w.rows(t); }), before);
+    QCOMPARE(w.rows("Trash"), QStringList());
+    QVERIFY(!f.enabled("UndoButton"));
+    QCOMPARE(window(w)->model().rowCount(), 6);
+
+    // A correction goes back through the trash; the corrected version takes its place there.
+    window(w)->setCorrectionEditor([](operations::CorrectionDialog& dialog) {
+        Form(&dialog).enter("CorrectAmount", "120,5");
+        return true;
+    });
+    list->setCurrentIndex(list->model()->index(0, 0));
+    QTest::keyClick(list, Qt::Key_Return);
+    QCOMPARE(trashRows(w.rows("Trash")).last(),
+             QString("3 | 3 | Bills | исправлена | 3 | 2026-03-05 | 300 | 10 | Телефон | за ЕЛКУ | 2"));
+    QStringList shownInTrash;
+    window(w)->setTrashViewer([&](operations::TrashDialog& dialog) {
+        const Form trash(&dialog);
+        shownInTrash << trash.text("TrashSummary");
+        auto* entries = dialog.findChild<QTableWidget*>("TrashList");
+        shownInTrash << entries->item(0, 1)->text() + " " +
+                            entries->item(0, 2 + OperationTableModel::Amount)->text();
+        entries->selectRow(0);
+        trash.click("PutBackButton");
+        shownInTrash << entries->item(0, 1)->text() + " " +
+                            entries->item(0, 2 + OperationTableModel::Amount)->text();
+    });
+    f.click("TrashButton");
+    QCOMPARE(shownInTrash, QStringList({"Операций в корзине: 1. Они хранятся 90 дней.", "исправлена -300",
+                                        "заменена -120,5"}));
+    w.expect({}, true);
+    QCOMPARE(everything([&w](const char* t) { return w.rows(t); }), before);
+    QCOMPARE(QDir(w.folder().path() + "/" + store::kCopiesFolderName)
+                 .entryList({"*перед-возвратом-из-корзины.mdb"})
+                 .size(),
+             1);
+    // The correction is in the list no more: nothing left to undo.
+    f.click("UndoButton");
+    w.expect({"Ошибка: Отменять нечего: эти операции уже возвращены из корзины."}, false);
+
+    f.choose("KindList", "Расход");
+    std::optional<analytics::ReportDocument> printed;
+    window(w)->setReportViewer([&](const analytics::ReportDocument& report) { printed = report; });
+    f.click("PrintButton");
+    QVERIFY(printed);
+    QCOMPARE(printed->account, QString("Вид Расход"));
+    QCOMPARE(printed->lines.size(), std::size_t(3));
+    QCOMPARE(printed->lines.front(), QStringList({"05.03.2026", "-300", "Расход", "10 - Связь", "Телефон",
+                                                  "за ЕЛКУ", "2 - Карта", "3"}));
+    QCOMPARE(QStringList({printed->total, printed->count}), QStringList({"-550,24", "Операций: 3"}));
+}
+
+// Deletions of one to three operations, corrections, undos and returns of
+// chosen entries in a seeded random order: after every step the money adds
+// up as before, an undo leaves everything as before its action, and at the
+// end mdb-export reads the file as we do. The trash forgets entries older
+// than its days at the first write.
+void OperationsTest::randomDeletionsCorrectionsAndReturns()
+{
+    std::mt19937 random(20261123);
+    const auto pick = [&random](int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); };
+    const auto amount = [&pick](int most) { return QString("%1,%2").arg(pick(most) + 1).arg(pick(100)); };
+    DataBuilder d;
+    d.balance("10000")
+        .account(1, "Питание")
+        .account(2, "Дом")
+        .purse(1, "Наличные", "500")
+        .purse(2, "Карта", "700");
+    for (int i = 0; i < 30; ++i) {
+        const QDate day = QDate(2026, 1, 1).addDays(pick(300));
+        if (pick(2))
+            d.bank(day, (pick(3) ? "" : "-") + amount(900), QString("банк %1").arg(i));
+        else
+            d.bill(day, 1 + pick(2), amount(300), 1 + pick(2))
+                .named(QString("расход %1").arg(i), "примечание");
+    }
+    LedgerFile file(d);
+    store::Store& s = file.store();
+    {
+        store::Transaction tx(s);
+        for (const int days : {91, 89})
+            tx.execute("INSERT INTO Trash (F1, F2, F3, F4, F5, F7) VALUES (?, ?, 'Bank', 'удалена', ?, 1)",
+                       {QDateTime::currentDateTime().addDays(-days), -days, days});
+        QVERIFY(tx.commit());
+    }
+    QCOMPARE(operations::Trash(s).list()->size(), std::size_t(1));
+    const QStringList money = untouchedMoney(s);
+    std::vector<std::pair<std::int32_t, QStringList>> undoable; // an action and everything before it
+    for (int step = 0; step < 150 && !QTest::currentTestFailed(); ++step) {
+        const std::vector<operations::Operation> all = operations::Journal::read(s)->operations;
+        const QStringList now = everything([&file](const char* t) { return file.rows(t); });
+        const auto any = [&] { return all[static_cast<std::size_t>(pick(static_cast<int>(all.size())))]; };
+        switch (all.empty() ? 3 : pick(4)) {
+        case 0: {
+            std::vector<operations::Operation> chosen{any()};
+            while (pick(2) && chosen.size() < 3)
+                chosen.push_back(any()); // one chosen twice is deleted once
+            const store::Result<std::int32_t> done = operations::deleteOperations(s, chosen);
+            QVERIFY(done);
+            undoable.emplace_back(done.value(), now);
+            break;
+        }
+        case 1: {
+            const operations::Operation old = any();
+            operations::Operation corrected = old;
+            const bool expense = corrected.kind == operations::Operation::Kind::Expense;
+            corrected.date = QDate(2026, 1, 1).addDays(pick(300));
+            corrected.amount = *store::Amount::parse((expense || pick(3) ? "" : "-") + amount(500));
+            corrected.name = QString("исправлено %1").arg(step);
+            corrected.account = 1 + pick(2);
+            corrected.purse = 1 + pick(2);
+            const store::Result<std::int32_t> done = operations::correctOperation(s, old, corrected);
+            QVERIFY(done);
+            undoable.emplace_back(done.value(), now);
+            break;
+        }
+        case 2:
+            if (!undoable.empty()) {
+                QVERIFY(operations::Trash(s).undo(undoable.back().first));
+                QCOMPARE(everything([&file](const char* t) { return file.rows(t); }), undoable.back().second);
+                undoable.pop_back();
+            }
+            break;
+        default: {
+            const std::vector<operations::TrashEntry> entries = *operations::Trash(s).list();
+            std::vector<std::int32_t> chosen;
+            for (const operations::TrashEntry& entry : entries)
+                if (entry.operation.number != 89 && pick(4) == 0)
+                    chosen.push_back(entry.number);
+            QVERIFY(operations::Trash(s).putBack(chosen));
+            undoable.clear(); // what an undo would bring back may be back already
+        }
+        }
+        QCOMPARE(untouchedMoney(s), money);
+    }
+    QCOMPARE(file.sink.engineErrors + file.sink.storeFailures, QStringList());
+    const QStringList trash = fileRows(file.folder().path(), "Trash");
+    QCOMPARE(trash.filter(" | Bank | удалена | 89 |").size(), 1);
+    QCOMPARE(trash.filter(" | Bank | удалена | 91 |").size(), 0);
+    store::Store again(file.folder().path());
+    QCOMPARE(untouchedMoney(again), money);
+    expectMdbExportAgrees(file.folder());
 }
 
 QTEST_MAIN(OperationsTest)

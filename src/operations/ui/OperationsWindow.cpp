@@ -3,11 +3,15 @@
 #include "OperationsWindowTexts.h"
 
 #include "CorrectionDialog.h"
+#include "OperationsReport.h"
+#include "TrashDialog.h"
 
+#include "analytics/ui/ReportPreview.h"
 #include "operations/Correction.h"
 #include "operations/Deletion.h"
 #include "operations/OperationTableModel.h"
 #include "operations/OperationsCsv.h"
+#include "operations/Trash.h"
 #include "store/AtomicFile.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
@@ -29,6 +33,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTableView>
 
 #include <algorithm>
@@ -98,6 +103,10 @@ OperationsWindow::OperationsWindow(store::Store& store, ui::Dialogs& dialogs, QW
         return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
     };
     m_editCorrection = [](CorrectionDialog& dialog) { return dialog.exec() == QDialog::Accepted; };
+    m_viewTrash = [](TrashDialog& dialog) { dialog.exec(); };
+    m_viewReport = [this](const analytics::ReportDocument& report) {
+        analytics::ReportPreview::show(report, this, m_dialogs);
+    };
     buildFields();
 }
 
@@ -193,23 +202,27 @@ void OperationsWindow::buildFields()
     m_summary = new QLabel(this);
     m_summary->setObjectName(QStringLiteral("Summary"));
     bottom->addWidget(m_summary, 1);
-    auto* exportButton = new QPushButton(tr8(texts::exportCsv), this);
-    exportButton->setObjectName(QStringLiteral("ExportButton"));
-    auto* correctButton = new QPushButton(tr8(texts::correctChosen), this);
-    correctButton->setObjectName(QStringLiteral("CorrectButton"));
-    auto* deleteButton = new QPushButton(tr8(texts::deleteChosen), this);
-    deleteButton->setObjectName(QStringLiteral("DeleteButton"));
-    auto* closeButton = new QPushButton(tr8(texts::close), this);
-    closeButton->setObjectName(QStringLiteral("CloseButton"));
-    bottom->addWidget(correctButton);
-    bottom->addWidget(deleteButton);
-    bottom->addWidget(exportButton);
-    bottom->addWidget(closeButton);
+    const auto button = [this, bottom](const char* text, const QString& name) {
+        auto* b = new QPushButton(tr8(text), this);
+        b->setObjectName(name);
+        bottom->addWidget(b);
+        return b;
+    };
+    QPushButton* correctButton = button(texts::correctChosen, QStringLiteral("CorrectButton"));
+    QPushButton* deleteButton = button(texts::deleteChosen, QStringLiteral("DeleteButton"));
+    m_undoButton = button(texts::undo, QStringLiteral("UndoButton"));
+    m_undoButton->setToolTip(QKeySequence(QKeySequence::Undo).toString(QKeySequence::NativeText));
+    m_undoButton->setEnabled(false);
+    QPushButton* trashButton = button(texts::openTrash, QStringLiteral("TrashButton"));
+    QPushButton* printButton = button(texts::print, QStringLiteral("PrintButton"));
+    QPushButton* exportButton = button(texts::exportCsv, QStringLiteral("ExportButton"));
+    QPushButton* closeButton = button(texts::close, QStringLiteral("CloseButton"));
     grid->addLayout(bottom, 3, 0, 1, 11);
 
-    const QList<QWidget*> order{m_from,       m_to,         m_kind,     m_account, m_purse,
-                                m_smallest,   m_largest,    m_text,     m_list,    correctButton,
-                                deleteButton, exportButton, closeButton};
+    const QList<QWidget*> order{m_from,      m_to,          m_kind,       m_account,
+                                m_purse,     m_smallest,    m_largest,    m_text,
+                                m_list,      correctButton, deleteButton, m_undoButton,
+                                trashButton, printButton,   exportButton, closeButton};
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
 
@@ -222,6 +235,13 @@ void OperationsWindow::buildFields()
     connect(exportButton, &QPushButton::clicked, this, &OperationsWindow::exportCsv);
     connect(deleteButton, &QPushButton::clicked, this, &OperationsWindow::deleteChosen);
     connect(correctButton, &QPushButton::clicked, this, &OperationsWindow::correctCurrent);
+    connect(m_undoButton, &QPushButton::clicked, this, &OperationsWindow::undoLast);
+    connect(trashButton, &QPushButton::clicked, this, &OperationsWindow::showTrash);
+    connect(printButton, &QPushButton::clicked, this, &OperationsWindow::printList);
+    // The fields' own Ctrl+Z undoes typing in them; elsewhere it undoes the last deletion or correction.
+    auto* undoKey = new QShortcut(QKeySequence::Undo, this);
+    undoKey->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(undoKey, &QShortcut::activated, this, &OperationsWindow::undoLast);
     connect(m_list, &QTableView::doubleClicked, this, &OperationsWindow::correctCurrent);
     m_list->installEventFilter(this); // Enter corrects the current row, Delete deletes the chosen ones
     connect(closeButton, &QPushButton::clicked, this, [this] { ui::closeWindow(this); });
@@ -312,10 +332,8 @@ void OperationsWindow::deleteChosen()
     if (!m_dialogs.confirm(QString::fromUtf8(ui::texts::attentionTitle),
                            tr8(texts::deleteQuestion).arg(chosen.size()).arg(sum.toBalanceString())))
         return;
-    const bool done = m_dialogs.report(deleteOperations(m_store, chosen));
-    reload();
-    if (done)
-        emit moneyChanged();
+    const store::Result<std::int32_t> deleted = deleteOperations(m_store, chosen);
+    changed(deleted, deleted ? std::optional(deleted.value()) : std::nullopt);
 }
 
 void OperationsWindow::correctCurrent()
@@ -332,15 +350,77 @@ void OperationsWindow::correctCurrent()
             m_dialogs.error(tr8(amount ? ui::texts::mustBeValidDate : ui::texts::mustBeNumber));
             continue;
         }
-        const store::Outcome outcome = correctOperation(m_store, old, dialog.corrected(*date, *amount));
-        if (!outcome && !outcome.isRefused())
-            return; // the store has said why
-        if (m_dialogs.report(outcome)) {
-            reload();
-            emit moneyChanged();
-            return;
-        }
+        const store::Result<std::int32_t> corrected =
+            correctOperation(m_store, old, dialog.corrected(*date, *amount));
+        if (!corrected.isRefused())
+            return changed(corrected, corrected ? std::optional(corrected.value()) : std::nullopt);
+        m_dialogs.report(corrected);
     }
+}
+
+void OperationsWindow::undoLast()
+{
+    if (m_undo.empty())
+        return;
+    const std::int32_t action = m_undo.back();
+    m_undo.pop_back();
+    changed(Trash(m_store).undo(action));
+}
+
+void OperationsWindow::changed(const store::Outcome& outcome, std::optional<std::int32_t> action)
+{
+    const bool done = m_dialogs.report(outcome);
+    if (done && action.value_or(0) != 0)
+        m_undo.push_back(*action);
+    m_undoButton->setEnabled(!m_undo.empty());
+    reload();
+    if (done)
+        emit moneyChanged();
+}
+
+void OperationsWindow::showTrash()
+{
+    reload(); // the catalogues name the entries' accounts and purses
+    TrashDialog dialog(m_store, m_dialogs, m_model->journal(), this);
+    connect(&dialog, &TrashDialog::returned, this, [this] {
+        reload();
+        emit moneyChanged();
+    });
+    m_viewTrash(dialog);
+}
+
+void OperationsWindow::printList()
+{
+    const auto rows = static_cast<std::size_t>(m_model->rowCount());
+    if (rows > kMostPrintedRows) {
+        m_dialogs.error(tr8(texts::tooManyToPrint).arg(rows).arg(kMostPrintedRows));
+        return;
+    }
+    m_viewReport(operationsReport(*m_model, filterDescription()));
+}
+
+QString OperationsWindow::filterDescription() const
+{
+    QStringList parts;
+    const auto named = [&parts](const char* label, const QString& value) {
+        parts.append(tr8(label) + QLatin1Char(' ') + value);
+    };
+    const Filter f = filter();
+    if (f.from)
+        named(texts::from, store::displayDate(*f.from));
+    if (f.to)
+        named(texts::to, store::displayDate(*f.to));
+    for (const auto& [label, list] : {std::pair{texts::kind, m_kind}, std::pair{texts::account, m_account},
+                                      std::pair{texts::purse, m_purse}})
+        if (list->currentIndex() > 0)
+            named(label, list->currentText());
+    if (f.smallest)
+        named(texts::amountFrom, f.smallest->toDisplayString());
+    if (f.largest)
+        named(texts::amountTo, f.largest->toDisplayString());
+    if (!f.text.trimmed().isEmpty())
+        named(texts::search, QStringLiteral("«%1»").arg(f.text.trimmed()));
+    return parts.isEmpty() ? tr8(texts::reportAll) : parts.join(QStringLiteral(", "));
 }
 
 bool OperationsWindow::eventFilter(QObject* watched, QEvent* event)

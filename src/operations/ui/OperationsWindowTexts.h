@@ -41,4 +41,18 @@ inline constexpr char exportFileName[] = "операции.csv";
 inline constexpr char exportDone[] = "Список сохранен в файл %1.";
 inline constexpr char exportFailed[] = "Не удалось сохранить файл %1: %2";
 
+inline constexpr char undo[] = "Отменить";
+inline constexpr char openTrash[] = "Корзина…";
+inline constexpr char print[] = "Печать…";
+inline constexpr char trashTitle[] = "Корзина";
+inline constexpr char trashPutAt[] = "Удалена";
+inline constexpr char trashReason[] = "Причина";
+inline constexpr char trashPutBack[] = "Восстановить";
+// How many entries the trash holds and for how many days it keeps them.
+inline constexpr char trashSummary[] = "Операций в корзине: %1. Они хранятся %2 дней.";
+inline constexpr char reportTitle[] = "Список операций";
+inline constexpr char reportAll[] = "Все операции";
+inline constexpr char tooManyToPrint[] =
+    "Операций слишком много для печати (%1). Сузьте отбор: можно напечатать не больше %2.";
+
 } // namespace operations::texts
