@@ -1,11 +1,19 @@
 // The operations window's work on household files: reading every operation
 // into the list (what opening or returning to the window costs), narrowing it
-// by a text and by a month, and sorting it by a text column.
+// by a text and by a month, sorting it by a text column, deleting an
+// operation and undoing it, and printing the longest list it prints.
 #include "support/SampleFolder.h"
 
+#include "analytics/ReportPainter.h"
+#include "operations/Deletion.h"
 #include "operations/OperationTableModel.h"
+#include "operations/Trash.h"
+#include "operations/ui/OperationsReport.h"
 #include "store/Store.h"
 #include "store/Transaction.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -53,6 +61,49 @@ void BM_FilterOperations(benchmark::State& state)
     state.counters["rows"] = model.rowCount();
 }
 
+// The newest operation deleted into the trash and put back by the undo: two
+// clicks, two durable saves. The trash exists already, as after the first
+// deletion in a file.
+void BM_DeleteAndUndo(benchmark::State& state)
+{
+    store::Store& store = openedStore(state);
+    const operations::Operation newest = operations::Journal::read(store)->operations.front();
+    for (auto _ : state) {
+        const store::Result<std::int32_t> deleted = operations::deleteOperations(store, {newest});
+        if (!deleted || !operations::Trash(store).undo(deleted.value()))
+            state.SkipWithError("the deletion or its undo failed");
+    }
+}
+
+// The first deletion in a file without a trash: the save writes the whole
+// file, with the new table.
+void BM_FirstDeletion(benchmark::State& state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        const bench::SampleFolder folder(static_cast<int>(state.range(0)));
+        store::Store store(folder.dir());
+        const operations::Operation newest = operations::Journal::read(store)->operations.front();
+        state.ResumeTiming();
+        if (!operations::deleteOperations(store, {newest}))
+            state.SkipWithError("the deletion failed");
+    }
+}
+
+// The list of the newest operations, as long as it may be printed, laid out
+// and painted to PDF.
+void BM_PrintList(benchmark::State& state)
+{
+    OperationTableModel model;
+    model.setJournal(*operations::Journal::read(openedStore(state)), Filter());
+    analytics::ReportDocument report = operations::operationsReport(model, QStringLiteral("Все операции"));
+    report.lines.resize(std::min(report.lines.size(), operations::kMostPrintedRows));
+    QTemporaryDir dir;
+    for (auto _ : state)
+        analytics::ReportPainter::writePdf(report, dir.filePath(QStringLiteral("list.pdf")));
+    state.SetLabel(std::to_string(report.lines.size()) + " lines");
+}
+
 void sizes(benchmark::internal::Benchmark* b)
 {
     bench::householdSizes(b);
@@ -67,7 +118,21 @@ void sizesAndFilters(benchmark::internal::Benchmark* b)
 
 BENCHMARK(BM_ReadOperations)->Apply(sizes);
 BENCHMARK(BM_FilterOperations)->Apply(sizesAndFilters);
+BENCHMARK(BM_DeleteAndUndo)->Apply(sizes);
+BENCHMARK(BM_FirstDeletion)->Apply(bench::householdSizes)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PrintList)->Apply(bench::householdSizes)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv); // the report's fonts
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -450,11 +450,13 @@ void OperationsTest::trashUndoAndPrinting()
     w.expect({"Ошибка: Отменять нечего: эти операции уже возвращены из корзины."}, false);
 
     f.choose("KindList", "Расход");
+    f.enter("AmountFrom", "50");
+    setDate(f, "ToDate", QDate(2026, 3, 31));
     std::optional<analytics::ReportDocument> printed;
     window(w)->setReportViewer([&](const analytics::ReportDocument& report) { printed = report; });
     f.click("PrintButton");
     QVERIFY(printed);
-    QCOMPARE(printed->account, QString("Вид Расход"));
+    QCOMPARE(printed->account, QString("по 31.03.2026, Вид: Расход, Сумма от 50"));
     QCOMPARE(printed->lines.size(), std::size_t(3));
     QCOMPARE(printed->lines.front(), QStringList({"05.03.2026", "-300", "Расход", "10 - Связь", "Телефон",
                                                   "за ЕЛКУ", "2 - Карта", "3"}));

@@ -14,7 +14,9 @@
 #include "jet/Writer.h"
 #include "operations/OperationTableModel.h"
 #include "operations/ui/CorrectionDialog.h"
+#include "operations/Deletion.h"
 #include "operations/ui/OperationsWindow.h"
+#include "operations/ui/TrashDialog.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Schema.h"
 #include "store/Store.h"
@@ -141,6 +143,21 @@ bool operationsWindowPictures(app::Frame& frame, const QDir& output)
     correction.show();
     ok = save(&correction, output, "operations-correction.png") && ok;
     correction.close();
+    type(window, "SearchText", "");
+    // Two deleted operations in the trash.
+    operations::deleteOperations(frame.store(), {list.operation(1), list.operation(2)});
+    auto* operationsWindow = frame.operationsWindow();
+    operationsWindow->reload();
+    operationsWindow->setTrashViewer([&ok, &output](operations::TrashDialog& trash) {
+        trash.show();
+        ok = save(&trash, output, "operations-trash.png") && ok;
+    });
+    click(window, "TrashButton");
+    operationsWindow->setReportViewer([&ok, &output](const analytics::ReportDocument& report) {
+        ok = savePage(report, output, "operations-report.png") && ok;
+    });
+    choose(window, "KindList", 3);
+    click(window, "PrintButton");
     window->parentWidget()->close();
     return ok;
 }

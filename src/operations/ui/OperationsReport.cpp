@@ -13,8 +13,8 @@ analytics::ReportDocument operationsReport(const OperationTableModel& model, con
     // total; each with its share of the page's width.
     using M = OperationTableModel;
     static constexpr std::pair<int, int> kPrinted[M::ColumnCount] = {
-        {M::Date, 10}, {M::Amount, 11}, {M::Kind, 10},  {M::Account, 15},
-        {M::Name, 20}, {M::Note, 15},   {M::Purse, 12}, {M::Number, 7}};
+        {M::Date, 10}, {M::Amount, 9}, {M::Kind, 9},   {M::Account, 15},
+        {M::Name, 20}, {M::Note, 13},  {M::Purse, 15}, {M::Number, 9}};
     analytics::ReportDocument report;
     report.caption = QString::fromUtf8(texts::reportTitle);
     report.title = report.caption;

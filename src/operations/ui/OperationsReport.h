@@ -7,7 +7,7 @@ namespace operations {
 class OperationTableModel;
 
 // The most rows the list prints: more would make thousands of pages.
-inline constexpr std::size_t kMostPrintedRows = 20000;
+inline constexpr std::size_t kMostPrintedRows = 10000;
 
 // The list as shown, for the report preview: its rows in the list's order,
 // `filterLine` saying which operations they are, and their count and sum.

@@ -402,22 +402,25 @@ void OperationsWindow::printList()
 QString OperationsWindow::filterDescription() const
 {
     QStringList parts;
-    const auto named = [&parts](const char* label, const QString& value) {
+    const auto bound = [&parts](const char* label, const QString& value) {
         parts.append(tr8(label) + QLatin1Char(' ') + value);
+    };
+    const auto named = [&parts](const char* label, const QString& value) {
+        parts.append(tr8(label) + QStringLiteral(": ") + value);
     };
     const Filter f = filter();
     if (f.from)
-        named(texts::from, store::displayDate(*f.from));
+        bound(texts::from, store::displayDate(*f.from));
     if (f.to)
-        named(texts::to, store::displayDate(*f.to));
+        bound(texts::to, store::displayDate(*f.to));
     for (const auto& [label, list] : {std::pair{texts::kind, m_kind}, std::pair{texts::account, m_account},
                                       std::pair{texts::purse, m_purse}})
         if (list->currentIndex() > 0)
             named(label, list->currentText());
     if (f.smallest)
-        named(texts::amountFrom, f.smallest->toDisplayString());
+        bound(texts::amountFrom, f.smallest->toDisplayString());
     if (f.largest)
-        named(texts::amountTo, f.largest->toDisplayString());
+        bound(texts::amountTo, f.largest->toDisplayString());
     if (!f.text.trimmed().isEmpty())
         named(texts::search, QStringLiteral("«%1»").arg(f.text.trimmed()));
     return parts.isEmpty() ? tr8(texts::reportAll) : parts.join(QStringLiteral(", "));

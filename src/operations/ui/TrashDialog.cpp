@@ -41,6 +41,10 @@ TrashDialog::TrashDialog(store::Store& store, ui::Dialogs& dialogs, const Journa
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->verticalHeader()->hide();
+    // Each column as wide as its values, on one line; the last one takes what is left.
+    m_list->setWordWrap(false);
+    m_list->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_list->horizontalHeader()->setStretchLastSection(true);
     layout->addWidget(m_list, 1);
     m_summary->setObjectName(QStringLiteral("TrashSummary"));
     layout->addWidget(m_summary);
@@ -80,7 +84,6 @@ void TrashDialog::refill()
             m_list->setItem(row, kOwnColumns + column, item);
         }
     }
-    m_list->resizeColumnsToContents();
     m_summary->setText(QString::fromUtf8(texts::trashSummary).arg(m_entries.size()).arg(Trash::kTrashDays));
 }
 
