@@ -167,9 +167,8 @@ private slots:
     void filters();
     void sortingAndExport();
     void openingReloadingAndClosing();
-    void deletingChosenOperations();
     void correctingOperations();
-    void trashUndoAndPrinting();
+    void deletingUndoingAndTheTrash();
     void randomDeletionsCorrectionsAndReturns();
 };
 
@@ -298,35 +297,6 @@ void OperationsTest::openingReloadingAndClosing()
     QTRY_VERIFY(!window(w));
 }
 
-// Two chosen operations go after one question, with their money undone, in
-// one save with one copy before it; No changes nothing.
-void OperationsTest::deletingChosenOperations()
-{
-    WindowDriver w(household());
-    QVERIFY(w.start());
-    w.main().click("OperationsButton");
-    auto* list = window(w)->findChild<QTableView*>("OperationList");
-    for (const int row : {0, 1}) // "Расход 3" (300 from purse 2) and "Снятие 2" (-200)
-        list->selectionModel()->select(list->model()->index(row, 0),
-                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    QTest::keyClick(list, Qt::Key_Delete);
-    w.expect(
-        {"ВНИМАНИЕ!!!: Удалить выбранные операции (2) на сумму -500,00 р.?\r\nДеньги в банке и в кошельках "
-         "изменятся так, как будто этих операций не было. Копия файла до удаления сохраняется."},
-        false);
-    w.dialogs.answer(ui::DialogAnswer::Yes);
-    Form(window(w)).click("DeleteButton");
-    QCOMPARE(w.newBoxes().size(), 1);
-    QCOMPARE(shown(window(w)->model()),
-             QStringList({"Расход 2", "Поступление 1", "Расход 1", "Поступление 3"}));
-    QCOMPARE(w.rows("Tech").filter("OSTATOK"), QStringList{"OSTATOK | NULL | 799.76 | NULL"});
-    QCOMPARE(w.rows("Purse"), QStringList({"1 | 0", "2 | 300"}));
-    QCOMPARE(w.main().text("T11"), QString("499,76 р."));
-    const QStringList copies = QDir(w.folder().path() + "/" + store::kCopiesFolderName).entryList({"*.mdb"});
-    QCOMPARE(copies.size(), 1);
-    QVERIFY(copies.front().endsWith("перед-удалением-операции.mdb"));
-}
-
 // A correction keeps the number and moves the money as a deletion and a new
 // operation would; a wrong field is said and asked again; Cancel writes nothing.
 void OperationsTest::correctingOperations()
@@ -381,11 +351,12 @@ void OperationsTest::correctingOperations()
     QVERIFY(edits.isEmpty());
 }
 
-// The file keeps eight tables until the first deletion makes the trash, which
-// mdb-export reads; Ctrl+Z and "Восстановить" bring operations back with
-// their money exactly, a newer version going to the trash in place of the
-// one put back; the list prints as shown.
-void OperationsTest::trashUndoAndPrinting()
+// Chosen operations go after one question (No changes nothing), with their
+// money undone, in one save with one copy before it, into the trash: a table
+// the file gets only then, which mdb-export reads. Ctrl+Z and "Восстановить"
+// bring operations back with their money exactly, a newer version going to
+// the trash in place of the one put back. The list prints as shown.
+void OperationsTest::deletingUndoingAndTheTrash()
 {
     WindowDriver w(household());
     QVERIFY(w.start());
@@ -397,10 +368,23 @@ void OperationsTest::trashUndoAndPrinting()
     auto* list = window(w)->findChild<QTableView*>("OperationList");
     QVERIFY(!f.enabled("UndoButton"));
     QVERIFY_THROWS_EXCEPTION(std::runtime_error, w.rows("Trash"));
-    choose(list, {0, 1}); // "Расход 3" and "Снятие 2"
+    choose(list, {0, 1}); // "Расход 3" (300 from purse 2) and "Снятие 2" (-200)
+    QTest::keyClick(list, Qt::Key_Delete);
+    w.expect(
+        {"ВНИМАНИЕ!!!: Удалить выбранные операции (2) на сумму -500,00 р.?\r\nДеньги в банке и в кошельках "
+         "изменятся так, как будто этих операций не было. Копия файла до удаления сохраняется."},
+        false);
     w.dialogs.answer(ui::DialogAnswer::Yes);
     f.click("DeleteButton");
-    w.newBoxes();
+    QCOMPARE(w.newBoxes().size(), 1);
+    QCOMPARE(shown(window(w)->model()),
+             QStringList({"Расход 2", "Поступление 1", "Расход 1", "Поступление 3"}));
+    QCOMPARE(w.rows("Tech").filter("OSTATOK"), QStringList{"OSTATOK | NULL | 799.76 | NULL"});
+    QCOMPARE(w.rows("Purse"), QStringList({"1 | 0", "2 | 300"}));
+    QCOMPARE(w.main().text("T11"), QString("499,76 р."));
+    const QDir copies(w.folder().path() + "/" + store::kCopiesFolderName);
+    QCOMPARE(copies.entryList({"*.mdb"}), copies.entryList({"*перед-удалением-операции.mdb"}));
+    QCOMPARE(copies.entryList({"*.mdb"}).size(), 1);
     QCOMPARE(trashRows(w.rows("Trash")),
              QStringList(
                  {"1 | 1 | Bills | удалена | 3 | 2026-03-05 | 300 | 10 | Телефон | за ЕЛКУ | 2",
@@ -441,10 +425,7 @@ void OperationsTest::trashUndoAndPrinting()
                                         "заменена -120,5"}));
     w.expect({}, true);
     QCOMPARE(everything([&w](const char* t) { return w.rows(t); }), before);
-    QCOMPARE(QDir(w.folder().path() + "/" + store::kCopiesFolderName)
-                 .entryList({"*перед-возвратом-из-корзины.mdb"})
-                 .size(),
-             1);
+    QCOMPARE(copies.entryList({"*перед-возвратом-из-корзины.mdb"}).size(), 1);
     // The correction is in the list no more: nothing left to undo.
     f.click("UndoButton");
     w.expect({"Ошибка: Отменять нечего: эти операции уже возвращены из корзины."}, false);
