@@ -40,6 +40,8 @@ struct Operation
     // The change of the household's money: a deposit positive, a withdrawal
     // and an expense negative.
     store::WideAmount change() const { return kind == Kind::Expense ? -store::WideAmount(amount) : amount; }
+
+    bool operator==(const Operation&) const = default;
 };
 
 // Every operation of the data file, newest first (by date, then number), with

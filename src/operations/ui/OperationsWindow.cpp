@@ -350,8 +350,10 @@ void OperationsWindow::correctCurrent()
             m_dialogs.error(tr8(amount ? ui::texts::mustBeValidDate : ui::texts::mustBeNumber));
             continue;
         }
-        const store::Result<std::int32_t> corrected =
-            correctOperation(m_store, old, dialog.corrected(*date, *amount));
+        const Operation wanted = dialog.corrected(*date, *amount);
+        if (wanted == old)
+            return; // nothing to correct: nothing is written, nothing goes to the trash
+        const store::Result<std::int32_t> corrected = correctOperation(m_store, old, wanted);
         if (!corrected.isRefused())
             return changed(corrected, corrected ? std::optional(corrected.value()) : std::nullopt);
         m_dialogs.report(corrected);
