@@ -70,7 +70,7 @@ void BM_DeleteAndUndo(benchmark::State& state)
     const operations::Operation newest = operations::Journal::read(store)->operations.front();
     for (auto _ : state) {
         const store::Result<std::int32_t> deleted = operations::deleteOperations(store, {newest});
-        if (!deleted || !operations::Trash(store).undo(deleted.value()))
+        if (!deleted || !operations::Trash(store).undo(deleted.value(), store.readings()))
             state.SkipWithError("the deletion or its undo failed");
     }
 }

@@ -20,6 +20,8 @@ inline constexpr char columnNumber[] = "N операции";
 inline constexpr char reasonDeleted[] = "удалена";
 inline constexpr char reasonCorrected[] = "исправлена";
 inline constexpr char reasonReplaced[] = "заменена";
+inline constexpr char fileReplacedSince[] =
+    "Отменить нельзя: файл данных с тех пор заменен (восстановлен из копии или изменен другой программой).";
 inline constexpr char nothingToUndo[] = "Отменять нечего: эти операции уже возвращены из корзины.";
 
 } // namespace operations::texts

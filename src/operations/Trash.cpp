@@ -7,6 +7,7 @@
 #include "store/Dates.h"
 #include "store/MoneyFigures.h"
 #include "store/MoneyRows.h"
+#include "store/Store.h"
 #include "store/Transaction.h"
 
 #include <algorithm>
@@ -169,9 +170,12 @@ store::Outcome Trash::putBack(std::vector<std::int32_t> entries)
     return store::MoneyFigures::commitInRange(tx, before);
 }
 
-store::Outcome Trash::undo(std::int32_t action)
+store::Outcome Trash::undo(std::int32_t action, std::uint64_t reading)
 {
     store::Transaction tx(m_store);
+    if (m_store.readings() != reading)
+        return tx.commit() ? store::Outcome::refused(QString::fromUtf8(texts::fileReplacedSince))
+                           : store::Outcome::notSaved();
     std::vector<std::int32_t> entries;
     for (const store::Row& row : tx.query(QStringLiteral("SELECT F0 FROM Trash WHERE F2 = ?"), {action}))
         entries.push_back(static_cast<std::int32_t>(row.integer(0)));

@@ -55,8 +55,10 @@ public:
     // in, in one transaction with one automatic copy; refused, with nothing
     // written, when a figure would leave the money columns' range.
     store::Outcome putBack(std::vector<std::int32_t> entries);
-    // Puts back what one deletion or correction put in the trash.
-    store::Outcome undo(std::int32_t action);
+    // Puts back what one deletion or correction put in the trash, made when
+    // the store's readings() were `reading`; refused when the data file was
+    // replaced since (its trash is another's).
+    store::Outcome undo(std::int32_t action, std::uint64_t reading);
 
 private:
     store::Store& m_store;

@@ -113,6 +113,7 @@ void Store::adopt(std::unique_ptr<SqliteImage> image, const FileSignature& writt
     m_damage.reset();
     m_files->signature = written;
     ++m_generation;
+    ++m_readings;
 }
 
 void Store::enter()
@@ -194,6 +195,7 @@ bool Store::refresh()
     }
     m_files->signature = loaded.signature;
     ++m_generation;
+    ++m_readings;
     return true;
 }
 

@@ -48,6 +48,10 @@ public:
     // rows, the file read anew (another program changed it) or a restored
     // file taken over. A change on disk is noticed at the next transaction.
     std::uint64_t generation() const { return m_generation; }
+    // Grows only when the store takes contents it did not write itself: the
+    // file read anew or a restored file taken over. What was done before
+    // (an undo's entries, for one) may not be in the file since.
+    std::uint64_t readings() const { return m_readings; }
     // From now on automatic copies of the data file are kept (see Copies),
     // made at the times `now` gives.
     void keepCopies(std::function<QDateTime()> now);
@@ -105,6 +109,7 @@ private:
     std::function<QDateTime()> m_copyClock;
     QDate m_dayCopied;
     std::uint64_t m_generation = 0;
+    std::uint64_t m_readings = 0;
     bool m_copiedInTransaction = false; // an action's copy was made (or declined) in this transaction
     // The day's copy while it is still being written beside the program.
     std::future<void> m_pendingCopy;

@@ -444,6 +444,21 @@ void OperationsTest::deletingUndoingAndTheTrash()
     QCOMPARE(printed->lines.front(), QStringList({"05.03.2026", "-300", "Расход", "10 - Связь", "Телефон",
                                                   "за ЕЛКУ", "2 - Карта", "3"}));
     QCOMPARE(QStringList({printed->total, printed->count}), QStringList({"-550,24", "Операций: 3"}));
+
+    // Another program replaced the file since the deletion: its undo would take back what is not there.
+    list->selectRow(0);
+    w.dialogs.answer(ui::DialogAnswer::Yes);
+    f.click("DeleteButton");
+    ProgramFolder other;
+    other.write(household().database());
+    writeBytes(w.folder().path() + "/" + store::kDataFileName, other.bytes());
+    w.newBoxes();
+    f.click("UndoButton");
+    QCOMPARE(w.newBoxes(),
+             QStringList{"Ошибка: Отменить нельзя: файл данных с тех пор заменен (восстановлен из "
+                         "копии или изменен другой программой)."});
+    QCOMPARE(w.bytes(), other.bytes());
+    QVERIFY(!f.enabled("UndoButton"));
 }
 
 // Deletions of one to three operations, corrections, undos and returns of
@@ -481,7 +496,13 @@ void OperationsTest::randomDeletionsCorrectionsAndReturns()
     }
     QCOMPARE(operations::Trash(s).list()->size(), std::size_t(1));
     const QStringList money = untouchedMoney(s);
-    std::vector<std::pair<std::int32_t, QStringList>> undoable; // an action and everything before it
+    struct Undoable
+    {
+        std::int32_t action;
+        std::uint64_t reading;
+        QStringList before; // everything before the action
+    };
+    std::vector<Undoable> undoable;
     for (int step = 0; step < 150 && !QTest::currentTestFailed(); ++step) {
         const std::vector<operations::Operation> all = operations::Journal::read(s)->operations;
         const QStringList now = everything([&file](const char* t) { return file.rows(t); });
@@ -493,7 +514,7 @@ void OperationsTest::randomDeletionsCorrectionsAndReturns()
                 chosen.push_back(any()); // one chosen twice is deleted once
             const store::Result<std::int32_t> done = operations::deleteOperations(s, chosen);
             QVERIFY(done);
-            undoable.emplace_back(done.value(), now);
+            undoable.push_back({done.value(), s.readings(), now});
             break;
         }
         case 1: {
@@ -507,13 +528,13 @@ void OperationsTest::randomDeletionsCorrectionsAndReturns()
             corrected.purse = 1 + pick(2);
             const store::Result<std::int32_t> done = operations::correctOperation(s, old, corrected);
             QVERIFY(done);
-            undoable.emplace_back(done.value(), now);
+            undoable.push_back({done.value(), s.readings(), now});
             break;
         }
         case 2:
             if (!undoable.empty()) {
-                QVERIFY(operations::Trash(s).undo(undoable.back().first));
-                QCOMPARE(everything([&file](const char* t) { return file.rows(t); }), undoable.back().second);
+                QVERIFY(operations::Trash(s).undo(undoable.back().action, undoable.back().reading));
+                QCOMPARE(everything([&file](const char* t) { return file.rows(t); }), undoable.back().before);
                 undoable.pop_back();
             }
             break;

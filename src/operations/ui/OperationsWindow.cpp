@@ -15,6 +15,7 @@
 #include "store/AtomicFile.h"
 #include "store/Dates.h"
 #include "store/FailureCause.h"
+#include "store/Store.h"
 #include "ui/CloseWindow.h"
 #include "ui/Dialogs.h"
 #include "ui/ScreenFit.h"
@@ -364,16 +365,19 @@ void OperationsWindow::undoLast()
 {
     if (m_undo.empty())
         return;
-    const std::int32_t action = m_undo.back();
+    const Undoable last = m_undo.back();
     m_undo.pop_back();
-    changed(Trash(m_store).undo(action));
+    const store::Outcome outcome = Trash(m_store).undo(last.action, last.reading);
+    if (m_store.readings() != last.reading)
+        m_undo.clear(); // every action before belongs to the replaced file
+    changed(outcome);
 }
 
 void OperationsWindow::changed(const store::Outcome& outcome, std::optional<std::int32_t> action)
 {
     const bool done = m_dialogs.report(outcome);
     if (done && action.value_or(0) != 0)
-        m_undo.push_back(*action);
+        m_undo.push_back({*action, m_store.readings()});
     m_undoButton->setEnabled(!m_undo.empty());
     reload();
     if (done)

@@ -106,7 +106,12 @@ private:
     CorrectionEditor m_editCorrection;
     TrashViewer m_viewTrash;
     ReportViewer m_viewReport;
-    std::vector<std::int32_t> m_undo; // the actions in the trash, the last at the back
+    struct Undoable
+    {
+        std::int32_t action = 0;   // in the trash
+        std::uint64_t reading = 0; // the store's readings() when it was done
+    };
+    std::vector<Undoable> m_undo; // the last at the back
     QPushButton* m_undoButton = nullptr;
     QDateEdit* m_from = nullptr;
     QDateEdit* m_to = nullptr;
