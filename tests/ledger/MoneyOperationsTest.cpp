@@ -92,8 +92,8 @@ TEST(MoneyOperations, RowKeepsTheRoundedAmountAndTheMoneyMovesByExactlyTheRow)
         if (c.row) {
             const store::Row& row = bank ? bankRows.at(0) : bills.at(0);
             EXPECT_EQ(row.amount(bank ? 2 : 3).toPlainString().toStdString(), c.row);
-            EXPECT_EQ(bank ? QStringList{row.text(3)} : QStringList{row.text(4), row.text(5)},
-                      bank ? QStringList{c.text} : QStringList{c.text, note});
+            EXPECT_EQ((bank ? QStringList{row.text(3)} : QStringList{row.text(4), row.text(5)}),
+                      (bank ? QStringList{c.text} : QStringList{c.text, note}));
         }
         EXPECT_EQ(file.balance(), c.balanceAfter);
         EXPECT_EQ(file.purse(2), c.purseAfter);
