@@ -306,8 +306,5 @@ TEST(ColumnKinds, BinaryAmountsAndTextDatesReadAsAPersonSeesThemAndGoBackAsTheNe
             << jet::toUtf8(text);
     }
     const jet::DateTime evening = *store::values::dateOfText(u"2026-03-05 18:30:00");
-    const jet::DateTime day = *store::values::dateOfText(u"2026-03-05");
-    EXPECT_EQ(store::values::textOfDate(day, {true, false}), u"05.03.2026");
-    EXPECT_EQ(store::values::textOfDate(day, {false, true}), u"2026-03-05 00:00:00");
     EXPECT_EQ(store::values::textOfDate(evening, {true, false}), u"05.03.2026 18:30:00");
 }

@@ -14,6 +14,15 @@ namespace velmora::test {
 
 namespace {
 
+// Currency units of a typed amount; throws when it is not one.
+std::int64_t unitsOf(const QString& amount)
+{
+    const auto parsed = store::Amount::parse(amount);
+    if (!parsed)
+        throw std::invalid_argument("not an amount: " + amount.toStdString());
+    return parsed->units();
+}
+
 jet::Value text(const QString& value)
 {
     return value.toStdU16String();
@@ -53,14 +62,6 @@ struct ValueText
 };
 
 } // namespace
-
-std::int64_t unitsOf(const QString& amount)
-{
-    const auto parsed = store::Amount::parse(amount);
-    if (!parsed)
-        throw std::invalid_argument("not an amount: " + amount.toStdString());
-    return parsed->units();
-}
 
 DataBuilder::DataBuilder() : m_db(store::preparedDatabase(store::toJetDate(QDate(2026, 1, 1)).days)) {}
 
@@ -182,16 +183,6 @@ QStringList LedgerFile::rows(const QString& table)
         lines.append(values.join(QLatin1Char('|')));
     }
     return lines;
-}
-
-QString LedgerFile::value(const QString& table, const QString& column, const QString& criteria)
-{
-    return lookupValue(*m_store, table, column, criteria).toString();
-}
-
-QString LedgerFile::amount(const QString& table, const QString& column, const QString& criteria)
-{
-    return store::Amount::fromStored(lookupValue(*m_store, table, column, criteria)).toPlainString();
 }
 
 std::string LedgerFile::money(const QString& sql, const QVariantList& params)

@@ -56,9 +56,6 @@ private:
     jet::Database m_db;
 };
 
-// Currency units of a typed amount; throws std::invalid_argument when it is not one.
-std::int64_t unitsOf(const QString& amount);
-
 // A data file made with DataBuilder in its own program folder, a store on it
 // that records what it reports, and what the file holds read back.
 class LedgerFile
@@ -73,10 +70,6 @@ public:
     // Every row of `table` as "v1|v2|…", values as the store returns them.
     QStringList rows(const QString& table);
     int count(const QString& table) { return static_cast<int>(rows(table).size()); }
-    // One value by an SQL condition, "" for no row or Null.
-    QString value(const QString& table, const QString& column, const QString& criteria);
-    // A Currency value as "12.35"; "0" for no row or Null.
-    QString amount(const QString& table, const QString& column, const QString& criteria);
     // The amount of a one-value query, as "12.35"; "null" for no row or Null.
     std::string money(const QString& sql, const QVariantList& params = {});
     std::string balance() { return money("SELECT F2 FROM Tech WHERE F0 = 'OSTATOK'"); }

@@ -1,6 +1,5 @@
 #include "LedgerFile.h"
 
-#include "ledger/Balances.h"
 #include "ledger/Bank.h"
 #include "ledger/Expenses.h"
 #include "ledger/PurseCatalogue.h"
@@ -14,104 +13,92 @@ using ledger::BankDirection;
 using ledger::PurseDirection;
 using store::texts::amountOutOfRange;
 
-// Only the row is rounded: a stored balance with more than kopecks keeps them.
-TEST(Bank, RowKeepsTheRoundedAmountAndTheBalanceMovesByExactlyTheRow)
+namespace {
+
+enum class Kind
+{
+    Deposit,
+    Withdrawal,
+    Expense,
+    PutIn,
+    TakeOut
+};
+
+} // namespace
+
+// Only the row is rounded: a stored balance or purse with more than kopecks,
+// as a file made elsewhere may hold, keeps them and moves by exactly the row.
+// A bank operation moves the balance, an expense the balance and its purse, a
+// purse operation only its purse. A purse without a row of money starts from
+// zero; without a balance row only the operation is kept.
+TEST(MoneyOperations, RowKeepsTheRoundedAmountAndTheMoneyMovesByExactlyTheRow)
 {
     struct Case
     {
-        const char* start;
+        Kind kind;
         const char* amount;
-        BankDirection direction;
-        const char* row;
-        const char* balance;
-        QString comment;
+        const char* row;     // the Bank or Bills row's amount; nullptr: no row
+        const char* balance; // nullptr: no balance row
+        const char* balanceAfter;
+        const char* purse; // of purse 2; nullptr: no row of money
+        const char* purseAfter;
+        QString text = "Хлеб 'Бородинский'"; // the comment, or the expense's name
     };
     const Case cases[] = {
-        {"100", "12,345", BankDirection::Deposit, "12.35", "112.35", "Мамин долг 'за июнь'"},
+        {Kind::Deposit, "12,345", "12.35", "100", "112.35", "7", "7", "Мамин долг 'за июнь'"},
         // Half a kopeck goes towards plus infinity, so the withdrawal is a
         // kopeck smaller, and the balance falls by the same 12,34.
-        {"100", "12,345", BankDirection::Withdrawal, "-12.34", "87.66", "\"кавычки\"\tи табуляция"},
-        {"100", "-50", BankDirection::Deposit, "-50", "50", QString(254, QChar(u'ж')) + "'"},
-        {"100", "-50", BankDirection::Withdrawal, "50", "150", ""},
-        {"100,0049", "0,005", BankDirection::Deposit, "0.01", "100.0149", "Зарплата"},
+        {Kind::Withdrawal, "12,345", "-12.34", "100", "87.66", "7", "7", "\"кавычки\"\tи табуляция"},
+        {Kind::Deposit, "-50", "-50", "100", "50", "7", "7", QString(254, QChar(u'ж')) + "'"},
+        {Kind::Withdrawal, "-50", "50", "100", "150", "7", "7", ""},
+        {Kind::Deposit, "0,005", "0.01", "100,0049", "100.0149", "7", "7"},
+        {Kind::Deposit, "10", "10", nullptr, "null", "7", "7"},
+        {Kind::Expense, "10,125", "10.13", "100", "89.87", "40,0049", "29.8749"},
+        {Kind::Expense, "-50", "-50", "100", "150", "40,0049", "90.0049", "к \"ужину\""},
+        {Kind::Expense, "15", "15", "100", "85", nullptr, "-15"},
+        {Kind::PutIn, "50,5", nullptr, "1000", "1000", "100", "150.5"},
+        {Kind::PutIn, "7", nullptr, "1000", "1000", nullptr, "7"},
+        {Kind::TakeOut, "12,345", nullptr, "1000", "1000", "0", "-12.34"},
+        {Kind::PutIn, "1", nullptr, "1000", "1000", "10,0049", "11.0049"},
     };
+    const QDate day(2026, 3, 14);
+    const QString note = "к \"обеду\"\tи ужину";
     for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.start) + " " + c.amount);
+        SCOPED_TRACE(std::string(c.amount) + " from " + (c.balance ? c.balance : "no balance row"));
         DataBuilder data;
-        data.balance(c.start);
+        c.balance ? data.balance(c.balance) : data.withoutBalanceRow();
+        data.account(3, "Питание").purse(1, "Наличные", "1");
+        c.purse ? data.purse(2, "Карта", c.purse) : data.purseWithoutMoney(2, "Карта");
         LedgerFile file(data);
-        ASSERT_EQ(said(ledger::Bank(file.store())
-                           .record({QDate(2026, 3, 14), typed(c.amount), c.direction, c.comment})),
-                  "done");
-        const store::Rows bankRows = rows(store::Store(file.folder().path()), "Bank");
-        ASSERT_EQ(bankRows.size(), 1u);
-        EXPECT_EQ(bankRows[0].amount(2).toPlainString().toStdString(), c.row);
-        EXPECT_EQ(bankRows[0].text(3), c.comment);
-        EXPECT_EQ(file.balance(), c.balance);
-    }
-}
-
-// The purse holds a fraction of a kopeck, as a file made elsewhere may: it is
-// kept, nothing is rounded but the amount. A purse without a row starts from zero.
-TEST(Expenses, BalanceAndPurseFallByExactlyTheRoundedAmount)
-{
-    struct Case
-    {
-        const char* amount;
-        const char* purseStart; // nullptr: no row of money
-        const char* billed;
-        const char* balance; // starts at 100
-        const char* purse;
-        const char* bank; // "В банке", which does not move
-    };
-    for (const Case& c : {Case{"10,125", "40,0049", "10.13", "89.87", "29.8749", "52.9951"},
-                          Case{"-50", "40,0049", "-50", "150", "90.0049", "52.9951"},
-                          Case{"15", nullptr, "15", "85", "-15", "93"}}) {
-        SCOPED_TRACE(c.amount);
-        DataBuilder data;
-        data.balance("100").account(3, "Питание").purse(5, "Карта", "7");
-        c.purseStart ? data.purse(2, "Наличные", c.purseStart) : data.purseWithoutMoney(2, "Наличные");
-        LedgerFile file(data);
-        const QString name = "Хлеб 'Бородинский'", note = "к \"обеду\"\tи ужину";
-        const auto result =
-            ledger::Expenses(file.store()).book({QDate(2026, 3, 14), 3, typed(c.amount), name, note, 2});
-        ASSERT_EQ(said(result), "done");
-        EXPECT_EQ(result.value().purseBalance.toPlainString().toStdString(), c.purse);
-        const store::Rows bills = rows(store::Store(file.folder().path()), "Bills");
-        ASSERT_EQ(bills.size(), 1u);
-        EXPECT_EQ(bills[0].amount(3).toPlainString().toStdString(), c.billed);
-        EXPECT_EQ(QStringList({bills[0].text(4), bills[0].text(5)}), QStringList({name, note}));
-        EXPECT_EQ(file.balance(), c.balance);
-        EXPECT_EQ(file.purse(2), c.purse);
-        EXPECT_EQ(file.purse(5), "7");
-        EXPECT_EQ(ledger::Balances::read(file.store())->bankAmount.toPlainString().toStdString(), c.bank);
-    }
-}
-
-TEST(PurseOperations, OnlyThePurseRowChanges)
-{
-    struct Case
-    {
-        const char* start; // nullptr: no row of money
-        const char* amount;
-        PurseDirection direction;
-        const char* purse;
-    };
-    for (const Case& c :
-         {Case{"100", "50,5", PurseDirection::PutIn, "150.5"}, Case{nullptr, "7", PurseDirection::PutIn, "7"},
-          Case{"0", "12,345", PurseDirection::TakeOut, "-12.34"},
-          Case{"10,0049", "1", PurseDirection::PutIn, "11.0049"}}) {
-        SCOPED_TRACE(c.amount);
-        DataBuilder data;
-        data.balance("1000").purse(1, "Наличные", "1").bank(QDate(2026, 1, 1), "1000");
-        c.start ? data.purse(4, "Карта", c.start) : data.purseWithoutMoney(4, "Карта");
-        LedgerFile file(data);
-        EXPECT_EQ(said(ledger::PurseOperations(file.store()).move(4, typed(c.amount), c.direction)), "done");
-        EXPECT_EQ(file.purse(4), c.purse);
-        EXPECT_EQ(file.count("Purse"), 2);
+        const bool bank = c.kind == Kind::Deposit || c.kind == Kind::Withdrawal;
+        std::string result;
+        if (bank) {
+            const auto direction =
+                c.kind == Kind::Deposit ? BankDirection::Deposit : BankDirection::Withdrawal;
+            result = said(ledger::Bank(file.store()).record({day, typed(c.amount), direction, c.text}));
+        } else if (c.kind == Kind::Expense) {
+            const auto booked =
+                ledger::Expenses(file.store()).book({day, 3, typed(c.amount), c.text, note, 2});
+            result = said(booked);
+            EXPECT_EQ(booked ? booked.value().purseBalance.toPlainString().toStdString() : "", c.purseAfter);
+        } else {
+            const auto direction = c.kind == Kind::PutIn ? PurseDirection::PutIn : PurseDirection::TakeOut;
+            result = said(ledger::PurseOperations(file.store()).move(2, typed(c.amount), direction));
+        }
+        ASSERT_EQ(result, "done");
+        store::Store reader(file.folder().path());
+        const store::Rows bankRows = rows(reader, "Bank"), bills = rows(reader, "Bills");
+        ASSERT_EQ(bankRows.size() + bills.size(), c.row ? 1u : 0u);
+        if (c.row) {
+            const store::Row& row = bank ? bankRows.at(0) : bills.at(0);
+            EXPECT_EQ(row.amount(bank ? 2 : 3).toPlainString().toStdString(), c.row);
+            EXPECT_EQ((bank ? QStringList{row.text(3)} : QStringList{row.text(4), row.text(5)}),
+                      (bank ? QStringList{c.text} : QStringList{c.text, note}));
+        }
+        EXPECT_EQ(file.balance(), c.balanceAfter);
+        EXPECT_EQ(file.purse(2), c.purseAfter);
         EXPECT_EQ(file.purse(1), "1");
-        EXPECT_EQ(file.balance(), "1000");
-        EXPECT_EQ(file.count("Bank") + file.count("Bills"), 1);
+        EXPECT_EQ(file.count("Purse"), 2);
     }
 }
 
@@ -165,11 +152,4 @@ TEST(MoneyOperations, ARefusalWritesNothing)
     ASSERT_EQ(file.sink.messages.size(), 1);
     EXPECT_TRUE(file.sink.messages[0].startsWith("Error number: 275\r"));
     EXPECT_EQ(file.balance(), "899999999999999");
-
-    // Without a balance row only the operation is kept.
-    LedgerFile bare(DataBuilder().withoutBalanceRow());
-    EXPECT_EQ(said(ledger::Bank(bare.store()).record({day, typed("10"), BankDirection::Deposit, {}})),
-              "done");
-    EXPECT_EQ(bare.count("Bank"), 1);
-    EXPECT_EQ(bare.balance(), "null");
 }
