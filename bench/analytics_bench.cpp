@@ -21,6 +21,7 @@
 #include <QTemporaryDir>
 
 #include "support/CountingDialogs.h"
+#include "support/GuiBenchmarkMain.h"
 #include "support/SampleFolder.h"
 
 #include <benchmark/benchmark.h>
@@ -102,13 +103,5 @@ BENCHMARK(BM_ExpenseReportToPdf)->Apply(bench::householdSizes);
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runWithApplication(argc, argv);
 }

@@ -6,6 +6,7 @@
 #include "app/Frame.h"
 #include "app/MainWindow.h"
 #include "support/CountingDialogs.h"
+#include "support/GuiBenchmarkMain.h"
 #include "support/SampleFolder.h"
 
 #include "store/Store.h"
@@ -96,13 +97,5 @@ BENCHMARK(BM_LookupValueOnOpenStore)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runWithApplication(argc, argv);
 }

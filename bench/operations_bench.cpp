@@ -2,6 +2,7 @@
 // into the list (what opening or returning to the window costs), narrowing it
 // by a text and by a month, sorting it by a text column, deleting an
 // operation and undoing it, and printing the longest list it prints.
+#include "support/GuiBenchmarkMain.h"
 #include "support/SampleFolder.h"
 
 #include "analytics/ReportPainter.h"
@@ -126,13 +127,5 @@ BENCHMARK(BM_PrintList)->Apply(bench::householdSizes)->Unit(benchmark::kMillisec
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv); // the report's fonts
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runWithApplication(argc, argv);
 }
