@@ -4,14 +4,11 @@
 // checks that nothing failed inside and that the file changed only with a
 // confirmation; every few hundred steps the file's money adds up, and at the
 // end mdb-export reads the file as our reader does.
-#include "CsvExport.h"
 #include "WindowDriver.h"
 #include "app/AppTexts.h"
 #include "app/Application.h"
 #include "app/MainWindowTexts.h"
-#include "jet/Reader.h"
 #include "service/ui/ServiceWindowTexts.h"
-#include "store/Schema.h"
 #include "store/Transaction.h"
 #include "store/WideAmount.h"
 #include "support/StoreCalls.h"
@@ -19,8 +16,6 @@
 
 #include <QCheckBox>
 #include <QFileInfo>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <map>
