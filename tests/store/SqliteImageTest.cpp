@@ -101,14 +101,15 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
 }
 
 // Bytes SQLite holds that are not UTF-8 (a code point past U+10FFFF, a lead
-// byte without its follower) come back as U+FFFD, one per byte.
+// byte without its follower) come back as U+FFFD, one per byte; a character
+// past U+FFFF as its surrogate pair.
 TEST(SqliteImage, TextThatIsNotUtf8ComesBackAsReplacementCharacters)
 {
     SqliteImage image(velmora::test::sampleDatabase());
     image.begin();
-    run(image, "UPDATE Bills_Dict SET F1 = CAST(X'F4908080C328' AS TEXT) WHERE F0 = 1");
+    run(image, "UPDATE Bills_Dict SET F1 = CAST(X'F09F9880F4908080C328' AS TEXT) WHERE F0 = 1");
     EXPECT_EQ(image.dump().table(u"Bills_Dict")->rows[0][1],
-              jet::Value(std::u16string(u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD(")));
+              jet::Value(std::u16string(u"\U0001F600\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD(")));
     image.rollback();
 }
 

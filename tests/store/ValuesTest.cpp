@@ -150,6 +150,7 @@ TEST(Dates, ParseAcceptsTheThreeTypedForms)
                           {"05..2026", QDate()},
                           {"5.1", QDate()},
                           {"05-01-2026", QDate()},
+                          {"2026-01-005", QDate()},
                           {"-5.1.2026", QDate()},
                           {"٥.١.٢٠٢٦", QDate()}};
     for (const Case& c : cases)
