@@ -6,6 +6,12 @@
 
 namespace operations {
 
+store::Outcome deleteOne(service::OperationDeletion& deletion, Operation::Kind kind, std::int32_t number)
+{
+    return kind == Operation::Kind::Expense ? deletion.deleteExpense(number)
+                                            : deletion.deleteBankOperation(number);
+}
+
 store::Result<std::int32_t> deleteOperations(store::Store& store, const std::vector<Operation>& chosen,
                                              TrashReason reason)
 {
@@ -16,9 +22,7 @@ store::Result<std::int32_t> deleteOperations(store::Store& store, const std::vec
     service::OperationDeletion deletion(store);
     for (const Operation& operation : chosen) {
         trash.keep(operation.kind, operation.number);
-        store::Outcome outcome = operation.kind == Operation::Kind::Expense
-                                     ? deletion.deleteExpense(operation.number)
-                                     : deletion.deleteBankOperation(operation.number);
+        store::Outcome outcome = deleteOne(deletion, operation.kind, operation.number);
         if (!outcome)
             return outcome; // leaving without commit rolls every step back
     }

@@ -10,6 +10,9 @@
 namespace store {
 class Store;
 }
+namespace service {
+class OperationDeletion;
+}
 
 namespace operations {
 
@@ -20,5 +23,8 @@ namespace operations {
 // and the refusal is returned. Hands back the action's number in the trash.
 store::Result<std::int32_t> deleteOperations(store::Store& store, const std::vector<Operation>& chosen,
                                              TrashReason reason = TrashReason::Deleted);
+
+// One operation deleted by the service window's deletion of its table.
+store::Outcome deleteOne(service::OperationDeletion& deletion, Operation::Kind kind, std::int32_t number);
 
 } // namespace operations

@@ -1,5 +1,6 @@
 #include "Trash.h"
 
+#include "Deletion.h"
 #include "OperationsTexts.h"
 
 #include "service/OperationDeletion.h"
@@ -157,9 +158,7 @@ store::Outcome Trash::putBack(std::vector<std::int32_t> entries)
     for (const Return& back : returns) {
         if (inList(tx, back.kind, back.number)) {
             replaced.keep(back.kind, back.number);
-            const store::Outcome removed = back.kind == Operation::Kind::Expense
-                                               ? deletion.deleteExpense(back.number)
-                                               : deletion.deleteBankOperation(back.number);
+            const store::Outcome removed = deleteOne(deletion, back.kind, back.number);
             if (!removed)
                 return removed;
         }
