@@ -12,11 +12,6 @@ namespace operations {
 
 namespace {
 
-QString tr8(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
 QLineEdit* field(const QString& name, const QString& text, QWidget* parent)
 {
     auto* edit = new QLineEdit(text, parent);

@@ -1,5 +1,17 @@
 #pragma once
 
+#include <QString>
+
+namespace operations {
+
+// A text of the window as Qt takes it.
+inline QString tr8(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+} // namespace operations
+
 // The operations window's own texts, defined once.
 namespace operations::texts {
 

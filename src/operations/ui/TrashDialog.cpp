@@ -29,10 +29,10 @@ TrashDialog::TrashDialog(store::Store& store, ui::Dialogs& dialogs, const Journa
       m_summary(new QLabel(this))
 {
     setObjectName(QStringLiteral("TrashDialog"));
-    setWindowTitle(QString::fromUtf8(texts::trashTitle));
+    setWindowTitle(tr8(texts::trashTitle));
     auto* layout = new QVBoxLayout(this);
     m_list->setObjectName(QStringLiteral("TrashList"));
-    QStringList headers{QString::fromUtf8(texts::trashPutAt), QString::fromUtf8(texts::trashReason)};
+    QStringList headers{tr8(texts::trashPutAt), tr8(texts::trashReason)};
     for (int column = 0; column < OperationTableModel::ColumnCount; ++column)
         headers.append(OperationTableModel::headerText(column));
     m_list->setColumnCount(static_cast<int>(headers.size()));
@@ -50,10 +50,9 @@ TrashDialog::TrashDialog(store::Store& store, ui::Dialogs& dialogs, const Journa
     layout->addWidget(m_summary);
 
     auto* buttons = new QDialogButtonBox(this);
-    QPushButton* putBack =
-        buttons->addButton(QString::fromUtf8(texts::trashPutBack), QDialogButtonBox::ActionRole);
+    QPushButton* putBack = buttons->addButton(tr8(texts::trashPutBack), QDialogButtonBox::ActionRole);
     putBack->setObjectName(QStringLiteral("PutBackButton"));
-    QPushButton* close = buttons->addButton(QString::fromUtf8(texts::close), QDialogButtonBox::RejectRole);
+    QPushButton* close = buttons->addButton(tr8(texts::close), QDialogButtonBox::RejectRole);
     close->setObjectName(QStringLiteral("CloseButton"));
     putBack->setDefault(true); // Enter puts the chosen entries back
     layout->addWidget(buttons);
@@ -84,7 +83,7 @@ void TrashDialog::refill()
             m_list->setItem(row, kOwnColumns + column, item);
         }
     }
-    m_summary->setText(QString::fromUtf8(texts::trashSummary).arg(m_entries.size()).arg(Trash::kTrashDays));
+    m_summary->setText(tr8(texts::trashSummary).arg(m_entries.size()).arg(Trash::kTrashDays));
 }
 
 void TrashDialog::putBackChosen()
