@@ -187,10 +187,7 @@ const NextFile& SqliteImage::nextFile()
 {
     m_next.reset();
     m_nextRowids.assign(m_shape.tables.size(), std::nullopt);
-    m_nextFileTables = m_fileTables;
-    for (std::size_t i = m_fileTables; i < m_shape.tables.size(); ++i)
-        if (hasRows(i))
-            m_nextFileTables = m_shape.tables.size();
+    m_nextFileTables = tablesToWrite();
     if (m_file && m_file->canChangeRows() && m_nextFileTables == m_fileTables) {
         m_next.emplace(*m_file, changes());
         return *m_next;
@@ -224,9 +221,8 @@ jet::Database SqliteImage::dump(std::vector<std::optional<std::vector<std::int64
     result.password = m_shape.password;
     result.creationDate = m_shape.creationDate;
     result.codePage = m_shape.codePage;
-    for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
-        if (!writes(i))
-            continue;
+    const std::size_t count = tablesToWrite();
+    for (std::size_t i = 0; i < count; ++i) {
         std::vector<std::int64_t> ids;
         result.tables.push_back(dumpTable(m_shape.tables[i], &ids));
         m_columns.toFile(i, result.tables.back(), ids);
@@ -236,13 +232,17 @@ jet::Database SqliteImage::dump(std::vector<std::optional<std::vector<std::int64
     return result;
 }
 
-bool SqliteImage::hasRows(std::size_t table) const
+std::size_t SqliteImage::tablesToWrite() const
 {
-    const RawStatement any = prepareRaw(m_db.getHandle(), "SELECT EXISTS (SELECT 1 FROM " +
-                                                              tableName(m_shape.tables[table]) + ")");
-    if (sqlite3_step(any.get()) != SQLITE_ROW)
-        throw SQLite::Exception(m_db.getHandle(), sqlite3_errcode(m_db.getHandle()));
-    return sqlite3_column_int(any.get(), 0) != 0;
+    for (std::size_t i = m_fileTables; i < m_shape.tables.size(); ++i) {
+        const RawStatement any = prepareRaw(m_db.getHandle(), "SELECT EXISTS (SELECT 1 FROM " +
+                                                                  tableName(m_shape.tables[i]) + ")");
+        if (sqlite3_step(any.get()) != SQLITE_ROW)
+            throw SQLite::Exception(m_db.getHandle(), sqlite3_errcode(m_db.getHandle()));
+        if (sqlite3_column_int(any.get(), 0) != 0)
+            return m_shape.tables.size();
+    }
+    return m_fileTables;
 }
 
 jet::Table SqliteImage::dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids) const

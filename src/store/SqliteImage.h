@@ -81,9 +81,9 @@ private:
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
     std::vector<jet::TableChanges> changes();
-    bool hasRows(std::size_t table) const;
-    // Whether the next file holds table number `table`.
-    bool writes(std::size_t table) const { return table < m_fileTables || hasRows(table); }
+    // How many of the first tables the next file holds: those the file has,
+    // and all the others once one of them has a row.
+    std::size_t tablesToWrite() const;
 
     jet::Database m_shape; // the tables without rows, as the store keeps them
     // The first tables of m_shape, those the file has; the others are made on first use.
