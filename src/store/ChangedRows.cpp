@@ -12,6 +12,13 @@
 
 namespace store {
 
+namespace {
+
+// Fewer written rows than one in this many of the table are sought one by one.
+constexpr std::size_t kShareSoughtOneByOne = 8;
+
+} // namespace
+
 ChangedRows::ChangedRows(sqlite3* db, const jet::Table& table, const std::vector<std::int64_t>& kept)
     : m_db(db), m_table(table), m_kept(kept)
 {}
@@ -34,33 +41,44 @@ std::int64_t ChangedRows::countRows() const
     return sqlite3_column_int64(count.get(), 0);
 }
 
-// The rows now under the row ids written (none for a row id deleted last),
-// found in one statement that seeks each row id in turn.
+// The rows now under the row ids written (none for a row id deleted last).
+// A few are sought one by one; when many were written, as when the expenses
+// of an account move to another, one pass over the table in row id order is
+// cheaper than seeking each.
 std::vector<std::optional<jet::Row>>
 ChangedRows::currentRows(const std::vector<WrittenTables::RowWrite>& writes) const
 {
     std::vector<std::optional<jet::Row>> rows(writes.size());
+    const std::string table = sql::quoteIdentifier(jet::toUtf8(m_table.name));
+    const bool many = writes.size() * kShareSoughtOneByOne > m_kept.size();
     std::string ids = "[";
-    for (const WrittenTables::RowWrite& write : writes)
-        if (!write.deleted)
-            ids += std::to_string(write.rowid) + ',';
-    if (ids.size() == 1)
-        return rows;
-    ids.back() = ']';
-    const RawStatement select = prepareRaw(m_db, "SELECT t.rowid, t.* FROM json_each(?) AS ids CROSS JOIN " +
-                                                     sql::quoteIdentifier(jet::toUtf8(m_table.name)) +
-                                                     " AS t ON t.rowid = ids.value");
-    sqlite3_bind_text(select.get(), 1, ids.data(), static_cast<int>(ids.size()), SQLITE_STATIC);
+    if (!many) {
+        for (const WrittenTables::RowWrite& write : writes)
+            if (!write.deleted)
+                ids += std::to_string(write.rowid) + ',';
+        if (ids.size() == 1)
+            return rows;
+        ids.back() = ']';
+    }
+    const RawStatement select =
+        prepareRaw(m_db, many ? "SELECT rowid, * FROM " + table + " WHERE rowid >= ? ORDER BY rowid"
+                              : "SELECT t.rowid, t.* FROM json_each(?) AS ids CROSS JOIN " + table +
+                                    " AS t ON t.rowid = ids.value");
+    if (many) {
+        sqlite3_bind_int64(select.get(), 1, writes.empty() ? 0 : writes.front().rowid);
+    } else {
+        sqlite3_bind_text(select.get(), 1, ids.data(), static_cast<int>(ids.size()), SQLITE_STATIC);
+    }
     std::size_t i = 0;
     int rc = SQLITE_OK;
-    while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
+    while (i < writes.size() && (rc = sqlite3_step(select.get())) == SQLITE_ROW) {
         const std::int64_t rowid = sqlite3_column_int64(select.get(), 0);
         while (i < writes.size() && writes[i].rowid < rowid)
             ++i;
         if (i < writes.size() && writes[i].rowid == rowid)
             rows[i] = readRow(select.get(), 1);
     }
-    if (rc != SQLITE_DONE)
+    if (rc != SQLITE_DONE && rc != SQLITE_ROW)
         throw SQLite::Exception(m_db, rc);
     return rows;
 }

@@ -73,7 +73,7 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         "INSERT INTO Bank (F1, F2, F3) VALUES ('2026-01-05', ?1, 'вклад ' || ?1)",
         "INSERT OR REPLACE INTO Bank (rowid, F1, F2, F3) VALUES (?1 % 40 + 1, '2026-01-01', 5, 'на место')",
         "UPDATE Bank SET F3 = F3 || ' с пометкой' WHERE F0 % 7 = ?1 % 7",
-        "UPDATE Bills SET F2 = ?1 % 5 WHERE rowid % 23 = ?1 % 23",
+        "UPDATE Bills SET F2 = ?1 % 5 WHERE F2 = (?1 + 1) % 5", // an account's expenses moved
         "UPDATE Bills SET F4 = substr(F4, 1, ?1 % 9) WHERE rowid BETWEEN ?1 % 20000 AND ?1 % 20000 + 300",
         "DELETE FROM Bank WHERE F0 % 13 = ?1 % 13",
         "DELETE FROM Bills WHERE rowid > (SELECT max(rowid) FROM Bills) - ?1 % 50",
