@@ -65,12 +65,12 @@ ChangedRows::currentRows(const std::vector<WrittenTables::RowWrite>& writes) con
                               : "SELECT t.rowid, t.* FROM json_each(?) AS ids CROSS JOIN " + table +
                                     " AS t ON t.rowid = ids.value");
     if (many) {
-        sqlite3_bind_int64(select.get(), 1, writes.empty() ? 0 : writes.front().rowid);
+        sqlite3_bind_int64(select.get(), 1, writes.front().rowid);
     } else {
         sqlite3_bind_text(select.get(), 1, ids.data(), static_cast<int>(ids.size()), SQLITE_STATIC);
     }
     std::size_t i = 0;
-    int rc = SQLITE_OK;
+    int rc = SQLITE_DONE;
     while (i < writes.size() && (rc = sqlite3_step(select.get())) == SQLITE_ROW) {
         const std::int64_t rowid = sqlite3_column_int64(select.get(), 0);
         while (i < writes.size() && writes[i].rowid < rowid)
