@@ -8,11 +8,17 @@
 #include "UsageMap.h"
 
 #include <algorithm>
+#include <exception>
+#include <future>
+#include <optional>
 #include <unordered_set>
 
 namespace jet {
 
 namespace {
+
+// Tables of fewer than twice this many data pages are decoded on one thread.
+constexpr std::size_t kPagesWorthAThread = 16;
 
 void checkPassword(const Header& header, std::u16string_view password)
 {
@@ -35,6 +41,69 @@ Table tableOf(const PageSource& pages, const CatalogEntry& entry, const TableDef
     return table;
 }
 
+// The rows a helper thread decoded from the second half of a table's pages,
+// and the damage that stopped it, if any.
+struct SecondHalf
+{
+    std::vector<Row> rows;
+    std::optional<Error> damage;
+    std::exception_ptr failure;
+};
+
+bool hasLongValues(const TableDefinition& def)
+{
+    return std::any_of(def.columns.begin(), def.columns.end(),
+                       [](const StoredColumn& c) { return isLongValue(c.column.type); });
+}
+
+// Hands the rows on `owned` to the visitor in the order they lie, and returns
+// their count. A long table is decoded on two threads, the second half of its
+// pages beside the first; those rows go to the visitor after the first
+// half's, and damage there stops the visit only after the rows before it, as
+// reading on one thread would. Rows with long values stay on one thread: they
+// mark the long-value rows they claim.
+std::size_t visitRows(const PageSource& pages, const TableDefinition& def,
+                      const std::vector<std::uint32_t>& owned, const RowDecoder& decoder,
+                      DatabaseVisitor& visitor)
+{
+    std::size_t found = 0;
+    const auto visit = [&](std::span<const std::uint8_t> bytes) {
+        Row row = decoder.decode(bytes);
+        visitor.row(row);
+        ++found;
+    };
+    if (owned.size() < 2 * kPagesWorthAThread || hasLongValues(def)) {
+        forEachStoredRow(pages, def.page, owned, visit);
+        return found;
+    }
+    const auto middle = owned.begin() + static_cast<std::ptrdiff_t>(owned.size() / 2);
+    const std::vector<std::uint32_t> first(owned.begin(), middle), second(middle, owned.end());
+    std::future<SecondHalf> later = std::async(std::launch::async, [&] {
+        SecondHalf half;
+        try {
+            forEachStoredRow(pages, def.page, second, [&](std::span<const std::uint8_t> bytes) {
+                half.rows.push_back(decoder.decode(bytes));
+            });
+        } catch (const Error& e) {
+            half.damage = e;
+        } catch (...) {
+            half.failure = std::current_exception();
+        }
+        return half;
+    });
+    forEachStoredRow(pages, def.page, first, visit); // on damage, the future waits for its thread
+    SecondHalf half = later.get();
+    for (Row& row : half.rows) {
+        visitor.row(row);
+        ++found;
+    }
+    if (half.failure)
+        std::rethrow_exception(half.failure);
+    if (half.damage)
+        throw *half.damage;
+    return found;
+}
+
 // Hands the table and its rows to the visitor and checks what the file states
 // about them. Returns the damage found, naming the table; throws it unless
 // `salvage`, which keeps the rows read before the damage.
@@ -51,12 +120,7 @@ std::optional<Error> visitTable(const PageSource& pages, const CatalogEntry& ent
                            std::min<std::size_t>(def.rowCount, owned.size() * 255));
         begun = true;
         const RowDecoder decoder(pages, def, &claimedLongValueRows);
-        std::size_t found = 0;
-        forEachStoredRow(pages, def.page, owned, [&](std::span<const std::uint8_t> bytes) {
-            Row row = decoder.decode(bytes);
-            visitor.row(row);
-            ++found;
-        });
+        const std::size_t found = visitRows(pages, def, owned, decoder, visitor);
         if (found != def.rowCount)
             PageSource::damaged(Reason::RowCount,
                                 std::to_string(found) + " rows found of the " + std::to_string(def.rowCount) +

@@ -4,6 +4,7 @@
 #include "jet/Catalog.h"
 #include "jet/Header.h"
 #include "jet/TableDefinition.h"
+#include "jet/UsageMap.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -21,17 +22,20 @@ std::size_t offsetOf(const std::vector<std::uint8_t>& file, std::span<const std:
     return static_cast<std::size_t>(row.data() - file.data());
 }
 
+jet::TableDefinition definitionOf(const jet::PageSource& pages, std::u16string_view table)
+{
+    for (const jet::CatalogEntry& entry : jet::readCatalog(pages))
+        if (entry.name == table)
+            return jet::readTableDefinition(pages, entry.definitionPage);
+    throw std::logic_error("no such table");
+}
+
 // Where `table`'s usage-map row lies, and its length.
 std::pair<std::size_t, std::size_t> mapOf(const std::vector<std::uint8_t>& file, std::u16string_view table)
 {
     const jet::PageSource pages(file, jet::decodeHeader(file));
-    for (const jet::CatalogEntry& entry : jet::readCatalog(pages))
-        if (entry.name == table) {
-            const auto map =
-                pages.rowAt(jet::readTableDefinition(pages, entry.definitionPage).ownedMap).bytes;
-            return {offsetOf(file, map), map.size()};
-        }
-    throw std::logic_error("no such table");
+    const auto map = pages.rowAt(definitionOf(pages, table).ownedMap).bytes;
+    return {offsetOf(file, map), map.size()};
 }
 
 // Where the header of the chained long value of `length` bytes lies: the
@@ -58,6 +62,15 @@ void shiftPagesOf(std::vector<std::uint8_t>& file, std::u16string_view table)
     if (file[at] != 0x00)
         throw std::logic_error("not an inline map");
     jet::le::put32(&file[at + 1], 0);
+}
+
+int markLastPageForeign(std::vector<std::uint8_t>& file, std::u16string_view table)
+{
+    const jet::PageSource pages(file, jet::decodeHeader(file));
+    const std::uint32_t last = jet::readUsageMap(pages, definitionOf(pages, table).ownedMap).back();
+    const auto page = pages.page(last);
+    file[offsetOf(file, page)] = 0x02;
+    return pages.rowCount(page);
 }
 
 void loopLongValue(std::vector<std::uint8_t>& file, std::uint32_t length)

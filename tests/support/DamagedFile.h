@@ -17,6 +17,10 @@ void hidePagesOf(std::vector<std::uint8_t>& file, std::u16string_view table);
 // lists pages of other kinds.
 void shiftPagesOf(std::vector<std::uint8_t>& file, std::u16string_view table);
 
+// Marks the last of `table`'s data pages as a page of another kind, and
+// returns how many rows it held.
+int markLastPageForeign(std::vector<std::uint8_t>& file, std::u16string_view table);
+
 // Points the first link of the long-value chain holding `length` bytes at
 // itself.
 void loopLongValue(std::vector<std::uint8_t>& file, std::uint32_t length);
