@@ -6,6 +6,8 @@
 #include "jet/UsageMap.h"
 
 #include <algorithm>
+#include <exception>
+#include <future>
 
 namespace store {
 
@@ -14,6 +16,8 @@ namespace {
 using Kind = jet::RowChange::Kind;
 
 constexpr std::uint16_t kNotHere = 0x4000; // deleted rows and overflow stubs, which the reader skips
+// Fewer changed rows than this are decoded on one thread.
+constexpr std::size_t kChangedRowsWorthAThread = 2000;
 
 // The counter a changed table must state: the one given, or a larger
 // AutoNumber of a row put in.
@@ -90,22 +94,63 @@ std::string ChangedTableComparison::difference()
     if (std::string shape = shapeDifference(); !shape.empty())
         return shape;
     const jet::RowDecoder decoder(m_next, m_nextDef);
+    // A difference in the changed rows met before comes first.
+    const auto found = [&](std::string difference) {
+        std::string changed = firstChangedRowDifference(decoder);
+        return changed.empty() ? difference : changed;
+    };
     for (const std::uint32_t number : jet::readUsageMap(m_next, m_nextDef.ownedMap)) {
         const auto page = m_next.page(number);
         if (page[0] != 0x01 || jet::le::u32(page.data() + 4) != m_nextDef.page)
-            return "table " + m_name + ": page " + std::to_string(number) + " is not one of its data pages";
+            return found("table " + m_name + ": page " + std::to_string(number) +
+                         " is not one of its data pages");
         if (samePageAsBefore(page))
             continue;
         for (int i = 0; i < m_next.rowCount(page); ++i)
             if (const jet::RowSlot slot = m_next.row(page, i); !(slot.flags & kNotHere))
-                if (std::string difference = nextRow(slot.bytes, decoder); !difference.empty())
-                    return difference;
+                if (std::string difference = nextRow(slot.bytes); !difference.empty())
+                    return found(difference);
     }
     skipRemovals();
     if (m_change != m_changes.size() || !m_previous.atEnd() || m_found != m_nextDef.rowCount)
-        return "table " + m_name + ": " + std::to_string(m_found) + " rows found, " +
-               std::to_string(m_nextDef.rowCount) + " stated, not as changed";
-    return {};
+        return found("table " + m_name + ": " + std::to_string(m_found) + " rows found, " +
+                     std::to_string(m_nextDef.rowCount) + " stated, not as changed");
+    return found({});
+}
+
+// Each half of the changed rows is decoded on its own thread; the first
+// row that differs or does not decode, in file order, is the answer.
+std::string ChangedTableComparison::firstChangedRowDifference(const jet::RowDecoder& decoder) const
+{
+    struct Failure
+    {
+        std::size_t index = std::size_t(-1);
+        std::exception_ptr error;
+    };
+    const auto check = [&](std::size_t from, std::size_t to) {
+        for (std::size_t i = from; i < to; ++i) {
+            try {
+                if (decoder.decode(m_changedRows[i].bytes) != *m_changedRows[i].expected)
+                    return Failure{i, nullptr};
+            } catch (...) {
+                return Failure{i, std::current_exception()};
+            }
+        }
+        return Failure{};
+    };
+    const std::size_t count = m_changedRows.size();
+    const std::size_t middle = count < kChangedRowsWorthAThread ? count : count / 2;
+    std::future<Failure> later = std::async(std::launch::deferred, check, middle, count);
+    if (middle < count)
+        later = std::async(std::launch::async, check, middle, count);
+    Failure failure = check(0, middle);
+    if (failure.index == std::size_t(-1))
+        failure = later.get();
+    if (failure.index == std::size_t(-1))
+        return {};
+    if (failure.error)
+        std::rethrow_exception(failure.error);
+    return "table " + m_name + ": row " + std::to_string(m_changedRows[failure.index].found);
 }
 
 std::string ChangedTableComparison::shapeDifference() const
@@ -135,8 +180,7 @@ bool ChangedTableComparison::samePageAsBefore(std::span<const std::uint8_t> page
     return true;
 }
 
-std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes,
-                                            const jet::RowDecoder& decoder)
+std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes)
 {
     ++m_found;
     const auto here = [&] { return "table " + m_name + ": row " + std::to_string(m_found); };
@@ -145,7 +189,8 @@ std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes,
         const jet::RowChange& change = m_changes[m_change++];
         if (change.kind == Kind::Replace)
             skipPrevious();
-        return decoder.decode(bytes) == change.row ? std::string() : here();
+        m_changedRows.push_back({bytes, &change.row, m_found});
+        return {};
     }
     if (m_previous.atEnd())
         return here() + " more than expected";

@@ -53,9 +53,19 @@ private:
         int m_row = 0;
     };
 
+    // A changed row met on the next file's pages, decoded and compared once
+    // the pages are walked, on two threads.
+    struct ChangedRow
+    {
+        std::span<const std::uint8_t> bytes;
+        const jet::Row* expected;
+        std::size_t found; // its number in the next file, from 1
+    };
+
     std::string shapeDifference() const;
+    std::string firstChangedRowDifference(const jet::RowDecoder& decoder) const;
     bool samePageAsBefore(std::span<const std::uint8_t> page);
-    std::string nextRow(std::span<const std::uint8_t> bytes, const jet::RowDecoder& decoder);
+    std::string nextRow(std::span<const std::uint8_t> bytes);
     void skipRemovals();
     void skipPrevious();
 
@@ -69,6 +79,7 @@ private:
     std::size_t m_change = 0;   // the next change to meet
     std::size_t m_position = 0; // of the next previous row
     std::size_t m_found = 0;    // rows of the next file so far
+    std::vector<ChangedRow> m_changedRows;
 };
 
 } // namespace store

@@ -153,6 +153,12 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
                        {100, Kind::Remove, {}},
                        {400, Kind::Insert, {std::int32_t{500}, jet::Null{}, jet::Null{}, jet::Null{}}}};
     changes[0].lastAutoNumber = 500;
+    for (std::int32_t i = 1; i <= 3000; ++i) // enough to be checked on two threads
+        changes[1].rows.push_back({0,
+                                   Kind::Insert,
+                                   {i, jet::DateTime{45000}, 1, jet::Currency{i}, std::u16string(u"покупка"),
+                                    std::u16string(), 1}});
+    changes[1].lastAutoNumber = 3000;
     const jet::FileImage next(previous, changes);
     std::vector<std::uint8_t> bytes(next.bytes().begin(), next.bytes().end());
     struct ChangedCase
@@ -164,6 +170,12 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
     const ChangedCase changedCases[] = {
         {"no change", [](auto&) {}, ""},
         {"a value", [](auto& c) { c[0].rows[0].row[2] = jet::Currency{8}; }, "table Bank: row 6"},
+        {"values late among many",
+         [](auto& c) {
+             c[1].rows[2500].row[3] = jet::Currency{8};
+             c[1].rows[2900].row[3] = jet::Currency{8};
+         },
+         "table Bills: row 2501"},
         {"a removal moved", [](auto& c) { c[0].rows[1].position = 99; }, "table Bank: row 100"},
         {"an insert less", [](auto& c) { c[0].rows.pop_back(); }, "table Bank: row 400 more than expected"},
         {"a counter", [](auto& c) { c[3].lastAutoNumber = 1; }, "table Purse: autonumber counter"},
