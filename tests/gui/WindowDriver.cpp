@@ -6,6 +6,7 @@
 #include "store/Schema.h"
 
 #include <QAbstractButton>
+#include <QDateEdit>
 #include <QLabel>
 #include <QProcess>
 #include <QRegularExpression>
@@ -147,6 +148,24 @@ void WindowDriver::closeSplash()
 {
     if (app::SplashWindow* splash = m_frame->splashWindow())
         QMetaObject::invokeMethod(splash->findChild<QTimer*>(), "timeout");
+}
+
+void WindowDriver::act(const Form& form, const QString& steps)
+{
+    for (const QString& step : steps.split('|', Qt::SkipEmptyParts)) {
+        const QByteArray name = step.section('=', 0, 0).toUtf8();
+        const QString value = step.section('=', 1);
+        if (step == "yes")
+            dialogs.answer(ui::DialogAnswer::Yes);
+        else if (!step.contains('='))
+            form.click(name);
+        else if (auto* date = qobject_cast<QDateEdit*>(form.control(name)))
+            date->setDate(QDate::fromString(value, "dd.MM.yyyy"));
+        else if (qobject_cast<QComboBox*>(form.control(name)))
+            form.choose(name, value);
+        else
+            form.enter(name, value);
+    }
 }
 
 QStringList WindowDriver::newBoxes()

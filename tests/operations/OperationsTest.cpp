@@ -15,7 +15,6 @@
 #include "store/Schema.h"
 #include "store/Transaction.h"
 
-#include <QDateEdit>
 #include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -59,21 +58,6 @@ QStringList shown(const OperationTableModel& model)
         rows << model.text(row, OperationTableModel::Kind) + " " +
                     model.text(row, OperationTableModel::Number);
     return rows;
-}
-
-// A filter's fields as "name=value|…": a date as dd.MM.yyyy, a list's entry or a typed text.
-void set(const Form& f, const QString& fields)
-{
-    for (const QString& field : fields.split('|', Qt::SkipEmptyParts)) {
-        const QByteArray name = field.section('=', 0, 0).toLatin1();
-        const QString value = field.section('=', 1);
-        if (auto* date = qobject_cast<QDateEdit*>(f.control(name)))
-            date->setDate(QDate::fromString(value, "dd.MM.yyyy"));
-        else if (qobject_cast<QComboBox*>(f.control(name)))
-            f.choose(name, value);
-        else
-            f.enter(name, value);
-    }
 }
 
 // The rows of the trash without the moment each was put in.
@@ -161,7 +145,7 @@ void OperationsTest::filters()
         QVERIFY(w.start());
         w.main().click("OperationsButton");
         const Form f(window(w));
-        set(f, fields);
+        w.act(f, fields);
         const QString got = shown(window(w)->model()).join(", ") + " / " + f.text("Summary");
         QVERIFY2(got == expected, qPrintable(fields + ": " + got));
         w.expect({}, false);
@@ -267,8 +251,7 @@ void OperationsTest::openingCorrectingAndClosing()
 
     auto* mdi = w.frame().findChild<QMdiArea*>();
     mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(w.main().widget()->parentWidget()));
-    w.main().enter("T9", "25");
-    w.main().click("Command1");
+    w.act(w.main(), "T9=25|Command1");
     w.newBoxes();
     w.main().click("OperationsButton");
     QCOMPARE(window(w)->model().rowCount(), 7);
@@ -300,8 +283,7 @@ void OperationsTest::deletingUndoingAndTheTrash()
         {"ВНИМАНИЕ!!!: Удалить выбранные операции (2) на сумму -500,00 р.?\r\nДеньги в банке и в кошельках "
          "изменятся так, как будто этих операций не было. Копия файла до удаления сохраняется."},
         false);
-    w.dialogs.answer(ui::DialogAnswer::Yes);
-    f.click("DeleteButton");
+    w.act(f, "yes|DeleteButton");
     QCOMPARE(w.newBoxes().size(), 1);
     QCOMPARE(shown(window(w)->model()),
              QStringList({"Расход 2", "Поступление 1", "Расход 1", "Поступление 3"}));
@@ -351,7 +333,7 @@ void OperationsTest::deletingUndoingAndTheTrash()
     f.click("UndoButton");
     w.expect({"Ошибка: Отменять нечего: эти операции уже возвращены из корзины."}, false);
 
-    set(f, "KindList=Расход|AmountFrom=50|ToDate=31.03.2026");
+    w.act(f, "KindList=Расход|AmountFrom=50|ToDate=31.03.2026");
     std::optional<analytics::ReportDocument> printed;
     window(w)->setReportViewer([&](const analytics::ReportDocument& report) { printed = report; });
     f.click("PrintButton");
@@ -364,8 +346,7 @@ void OperationsTest::deletingUndoingAndTheTrash()
 
     // Another program replaced the file since the deletion: its undo would take back what is not there.
     list->selectRow(0);
-    w.dialogs.answer(ui::DialogAnswer::Yes);
-    f.click("DeleteButton");
+    w.act(f, "yes|DeleteButton");
     ProgramFolder other;
     other.write(household().database());
     writeBytes(w.folder().path() + "/" + store::kDataFileName, other.bytes());
