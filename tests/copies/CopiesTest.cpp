@@ -19,22 +19,12 @@ namespace {
 
 const QDateTime kNow(QDate(2026, 11, 22), QTime(9, 30));
 
-// The copies' names in the folder, newest first.
-QStringList copyNames(const WindowDriver& w)
+DataBuilder household()
 {
-    return QDir(w.folder().path() + "/" + store::kCopiesFolderName)
-        .entryList({"*.mdb"}, QDir::Files, QDir::Name | QDir::Reversed);
-}
-
-QByteArray copyBytes(const WindowDriver& w, const QString& name)
-{
-    return contents(w.folder().path() + "/" + store::kCopiesFolderName + "/" + name);
-}
-
-void data(DataBuilder& d)
-{
+    DataBuilder d;
     d.balance("700").account(3, "Питание").account(4, "Связь").purse(1, "Наличные", "10");
     d.bank(QDate(2026, 3, 6), "1000", "Зарплата").bill(QDate(2026, 3, 6), 3, "150,25");
+    return d;
 }
 
 } // namespace
@@ -96,18 +86,15 @@ void CopiesTest::actionLeavesCopy()
         {false, "начало-дня", "T7=91|B7"}, // any first change of the day
     };
     for (const auto& [inMain, why, steps] : cases) {
-        DataBuilder d;
-        data(d);
-        WindowDriver w(d);
+        WindowDriver w(household());
         QVERIFY(w.start());
         const QByteArray before = w.bytes();
         ProgramFolder backup;
         backup.write(DataBuilder().balance("5").database());
         writeBytes(w.folder().path() + "/" + store::kBackupFileName, backup.bytes());
         // What a copy's writer left when its process died goes; a write of this process stays.
-        const QString unfinished =
-            w.folder().path() + "/" + store::kCopiesFolderName + "/velmora.mdb.tmp-%1-0";
-        QDir().mkpath(w.folder().path() + "/" + store::kCopiesFolderName);
+        const QString unfinished = w.copies().filePath("velmora.mdb.tmp-%1-0");
+        QDir().mkpath(w.copies().path());
         for (const qint64 pid : {qint64(99999999), QCoreApplication::applicationPid()})
             writeBytes(unfinished.arg(pid), "partly written");
         w.act(inMain ? w.main() : w.service(), steps);
@@ -116,34 +103,30 @@ void CopiesTest::actionLeavesCopy()
         QVERIFY(!QFile::exists(unfinished.arg(99999999)));
         QVERIFY(QFile::exists(unfinished.arg(QCoreApplication::applicationPid())));
         // One copy covers the day: no second one of the same file.
-        const QStringList names = copyNames(w);
+        const QStringList names = w.copies().entryList({"*.mdb"});
         QVERIFY2(names.size() == 1 && names.front().startsWith("velmora-2026-03-15-") &&
                      names.front().endsWith(QString("-") + why + ".mdb"),
                  qPrintable(QString(steps) + ": " + names.join(", ")));
-        QCOMPARE(copyBytes(w, names.front()), before);
+        QCOMPARE(contents(w.copies().filePath(names.front())), before);
     }
 }
 
 void CopiesTest::chosenCopyRestored()
 {
-    DataBuilder d;
-    data(d);
-    WindowDriver w(d);
+    WindowDriver w(household());
     QVERIFY(w.start());
     const QByteArray original = w.bytes();
     const Form f = w.service();
     w.act(f, "Combo1B=3 - Питание|Combo1C=4 - Связь|yes|C3");
     // A damaged copy is listed, but cannot be chosen.
-    writeBytes(w.folder().path() + "/" + store::kCopiesFolderName + "/velmora-2026-01-01-0000-начало-дня.mdb",
-               "not a data file");
+    writeBytes(w.copies().filePath("velmora-2026-01-01-0000-начало-дня.mdb"), "not a data file");
     f.click("CopiesButton");
     auto* dialog = f.widget()->findChild<QDialog*>("CopiesDialog");
     QVERIFY(dialog);
     auto* list = dialog->findChild<QTableWidget*>("CopyList");
     QCOMPARE(list->rowCount(), 2);
-    QCOMPARE(list->item(0, 1)->text(), QString("перед переносом расходов"));
-    QCOMPARE(list->item(0, 2)->text(), QString("690,00 р."));
-    QCOMPARE(list->item(0, 3)->text(), QString("2"));
+    QCOMPARE(QStringList({list->item(0, 1)->text(), list->item(0, 2)->text(), list->item(0, 3)->text()}),
+             QStringList({"перед переносом расходов", "690,00 р.", "2"}));
     QVERIFY(list->item(1, 2)->text().startsWith("копия повреждена"));
     list->selectRow(1);
     QVERIFY(!dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled());
@@ -158,11 +141,9 @@ void CopiesTest::chosenCopyRestored()
 void CopiesTest::copyThatCannotBeWrittenAsks()
 {
     for (const bool goOn : {false, true}) {
-        DataBuilder d;
-        data(d);
-        WindowDriver w(d);
+        WindowDriver w(household());
         QVERIFY(w.start());
-        writeBytes(w.folder().path() + "/" + store::kCopiesFolderName, "in the way");
+        writeBytes(w.copies().path(), "in the way");
         const QByteArray before = w.bytes();
         const Form f = w.service();
         w.act(f, "Check1|yes");

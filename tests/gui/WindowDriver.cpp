@@ -193,6 +193,11 @@ QStringList WindowDriver::rows(const char* table) const
     return fileRows(m_folder.path(), table);
 }
 
+QDir WindowDriver::copies() const
+{
+    return QDir(m_folder.path() + "/" + store::kCopiesFolderName);
+}
+
 // mdb-export prints each half of a character outside the Basic Multilingual
 // Plane as "?" and a text only up to a NUL in it.
 void expectMdbExportAgrees(const ProgramFolder& folder)

@@ -12,6 +12,7 @@
 
 #include <QComboBox>
 #include <QDate>
+#include <QDir>
 #include <QLineEdit>
 #include <QQueue>
 
@@ -133,6 +134,8 @@ public:
     // The rows of a table of the data file, as fileRows() gives them.
     QStringList rows(const char* table) const;
     QByteArray bytes() const { return m_folder.bytes(); }
+    // The folder of the automatic copies.
+    QDir copies() const;
 
     ScriptedDialogs dialogs;
     QStringList log;
