@@ -49,9 +49,8 @@ void ServiceWindowTest::accountsPasswordAndRates()
     // their account lists follow every change.
     const Form main = w.main();
     const Form analytics = w.analytics();
-    w.act(main, "Combo1=1 - Наличные|VC1|R1=12");
-    for (const Form& form : {main, analytics})
-        form.choose("R2", "5 - Отпуск");
+    w.act(main, "Combo1=1 - Наличные|VC1|R1=12|R2=5 - Отпуск");
+    analytics.choose("R2", "5 - Отпуск");
     const auto kept = [&](const QString& chosen, const QStringList& entries) {
         QCOMPARE(QStringList({main.text("R2"), analytics.text("R2"), main.text("T1"), main.text("R1")}),
                  QStringList({chosen, chosen, "Наличные", "12"}));
@@ -108,8 +107,7 @@ void ServiceWindowTest::accountsPasswordAndRates()
     kept(renamed, {"3 - Питание", renamed});
     // The password box offers the one in use; Cancel, then No, keeps it.
     w.dialogs.answerText("Ключ'7");
-    f.click("B2");
-    f.click("B2");
+    w.act(f, "B2|B2");
     w.expect({information(texts::passwordSet), attention(utf8(texts::removePasswordQuestion))}, true);
     QVERIFY(w.dialogs.asked().last().endsWith("[Ключ'7]"));
     w.act(f, "T8=abc|B7|T7=28,4567|T8=91.505|B7");

@@ -121,11 +121,8 @@ void StartUpTest::troubleWithTheDataFile()
             data.database().password = u"чужой";
         if (trouble != Missing)
             folder.write(data.database());
-        QByteArray garbage = folder.bytes();
-        for (qsizetype i = 0; i < garbage.size(); ++i)
-            garbage[i] = char((i * 131 + 7) % 251);
         if (trouble == Garbage)
-            folder.writeBytes(garbage);
+            folder.writeBytes(QByteArray(folder.bytes().size(), '\x5a'));
         if (trouble == WriteProtected)
             QFile::setPermissions(folder.dataFilePath(), QFile::ReadOwner);
         const QByteArray before = folder.bytes();
