@@ -13,7 +13,6 @@
 #include <QBarSet>
 #include <QChart>
 #include <QChartView>
-#include <QCheckBox>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTableView>
@@ -41,15 +40,6 @@ DataBuilder household()
 int rowCount(const Form& f, const char* name)
 {
     return qobject_cast<QTableView*>(f.control(name))->model()->rowCount();
-}
-
-// "Пересчитать" for a month and year typed into the lists, with or without "Диаграмма".
-void recalculate(const Form& f, const QString& month, const QString& year, bool charts = false)
-{
-    f.list("Combo1")->setEditText(month);
-    f.list("Combo2")->setEditText(year);
-    qobject_cast<QCheckBox*>(f.control("C1"))->setChecked(charts);
-    f.click("B1");
 }
 
 QBarSeries* series(const Form& charts, const char* name)
@@ -129,9 +119,9 @@ void AnalyticsWindowTest::chartsTakeThePeriodHandedOverAndShowAHiddenChartAgain(
     WindowDriver w(household());
     QVERIFY(w.start());
     const Form f = w.analytics();
-    recalculate(f, "3 - Март", "2005");
+    w.act(f, "Combo1=3 - Март|Combo2=2005|B1");
     QVERIFY(!w.frame().chartsWindow());
-    recalculate(f, "3 - Март", "2005", true);
+    w.act(f, "C1|B1"); // with "Диаграмма"
     const Form charts = w.charts();
     QCOMPARE(w.frame().mdiArea()->activeSubWindow()->widget(), charts.widget());
     // The first drawing already shows the period handed over.
@@ -145,7 +135,7 @@ void AnalyticsWindowTest::chartsTakeThePeriodHandedOverAndShowAHiddenChartAgain(
     QVERIFY(colour("MSChart1", 1) == colour("MSChart2", 2) && colour("MSChart2", 1) != colour("MSChart2", 2));
     QCOMPARE(series(charts, "MSChart1")->chart()->locale().language(), QLocale::Russian);
     // An open window takes the next period into its fields and keeps its drawing until "Исключить".
-    recalculate(f, "11 - Ноябрь", "2005", true);
+    w.act(f, "Combo1=11 - Ноябрь|B1");
     QCOMPARE(w.charts().widget(), charts.widget());
     QCOMPARE(charts.text("T1"), QString("11 - Ноябрь"));
     QCOMPARE(chart(charts, "MSChart1").value(0), QString("03.2005"));
@@ -160,11 +150,11 @@ void AnalyticsWindowTest::chartsTakeThePeriodHandedOverAndShowAHiddenChartAgain(
     // Закрыть; empty lists hand over today's month and year to a new window.
     charts.click("B1");
     QTRY_VERIFY(!w.frame().chartsWindow());
-    recalculate(f, {}, {}, true);
+    w.act(f, "Combo1=|Combo2=|B1");
     const Form again = w.charts();
     QCOMPARE(chart(again, "MSChart1"), (QStringList{"03.2026", "Транспорт=7"}));
     // May 2005 had no expenses: the month chart is hidden and says so, the year's is drawn.
-    recalculate(f, "5 - Май", "2005", true);
+    w.act(f, "Combo1=5 - Май|Combo2=2005|B1");
     again.click("Command1");
     QVERIFY(chart(again, "MSChart1").isEmpty() && again.control("Label4")->isVisible());
     QCOMPARE(chart(again, "MSChart2").value(0), QString("2005"));

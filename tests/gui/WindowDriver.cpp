@@ -161,9 +161,12 @@ void WindowDriver::act(const Form& form, const QString& steps)
             form.click(name);
         else if (auto* date = qobject_cast<QDateEdit*>(form.control(name)))
             date->setDate(QDate::fromString(value, "dd.MM.yyyy"));
-        else if (qobject_cast<QComboBox*>(form.control(name)))
-            form.choose(name, value);
-        else
+        else if (auto* list = qobject_cast<QComboBox*>(form.control(name))) {
+            if (list->isEditable() && !value.isEmpty() && list->findText(value) < 0)
+                list->setEditText(value);
+            else
+                form.choose(name, value);
+        } else
             form.enter(name, value);
     }
 }

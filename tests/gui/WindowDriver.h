@@ -120,9 +120,10 @@ public:
     Form service() const;
     Form analytics() const;
     void closeSplash();
-    // Steps apart by "|": "name=value" fills a field, picks a list's entry or
-    // sets a date (dd.MM.yyyy); "yes" answers the next question Yes; any
-    // other step presses the control of that name.
+    // Steps apart by "|": "name=value" fills a field, picks a list's entry
+    // (or types it into an editable list that lacks it) or sets a date
+    // (dd.MM.yyyy); "yes" answers the next question Yes; any other step
+    // presses the control of that name.
     void act(const Form& form, const QString& steps);
 
     // The boxes shown since the last call, as "title: text".
