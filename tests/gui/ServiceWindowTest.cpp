@@ -145,8 +145,7 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     QVERIFY(!f.enabled("C16"));
     f.click("Check1");
     QVERIFY(f.enabled("C16"));
-    for (const char* button : {"C1", "C2", "C16", "C14", "C15", "C3"})
-        f.click(button);
+    w.act(f, "C1|C2|C16|C14|C15|C3");
     w.expect(QStringList(6, "ВНИМАНИЕ!!!: "), false);
     QCOMPARE(contents(backupPath), QByteArray("прежняя копия"));
     w.act(f, "Combo1=2|yes|C14");
