@@ -13,7 +13,6 @@
 #include <QBarSet>
 #include <QChart>
 #include <QChartView>
-#include <QCheckBox>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTableView>
@@ -41,15 +40,6 @@ DataBuilder household()
 int rowCount(const Form& f, const char* name)
 {
     return qobject_cast<QTableView*>(f.control(name))->model()->rowCount();
-}
-
-// "Пересчитать" for a month and year typed into the lists, with or without "Диаграмма".
-void recalculate(const Form& f, const QString& month, const QString& year, bool charts = false)
-{
-    f.list("Combo1")->setEditText(month);
-    f.list("Combo2")->setEditText(year);
-    qobject_cast<QCheckBox*>(f.control("C1"))->setChecked(charts);
-    f.click("B1");
 }
 
 QBarSeries* series(const Form& charts, const char* name)
@@ -99,8 +89,7 @@ void AnalyticsWindowTest::recalculationAndReportsFollowTheLists()
     w.main().click("B1");
     QCOMPARE(w.frame().findChildren<analytics::AnalyticsWindow*>().size(), 1);
     // Changing the lists alone rebuilds nothing.
-    f.choose("Combo2", "2005");
-    f.choose("Combo1", "3 - Март");
+    w.act(f, "Combo2=2005|Combo1=3 - Март");
     QCOMPARE(f.texts({"T3", "T4", "T5", "T6"}), (QStringList{"100", "100", "7", "7"}));
     f.click("B1");
     QCOMPARE(f.texts({"T3", "T4", "T5", "T6"}), (QStringList{"-1000,5", "199,5", "1620,5", "1870,5"}));
@@ -109,14 +98,11 @@ void AnalyticsWindowTest::recalculationAndReportsFollowTheLists()
     // "Расход" without an account: the message, the figures follow, the detail list stays.
     f.click("O2");
     QVERIFY(!f.enabled("B2") && f.enabled("B3"));
-    f.choose("Combo1", "11 - Ноябрь");
-    f.click("B1");
-    f.click("B3");
+    w.act(f, "Combo1=11 - Ноябрь|B1|B3");
     w.expect(QStringList(2, "Ошибка: " + utf8(analytics::texts::chooseAccount)), false);
     QCOMPARE(f.texts({"T3", "T4", "T5", "T6"}), (QStringList{"1200", "199,5", "250", "1870,5"}));
     QCOMPARE(rowCount(f, "DataGrid2"), 2);
-    f.choose("R2", "2 - Транспорт");
-    f.click("B1");
+    w.act(f, "R2=2 - Транспорт|B1");
     QCOMPARE(f.text("DataGrid2Caption"), QString("Расход"));
     QCOMPARE(rowCount(f, "DataGrid2"), 1);
     f.click("B3");
@@ -133,9 +119,9 @@ void AnalyticsWindowTest::chartsTakeThePeriodHandedOverAndShowAHiddenChartAgain(
     WindowDriver w(household());
     QVERIFY(w.start());
     const Form f = w.analytics();
-    recalculate(f, "3 - Март", "2005");
+    w.act(f, "Combo1=3 - Март|Combo2=2005|B1");
     QVERIFY(!w.frame().chartsWindow());
-    recalculate(f, "3 - Март", "2005", true);
+    w.act(f, "C1|B1"); // with "Диаграмма"
     const Form charts = w.charts();
     QCOMPARE(w.frame().mdiArea()->activeSubWindow()->widget(), charts.widget());
     // The first drawing already shows the period handed over.
@@ -149,44 +135,38 @@ void AnalyticsWindowTest::chartsTakeThePeriodHandedOverAndShowAHiddenChartAgain(
     QVERIFY(colour("MSChart1", 1) == colour("MSChart2", 2) && colour("MSChart2", 1) != colour("MSChart2", 2));
     QCOMPARE(series(charts, "MSChart1")->chart()->locale().language(), QLocale::Russian);
     // An open window takes the next period into its fields and keeps its drawing until "Исключить".
-    recalculate(f, "11 - Ноябрь", "2005", true);
+    w.act(f, "Combo1=11 - Ноябрь|B1");
     QCOMPARE(w.charts().widget(), charts.widget());
     QCOMPARE(charts.text("T1"), QString("11 - Ноябрь"));
     QCOMPARE(chart(charts, "MSChart1").value(0), QString("03.2005"));
-    charts.field("T3")->setText("200");
+    charts.enter("T3", "200");
     QTest::keyClick(charts.field("T3"), Qt::Key_Return);
     QCOMPARE(chart(charts, "MSChart1"), (QStringList{"11.2005", "Транспорт=0"}));
     QVERIFY(w.dialogs.shown().isEmpty());
     // A word is refused, and the drawing leaves nothing out.
-    charts.field("T3")->setText("тысяча");
-    charts.click("Command1");
+    w.act(charts, "T3=тысяча|Command1");
     w.expect({"Ошибка: " + utf8(charts::texts::mustBeNumber)}, false);
     QCOMPARE(chart(charts, "MSChart2").last(), QString("Подарки=1500"));
     // Закрыть; empty lists hand over today's month and year to a new window.
     charts.click("B1");
     QTRY_VERIFY(!w.frame().chartsWindow());
-    recalculate(f, {}, {}, true);
+    w.act(f, "Combo1=|Combo2=|B1");
     const Form again = w.charts();
     QCOMPARE(chart(again, "MSChart1"), (QStringList{"03.2026", "Транспорт=7"}));
     // May 2005 had no expenses: the month chart is hidden and says so, the year's is drawn.
-    recalculate(f, "5 - Май", "2005", true);
+    w.act(f, "Combo1=5 - Май|Combo2=2005|B1");
     again.click("Command1");
     QVERIFY(chart(again, "MSChart1").isEmpty() && again.control("Label4")->isVisible());
     QCOMPARE(chart(again, "MSChart2").value(0), QString("2005"));
     QVERIFY(!again.control("Label3")->isVisible());
-    again.field("T2")->setText("abc");
-    again.click("Command1");
+    w.act(again, "T2=abc|Command1");
     QVERIFY(chart(again, "MSChart2").isEmpty() && again.control("Label3")->isVisible());
     // A later drawing with expenses shows both charts again; labels turn upright when the bars are many.
-    again.field("T1")->setText("3");
-    again.field("T2")->setText("2005");
-    again.click("Command1");
+    w.act(again, "T1=3|T2=2005|Command1");
     QCOMPARE(chart(again, "MSChart1").value(0) + chart(again, "MSChart2").value(0), QString("03.20052005"));
     QVERIFY(!again.control("Label4")->isVisible() && !again.control("Label3")->isVisible());
     QCOMPARE(series(again, "MSChart1")->labelsAngle(), 0);
-    again.field("T1")->setText("1");
-    again.field("T2")->setText("2004");
-    again.click("Command1");
+    w.act(again, "T1=1|T2=2004|Command1");
     QCOMPARE(chart(again, "MSChart1").size(), 8);
     QCOMPARE(series(again, "MSChart1")->labelsAngle(), -90);
     // The charts and the analytics go with the main window.

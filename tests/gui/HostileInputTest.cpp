@@ -331,9 +331,7 @@ void HostileInputTest::escapedExceptionIsReportedAndTheProgramGoesOn()
     QCOMPARE(h.log, QStringList{utf8(app::texts::actionFailedLog).arg("проверка")});
     QCOMPARE(h.bytes(), before);
     h.dialogs.answerText("Зарплата");
-    h.main().field("T9")->setText("10");
-    h.main().click("O1");
-    h.main().click("Command1");
+    h.act(h.main(), "T9=10|O1|Command1");
     QCOMPARE(h.main().text("T11"), QString("10,00 р."));
 }
 

@@ -33,12 +33,6 @@ void typeWithKeypad(const Form& form, const char* field, const QString& before, 
     Form::type(form.field(field), after);
 }
 
-void openPurse(const Form& main, const QString& entry = "1 - Наличные")
-{
-    main.choose("Combo1", entry);
-    main.click("VC1");
-}
-
 } // namespace
 
 class MainWindowTest : public QObject
@@ -62,9 +56,8 @@ void MainWindowTest::aWeekOfTheHousehold()
     const Form main = w.main();
     typeWithKeypad(main, "T9", "45000", Qt::Key_Period, ".", "0");
     typeWithKeypad(main, "T12", "15", Qt::Key_Comma, ",", "03.2026");
-    main.click("O1");
     w.dialogs.answerText("Зарплата за март");
-    main.click("Command1");
+    w.act(main, "O1|Command1");
     w.expect({"Ошибка: Сумма в размере 45000,0 добавлена"}, true);
     QVERIFY(w.dialogs.asked().first().endsWith(": Введите комментарий для суммы 45000,0 []"));
     QCOMPARE(main.texts({"T9", "T11", "T10", "S1"}), QStringList({"", "45 000,00 р.", "0,00 р.", "45000"}));
@@ -73,7 +66,7 @@ void MainWindowTest::aWeekOfTheHousehold()
     main.click("VC4");
     w.expect({"Информация: Кошелек успешно добавлен"}, true);
     // Opening writes nothing; cash into the purse closes it.
-    openPurse(main);
+    w.act(main, "Combo1=1 - Наличные|VC1");
     QCOMPARE(main.texts({"T1", "T4"}), QStringList({"Наличные", "0"}));
     main.click("O3");
     typeWithKeypad(main, "T14", "5000", Qt::Key_Period, "", "0");
@@ -82,15 +75,9 @@ void MainWindowTest::aWeekOfTheHousehold()
     QCOMPARE(main.texts({"T1", "T4", "T14", "T10", "T11"}),
              QStringList({"", "", "", "5 000,00 р.", "40 000,00 р."}));
     // Expenses from the open purse, rounded to kopecks; the next keeps account, date and purse.
-    openPurse(main);
-    main.choose("R2", "1 - Питание");
+    w.act(main, "Combo1=1 - Наличные|VC1|R2=1 - Питание");
     typeWithKeypad(main, "R1", "10", Qt::Key_Comma, ",", "125");
-    main.enter("R3", "Яблоки 'свои'");
-    main.enter("R4", "\"Антоновка\"");
-    main.click("B3");
-    main.enter("R1", "1200");
-    main.enter("R3", "Мясо");
-    main.click("B3");
+    w.act(main, "R3=Яблоки 'свои'|R4=\"Антоновка\"|B3|R1=1200|R3=Мясо|B3");
     w.expect({"Информация: Расход на сумму - 10,125\r\nЗа - Яблоки 'свои'\r\nУспешно добавлен!",
               "Информация: Расход на сумму - 1200\r\nЗа - Мясо\r\nУспешно добавлен!"},
              true);
@@ -99,23 +86,17 @@ void MainWindowTest::aWeekOfTheHousehold()
                  {"", "", "", "1 - Питание", "Наличные", "3789,87", "3 789,87 р.", "1210,13", "15.03.2026"}));
     QCOMPARE(w.rows("Bills").first(),
              QString("1 | 2026-03-15 | 1 | 10.13 | Яблоки 'свои' | \"Антоновка\" | 1"));
-    main.click("O4");
-    main.enter("T14", "1000");
-    main.click("Command2");
+    w.act(main, "O4|T14=1000|Command2");
     w.expect({"Информация: Сумма в размере 1000 снята с кошелька"}, true);
     QCOMPARE(main.texts({"T1", "T10", "T11"}), QStringList({"", "2 789,87 р.", "41 000,00 р."}));
     // A new name keeps the code.
-    openPurse(main);
-    main.enter("T1", "Кошелёк 'семейный'");
-    main.enter("T3", "на продукты");
-    main.click("VC2");
+    w.act(main, "Combo1=1 - Наличные|VC1|T1=Кошелёк 'семейный'|T3=на продукты|VC2");
     w.expect({"Информация: Изменеия успешно внесены"}, true);
     QCOMPARE(main.texts({"T1", "T3", "Combo1"}), QStringList({"", "", ""}));
     // Deleting after Yes: its cash is the bank's again.
-    openPurse(main, "1 - Кошелёк 'семейный'");
+    w.act(main, "Combo1=1 - Кошелёк 'семейный'|VC1");
     QCOMPARE(main.text("T3"), QString("на продукты"));
-    w.dialogs.answer(ui::DialogAnswer::Yes);
-    main.click("VC3");
+    w.act(main, "yes|VC3");
     w.expect(
         {"ВНИМАНИЕ!!! УДАЛЕНИЕ!!!: Подтвердите удаление кошелька!", "Информация: Кошелек успешно удален"},
         true);
@@ -151,8 +132,7 @@ void MainWindowTest::whatTheWindowShowsOfADataFileAndAfterARefresh()
         tx.execute("INSERT INTO Bills_Dict (F0, F1) VALUES (?, ?)", {5, "Связь"});
         QVERIFY(tx.commit().ok());
     }
-    openPurse(main);
-    main.field("T14")->setText("5");
+    w.act(main, "Combo1=1 - Наличные|VC1|T14=5");
     w.frame().mainWindow()->refreshListsAndBalances();
     w.frame().mainWindow()->refreshMonthStatistics();
     QCOMPARE(main.texts({"T11", "S1", "T1", "T4", "T14"}), QStringList({"1 549,75 р.", "549,5", "", "", ""}));
@@ -160,17 +140,14 @@ void MainWindowTest::whatTheWindowShowsOfADataFileAndAfterARefresh()
     QVERIFY(main.enabled("Combo1") && w.dialogs.shown().isEmpty());
     // Neither option chosen is a withdrawal; Cancel in the comment box leaves
     // it empty; the bank operation closes an open purse.
-    openPurse(main);
-    main.enter("T9", "12,345");
-    main.click("Command1");
+    w.act(main, "Combo1=1 - Наличные|VC1|T9=12,345|Command1");
     w.expect({"Ошибка: Сумма в размере 12,345 снята"}, true);
     QCOMPARE(w.dialogs.shown().last().icon, ui::DialogIcon::Information);
     QVERIFY(w.rows("Bank").last().endsWith(" | 2026-03-31 | -12.34 | "));
     QCOMPARE(main.texts({"T1", "T11"}), QStringList({"", "1 537,41 р."}));
     // A data file gone missing: a clear message and the program goes on.
     QVERIFY(QFile::remove(w.folder().dataFilePath()));
-    main.enter("T9", "10");
-    main.click("Command1");
+    w.act(main, "T9=10|Command1");
     const QStringList missing = w.newBoxes();
     QVERIFY2(missing.size() == 1 && missing[0].contains("не найден"), qPrintable(missing.join('\n')));
     QVERIFY(main.text("T9") == "10" && w.quitCodes.isEmpty());
@@ -242,47 +219,22 @@ void MainWindowTest::wrongInputWritesNothing()
     const QString number = "Ошибка: Необходимо вводить число!",
                   date = "Ошибка: Необходимо задать правильную дату";
     const QString fields = "Ошибка: Необходимо указать номер счета, сумму расхода и выбрать кошелек!";
-    const auto expense = [&](bool open, const char* account) {
-        if (open)
-            openPurse(main);
-        else
-            main.choose("Combo1", "1 - Наличные"); // chosen, but not opened
-        main.choose("R2", account);
-        main.enter("R1", "10");
-        main.enter("R3", "Хлеб");
-        main.click("B3");
-    };
-    const auto press = [&](const char* field, const char* typed, const char* button) {
-        main.enter(field, typed);
-        main.click(button);
-    };
-    for (const char* button : {"VC1", "VC2", "VC4"})
-        main.click(button);
-    press("T1", "Без кода", "VC3");
-    openPurse(main, "2 - Карта");
-    main.click("VC3");
+    w.act(main, "VC1|VC2|VC4|T1=Без кода|VC3|Combo1=2 - Карта|VC1|VC3");
     QVERIFY(main.text("T1").isEmpty() && main.enabled("Combo1"));
     w.expect({"Ошибка: Необходимо выбрать кошелек для редакции",
               "Ошибка: Необходимо задать код кошелька, например - 2",
               "Ошибка: Необходимо выбрать кошелек для удаления",
               "ВНИМАНИЕ!!! УДАЛЕНИЕ!!!: Подтвердите удаление"},
              false);
-    press("T9", "12a", "Command1");
-    press("T9", "100", "O1");
-    press("T12", "31.02.2026", "Command1");
-    main.enter("T12", "15.03.2026");
-    press("T14", "5", "Command2");
-    expense(false, "3 - Питание");
-    openPurse(main);
-    press("T14", "сто", "Command2");
-    expense(true, "");
-    main.enter("T12", "2026-02-30");
-    expense(true, "3 - Питание");
-    main.enter("T12", "15.03.2026");
+    w.act(main, "T9=12a|Command1|T9=100|O1|T12=31.02.2026|Command1|T12=15.03.2026|T14=5|Command2");
+    const QString open = "Combo1=1 - Наличные|VC1|", expense = "|R1=10|R3=Хлеб|B3";
+    w.act(main, "Combo1=1 - Наличные|R2=3 - Питание" + expense); // the purse chosen, not opened
+    w.act(main, open + "T14=сто|Command2|" + open + "R2=" + expense);
+    w.act(main, "T12=2026-02-30|" + open + "R2=3 - Питание" + expense + "|T12=15.03.2026");
     w.expect({number, date, "Ошибка: Необходимо вызвать Кошелек на редакцию!", fields, number, fields, date},
              false);
     w.dialogs.answerText(QString(256, u'ю'));
-    press("T9", "-0,5", "Command1");
+    w.act(main, "T9=-0,5|Command1");
     // The next purse code lies beyond the code column.
     w.dialogs.answerText("Лишний");
     main.click("VC4");

@@ -23,11 +23,6 @@ const auto attention = [](const QString& text) { return "ВНИМАНИЕ!!!: " 
 const auto information = [](const char* text) { return "Информация: " + utf8(text); };
 const auto error = [](const char* text) { return "Ошибка: " + utf8(text); };
 
-void yes(WindowDriver& w)
-{
-    w.dialogs.answer(ui::DialogAnswer::Yes);
-}
-
 } // namespace
 
 class ServiceWindowTest : public QObject
@@ -54,11 +49,8 @@ void ServiceWindowTest::accountsPasswordAndRates()
     // their account lists follow every change.
     const Form main = w.main();
     const Form analytics = w.analytics();
-    main.choose("Combo1", "1 - Наличные");
-    main.click("VC1");
-    main.field("R1")->setText("12");
-    for (const Form& form : {main, analytics})
-        form.choose("R2", "5 - Отпуск");
+    w.act(main, "Combo1=1 - Наличные|VC1|R1=12|R2=5 - Отпуск");
+    analytics.choose("R2", "5 - Отпуск");
     const auto kept = [&](const QString& chosen, const QStringList& entries) {
         QCOMPARE(QStringList({main.text("R2"), analytics.text("R2"), main.text("T1"), main.text("R1")}),
                  QStringList({chosen, chosen, "Наличные", "12"}));
@@ -75,15 +67,10 @@ void ServiceWindowTest::accountsPasswordAndRates()
         qobject_cast<QMdiSubWindow*>(w.frame().mainWindow()->parentWidget()));
     w.main().click("B2");
     QCOMPARE(w.frame().mdiArea()->activeSubWindow()->widget(), f.widget());
-    for (const char* button : {"VC1A", "VC2A", "VC3A", "C3"})
-        f.click(button);
-    f.list("Combo1A")->setEditText("Питание");
-    f.field("T1A")->setText("Питание");
-    f.click("VC2A");
+    w.act(f, "VC1A|VC2A|VC3A|C3");
+    w.act(f, "Combo1A=Питание|T1A=Питание|VC2A");
     // Новый while an account is open leaves the name empty; saving unlocks the list.
-    f.choose("Combo1A", "3 - Питание");
-    f.click("VC1A");
-    f.click("VC4A");
+    w.act(f, "Combo1A=3 - Питание|VC1A|VC4A");
     QVERIFY(!f.enabled("Combo1A"));
     f.click("VC2A");
     QVERIFY(f.enabled("Combo1A"));
@@ -94,17 +81,10 @@ void ServiceWindowTest::accountsPasswordAndRates()
               error(texts::selectAccountToEdit), error(texts::accountNameRequired)},
              false);
     // An account with expenses stays and is offered for moving them away.
-    f.choose("Combo1A", "4 - Связь");
-    f.click("VC1A");
-    f.click("VC3A");
+    w.act(f, "Combo1A=4 - Связь|VC1A|VC3A");
     w.expect({error(texts::accountInUse).arg(2)}, false);
     QCOMPARE(f.text("Combo1B"), QString("4 - Связь"));
-    f.choose("Combo1C", "5 - Отпуск");
-    yes(w);
-    f.click("C3");
-    f.choose("Combo1A", "4 - Связь");
-    f.click("VC1A");
-    f.click("VC3A");
+    w.act(f, "Combo1C=5 - Отпуск|yes|C3|Combo1A=4 - Связь|VC1A|VC3A");
     w.expect({attention("Подтвердите перенос расходов\r\nсо счета: 4 - Связь\r\n на счет: 5 - Отпуск"),
               information(texts::moveDone), information(texts::accountDeleted)},
              true);
@@ -119,31 +99,20 @@ void ServiceWindowTest::accountsPasswordAndRates()
         QVERIFY2(f.items(name) == entries, name);
     kept("5 - Отпуск", entries);
     // A new name, no longer than the column holds, and a deletion.
-    f.choose("Combo1A", "5 - Отпуск");
-    f.click("VC1A");
-    f.enter("T1A", "Д'Артаньян " + QString(300, u'ы'));
-    f.click("VC2A");
-    f.choose("Combo1A", "10 - Связь");
-    f.click("VC1A");
-    f.click("VC3A");
+    w.act(f, "Combo1A=5 - Отпуск|VC1A|T1A=Д'Артаньян " + QString(300, u'ы') +
+                 "|VC2A|Combo1A=10 - Связь|VC1A|VC3A");
     w.expect({information(texts::changesSaved), information(texts::accountDeleted)}, true);
     const QString renamed = "5 - Д'Артаньян " + QString(244, u'ы');
     kept(renamed, {"3 - Питание", renamed});
     // The password box offers the one in use; Cancel, then No, keeps it.
     w.dialogs.answerText("Ключ'7");
-    f.click("B2");
-    f.click("B2");
+    w.act(f, "B2|B2");
     w.expect({information(texts::passwordSet), attention(utf8(texts::removePasswordQuestion))}, true);
     QVERIFY(w.dialogs.asked().last().endsWith("[Ключ'7]"));
-    f.field("T8")->setText("abc");
-    f.click("B7");
-    f.field("T7")->setText("28,4567");
-    f.field("T8")->setText("91.505");
-    f.click("B7");
+    w.act(f, "T8=abc|B7|T7=28,4567|T8=91.505|B7");
     w.expect({error(texts::mustBeNumber), information(texts::ratesUpdated)}, true);
     QCOMPARE(f.texts({"T7", "T8"}), QStringList({"28,46", "91,51"}));
-    yes(w);
-    f.click("C2");
+    w.act(f, "yes|C2");
     w.expect({attention(utf8(texts::restoreQuestion)), error(texts::backupMissing).section("%1", 0, 0)},
              false);
 }
@@ -159,19 +128,12 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     QVERIFY(w.start());
     const Form f = w.service();
     const QString backupPath = QDir(w.folder().path()).filePath(store::kBackupFileName);
-    f.click("C14");
-    f.field("T12")->setText("06.11.2005");
+    w.act(f, "C14|T12=06.11.2005");
     QTest::keyClick(f.field("T12"), Qt::Key_Return);
     QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"2", "1", "2", "1"})); // newest first
-    for (const char* typed : {"9", "abc"}) {
-        f.list("Combo1")->setEditText(typed);
-        f.click("C14");
-    }
-    f.list("Combo2")->setEditText("3");
-    f.click("C15");
+    w.act(f, "Combo1=9|C14|Combo1=abc|C14|Combo2=3|C15");
     // A date that is not one keeps the lists as they were.
-    f.field("T12")->setText("31.02.2026");
-    f.click("С12");
+    w.act(f, "T12=31.02.2026|С12");
     QCOMPARE(f.items("Combo1"), QStringList({"2", "1"}));
     w.expect(QStringList(4, error(texts::selectOperation)) << error(texts::invalidOperationDate), false);
     f.field("T12")->setText("06.11.2005");
@@ -183,20 +145,13 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
     QVERIFY(!f.enabled("C16"));
     f.click("Check1");
     QVERIFY(f.enabled("C16"));
-    for (const char* button : {"C1", "C2", "C16", "C14", "C15", "C3"})
-        f.click(button);
+    w.act(f, "C1|C2|C16|C14|C15|C3");
     w.expect(QStringList(6, "ВНИМАНИЕ!!!: "), false);
     QCOMPARE(contents(backupPath), QByteArray("прежняя копия"));
-    f.list("Combo1")->setCurrentIndex(0);
-    yes(w);
-    f.click("C14");
+    w.act(f, "Combo1=2|yes|C14");
     // A number typed by hand from another day is deleted all the same.
     Form::type(f.list("Combo1")->lineEdit(), "3");
-    yes(w);
-    f.click("C14");
-    f.list("Combo2")->setCurrentIndex(1);
-    yes(w);
-    f.click("C15");
+    w.act(f, "yes|C14|Combo2=1|yes|C15");
     w.expect({attention(utf8(texts::confirmBankDeletion) +
                         "\r\n\r\nОПЕРАЦИЯ N 2, НА СУММУ: -300\r\nНАИМЕНОВАНИЕ: Снятие"),
               information(texts::operationDeleted).arg(2), attention(utf8(texts::confirmBankDeletion)),
@@ -207,20 +162,17 @@ void ServiceWindowTest::operationsBackupClearingAndRestore()
              true);
     QCOMPARE(f.items("Combo1") + f.items("Combo2"), QStringList({"1", "2"}));
     QCOMPARE(w.main().texts({"T10", "T11"}), QStringList({"160,25 р.", "985,00 р."}));
-    yes(w);
-    f.click("C1");
+    w.act(f, "yes|C1");
     w.expect({attention(utf8(texts::backupQuestion)), information(texts::backupDone) + backupPath}, true);
     const QByteArray backup = w.bytes();
     QCOMPARE(contents(backupPath), backup);
-    yes(w);
-    f.click("C16");
+    w.act(f, "yes|C16");
     w.expect({attention(utf8(texts::clearQuestion)), information(texts::cleared)}, true);
     const Form main = w.main();
     QCOMPARE(main.texts({"T10", "T11", "S1", "S2"}), QStringList({"0,00 р.", "0,00 р.", "0", "0"}));
     QVERIFY(main.items("Combo1").isEmpty());
     // The restore brings the backup back and ends the program.
-    yes(w);
-    f.click("C2");
+    w.act(f, "yes|C2");
     w.expect({attention(utf8(texts::restoreQuestion)),
               information(texts::restoreDone) + "15.03.2026" + utf8(texts::restoreSignInAgain)},
              true);

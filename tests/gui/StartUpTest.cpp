@@ -84,10 +84,8 @@ void StartUpTest::everyWayOutEndsTheProgram()
         else if (way.startsWith("Form"))
             holder(way == "Form1" ? static_cast<QWidget*>(w.frame().mainWindow()) : w.frame().signInWindow())
                 ->close();
-        else {
-            w.signIn().enter("T1", way);
-            w.signIn().click("Command1");
-        }
+        else
+            w.act(w.signIn(), "T1=" + way + "|Command1");
         const QStringList refused{"Ошибка: " + utf8(app::texts::wrongPassword)};
         QVERIFY2(w.newBoxes() == (way == "ключ-7" ? refused : QStringList()), qPrintable(way));
         QVERIFY2(w.quitCodes == QList<int>{0}, qPrintable(way));
@@ -123,11 +121,8 @@ void StartUpTest::troubleWithTheDataFile()
             data.database().password = u"чужой";
         if (trouble != Missing)
             folder.write(data.database());
-        QByteArray garbage = folder.bytes();
-        for (qsizetype i = 0; i < garbage.size(); ++i)
-            garbage[i] = char((i * 131 + 7) % 251);
         if (trouble == Garbage)
-            folder.writeBytes(garbage);
+            folder.writeBytes(QByteArray(folder.bytes().size(), '\x5a'));
         if (trouble == WriteProtected)
             QFile::setPermissions(folder.dataFilePath(), QFile::ReadOwner);
         const QByteArray before = folder.bytes();
@@ -143,8 +138,7 @@ void StartUpTest::troubleWithTheDataFile()
         } else {
             QCOMPARE(h.dialogs.shown().size(), trouble == Garbage ? 1 : 0);
             h.dialogs.answerText(QStringLiteral("Зарплата"));
-            h.main().enter("T9", QStringLiteral("100"));
-            h.main().click("Command1");
+            h.act(h.main(), "T9=100|Command1");
         }
         const ShownBox box = h.dialogs.shown().last();
         QCOMPARE(box.title + ": " + box.text, "Ошибка: " + expected);
@@ -158,8 +152,7 @@ void StartUpTest::troubleWithTheDataFile()
         other.write(DataBuilder().database());
         const QByteArray backup = other.bytes();
         writeBytes(QDir(folder.path()).filePath(store::kBackupFileName), backup);
-        h.dialogs.answer(ui::DialogAnswer::Yes);
-        h.service().click("C2");
+        h.act(h.service(), "yes|C2");
         QCOMPARE(folder.bytes(), trouble == Garbage ? backup : before);
         QCOMPARE(h.quitCodes, trouble == Garbage ? QList<int>{0} : QList<int>{});
         if (trouble == WriteProtected)

@@ -6,6 +6,7 @@
 #include "store/Schema.h"
 
 #include <QAbstractButton>
+#include <QDateEdit>
 #include <QLabel>
 #include <QProcess>
 #include <QRegularExpression>
@@ -149,6 +150,27 @@ void WindowDriver::closeSplash()
         QMetaObject::invokeMethod(splash->findChild<QTimer*>(), "timeout");
 }
 
+void WindowDriver::act(const Form& form, const QString& steps)
+{
+    for (const QString& step : steps.split('|', Qt::SkipEmptyParts)) {
+        const QByteArray name = step.section('=', 0, 0).toUtf8();
+        const QString value = step.section('=', 1);
+        if (step == "yes")
+            dialogs.answer(ui::DialogAnswer::Yes);
+        else if (!step.contains('='))
+            form.click(name);
+        else if (auto* date = qobject_cast<QDateEdit*>(form.control(name)))
+            date->setDate(QDate::fromString(value, "dd.MM.yyyy"));
+        else if (auto* list = qobject_cast<QComboBox*>(form.control(name))) {
+            if (list->isEditable() && !value.isEmpty() && list->findText(value) < 0)
+                list->setEditText(value);
+            else
+                form.choose(name, value);
+        } else
+            form.enter(name, value);
+    }
+}
+
 QStringList WindowDriver::newBoxes()
 {
     const QStringList all = dialogs.shownTexts();
@@ -172,6 +194,11 @@ void WindowDriver::expect(const QStringList& boxes, bool written)
 QStringList WindowDriver::rows(const char* table) const
 {
     return fileRows(m_folder.path(), table);
+}
+
+QDir WindowDriver::copies() const
+{
+    return QDir(m_folder.path() + "/" + store::kCopiesFolderName);
 }
 
 // mdb-export prints each half of a character outside the Basic Multilingual

@@ -12,6 +12,7 @@
 
 #include <QComboBox>
 #include <QDate>
+#include <QDir>
 #include <QLineEdit>
 #include <QQueue>
 
@@ -119,6 +120,11 @@ public:
     Form service() const;
     Form analytics() const;
     void closeSplash();
+    // Steps apart by "|": "name=value" fills a field, picks a list's entry
+    // (or types it into an editable list that lacks it) or sets a date
+    // (dd.MM.yyyy); "yes" answers the next question Yes; any other step
+    // presses the control of that name.
+    void act(const Form& form, const QString& steps);
 
     // The boxes shown since the last call, as "title: text".
     QStringList newBoxes();
@@ -129,6 +135,8 @@ public:
     // The rows of a table of the data file, as fileRows() gives them.
     QStringList rows(const char* table) const;
     QByteArray bytes() const { return m_folder.bytes(); }
+    // The folder of the automatic copies.
+    QDir copies() const;
 
     ScriptedDialogs dialogs;
     QStringList log;
