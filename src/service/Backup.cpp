@@ -105,7 +105,7 @@ store::Result<QDate> Backup::restoreCopy(const QString& copy, QDate today)
 {
     std::optional<store::CheckedFile> backup;
     try {
-        backup.emplace(store::WholeFile::check(copy.toStdString()));
+        backup.emplace(store::WholeFile(m_store, m_writer).checkToReplace(copy.toStdString()));
     } catch (const StoreError& e) {
         return Outcome::refused(refusal(copy, e));
     }

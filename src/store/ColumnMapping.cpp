@@ -211,6 +211,12 @@ void ColumnMapping::toFile(std::size_t table, jet::TableChanges& changes,
     }
 }
 
+bool ColumnMapping::keepsFileAsItIs() const
+{
+    return std::ranges::none_of(m_tables,
+                                [](const std::optional<TableMapping>& table) { return table.has_value(); });
+}
+
 std::int32_t ColumnMapping::fileCounter(std::size_t table, std::int32_t counter) const
 {
     const bool numbered = table < m_tables.size() && m_tables[table] && m_tables[table]->numbered;

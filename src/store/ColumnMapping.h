@@ -43,6 +43,8 @@ public:
     // ids `kept`; `after` are the row ids once the changes are made.
     void toFile(std::size_t table, jet::TableChanges& changes, const std::vector<std::int64_t>& kept,
                 const std::vector<std::int64_t>& after) const;
+    // True when every table is kept as the file holds it: values, kinds and numbers alike.
+    bool keepsFileAsItIs() const;
     // The file's counter of table number `table` when the store's is `counter`:
     // a file whose operation numbers are no autonumber keeps its own.
     std::int32_t fileCounter(std::size_t table, std::int32_t counter) const;

@@ -6,8 +6,10 @@
 namespace store {
 
 Snapshot::Snapshot(jet::Database contents, std::vector<std::uint8_t>& file)
-    : m_image(std::make_unique<SqliteImage>(std::move(contents), file))
+    : m_loaded(std::make_unique<SqliteImage>(std::move(contents), file)), m_image(m_loaded.get())
 {}
+
+Snapshot::Snapshot(SqliteImage& image) : m_image(&image) {}
 
 Snapshot::~Snapshot() = default;
 

@@ -22,6 +22,8 @@ public:
     // file it reads. Throws std::exception when the store cannot load these
     // contents.
     Snapshot(jet::Database contents, std::vector<std::uint8_t>& file);
+    // The contents of an image someone else keeps.
+    explicit Snapshot(SqliteImage& image);
     ~Snapshot() override;
     Snapshot(const Snapshot&) = delete;
     Snapshot& operator=(const Snapshot&) = delete;
@@ -30,11 +32,12 @@ public:
     Rows query(const QString& sql, const QVariantList& params = {}) override;
 
     const SqliteImage& image() const { return *m_image; }
-    // The image, for a store to work on once the file is the data file.
-    std::unique_ptr<SqliteImage> release() && { return std::move(m_image); }
+    // The image it loaded, for a store to work on once the file is the data file.
+    std::unique_ptr<SqliteImage> release() && { return std::move(m_loaded); }
 
 private:
-    std::unique_ptr<SqliteImage> m_image;
+    std::unique_ptr<SqliteImage> m_loaded;
+    SqliteImage* m_image;
 };
 
 } // namespace store

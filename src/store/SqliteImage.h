@@ -58,6 +58,17 @@ public:
     // one. Throws SQLite::Exception.
     SQLite::Statement& statement(const std::string& sql);
 
+    // Takes the rows of `file` in place of those of the last file, in a
+    // transaction of its own that finishTaking() commits and rollback()
+    // abandons: only the rows the two files hold differently are written.
+    // False, with nothing changed, unless `file` is, byte for byte, the file
+    // this writer makes of the last one with those rows changed, its tables
+    // kept as the store keeps them, and each row put in finds a row id
+    // between those of its neighbours.
+    bool beginTaking(std::span<const std::uint8_t> file);
+    // Commits what beginTaking() wrote: `file` is now the last file.
+    void finishTaking();
+
     void begin();
     // Commits; the file of nextFile(), if asked for, is now the last file,
     // and the one it replaced is handed back.
@@ -81,6 +92,10 @@ private:
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
     std::vector<jet::TableChanges> changes();
+    // Writes one table's changes since the last file into SQLite and gives
+    // the row ids of its rows afterwards, in file order. Throws
+    // std::exception, SQLite::Exception included, when it cannot.
+    std::vector<std::int64_t> writeChanges(std::size_t table, const jet::TableChanges& changes);
     // How many of the first tables the next file holds: those the file has,
     // and all the others once one of them has a row.
     std::size_t tablesToWrite() const;
@@ -95,6 +110,13 @@ private:
     std::optional<jet::FileImage> m_file;
     std::vector<std::vector<std::int64_t>> m_rowids;
     std::optional<NextFile> m_next;
+    // What beginTaking() wrote, until it is committed or rolled back.
+    struct Taking
+    {
+        jet::FileImage file;
+        std::vector<std::vector<std::int64_t>> rowids;
+    };
+    std::optional<Taking> m_taking;
     std::vector<std::optional<std::vector<std::int64_t>>> m_nextRowids; // for the tables that changed
     SQLite::Database m_db;
     std::unique_ptr<WrittenTables> m_written;

@@ -109,7 +109,8 @@ void Store::adopt(std::unique_ptr<SqliteImage> image, const FileSignature& writt
 {
     if (m_depth > 0)
         return;
-    m_image = std::move(image);
+    if (image)
+        m_image = std::move(image);
     m_damage.reset();
     m_files->signature = written;
     ++m_generation;

@@ -70,8 +70,9 @@ private:
     bool goOnWithoutCopy(const StoreError& error);
 
     // Works on `image` from now on: the contents of the file just put in
-    // place of the data file, whose signature is `written`. Outside a
-    // transaction only; inside one the file is read again at the next.
+    // place of the data file, whose signature is `written`; no image when
+    // the store's own took that file's rows. Outside a transaction only;
+    // inside one the file is read again at the next.
     void adopt(std::unique_ptr<SqliteImage> image, const FileSignature& written);
 
     void enter();

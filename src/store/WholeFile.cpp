@@ -56,7 +56,22 @@ void WholeFile::copyTo(const fs::path& copy) const
 CheckedFile WholeFile::check(const fs::path& candidate)
 {
     const DataFile file(candidate, kFilePassword);
+    return checked(candidate, file, file.read());
+}
+
+CheckedFile WholeFile::checkToReplace(const fs::path& candidate)
+{
+    const DataFile file(candidate, kFilePassword);
     FileContents contents = file.read();
+    // The store's contents stand for the data file only while no handler
+    // works on them and the file on disk is the one it last read or wrote.
+    if (m_store.m_depth == 0 && !m_store.keptBytes().empty() && m_store.m_image->beginTaking(contents.bytes))
+        return CheckedFile(std::move(contents.bytes), *m_store.m_image);
+    return checked(candidate, file, std::move(contents));
+}
+
+CheckedFile WholeFile::checked(const fs::path& candidate, const DataFile& file, FileContents contents)
+{
     LoadedFile loaded = file.decode(contents);
     if (loaded.damage)
         throw *loaded.damage;
@@ -77,9 +92,14 @@ void WholeFile::replaceWith(CheckedFile file) const
     if (isWriteProtected(m_path))
         throw StoreError::forFile(Kind::ReadOnly, shown(m_path));
     writing(m_path, [&] { m_writer(m_path, file.bytes()); });
+    const bool rowsTaken = file.takingImage() != nullptr;
+    if (rowsTaken) {
+        file.takingImage()->finishTaking();
+        file.taken();
+    }
     // Without the new file's signature the store simply reads the file again.
     try {
-        m_store.adopt(std::move(file).releaseImage(), FileSignature::of(m_path));
+        m_store.adopt(rowsTaken ? nullptr : std::move(file).releaseImage(), FileSignature::of(m_path));
     } catch (const FileError&) {
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CheckedFile.h"
+#include "DataFile.h"
 #include "FileWriter.h"
 
 #include <filesystem>
@@ -33,6 +34,10 @@ public:
     // StoreError naming the candidate: Missing, Unreadable, WrongPassword or
     // Damaged, each with its cause().
     static CheckedFile check(const std::filesystem::path& candidate);
+    // The same for a file to take the data file's place: when it differs
+    // from the data file the store holds only in rows, the store takes
+    // those rows in at once, uncommitted, instead of loading the whole file.
+    CheckedFile checkToReplace(const std::filesystem::path& candidate);
 
     // Puts a checked file in place of the data file, atomically; a link is
     // followed, and the store takes over its checked contents. A
@@ -41,6 +46,9 @@ public:
     void replaceWith(CheckedFile file) const;
 
 private:
+    static CheckedFile checked(const std::filesystem::path& candidate, const DataFile& file,
+                               FileContents contents);
+
     Store& m_store;
     std::filesystem::path m_path;
     FileWriter m_writer;
