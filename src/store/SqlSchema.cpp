@@ -154,6 +154,19 @@ std::string createCounters()
            " (tbl TEXT PRIMARY KEY, last INTEGER NOT NULL) STRICT";
 }
 
+std::string tableName(const jet::Table& table)
+{
+    return quoteIdentifier(jet::toUtf8(table.name));
+}
+
+const jet::Column* numberedColumn(const jet::Table& table)
+{
+    for (const jet::Column& column : table.columns)
+        if (column.autoNumber && column.type != jet::ColumnType::Guid)
+            return &column;
+    return nullptr;
+}
+
 std::string createAutoNumberTriggers(const jet::Table& table, const jet::Column& column)
 {
     const std::string name = jet::toUtf8(table.name);

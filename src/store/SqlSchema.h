@@ -27,6 +27,11 @@ std::string createTable(const jet::Table& table);
 // binding, which refuses any it could not write as a stored date.
 bool meetsCheck(const jet::Column& column, const jet::Value& value);
 std::string createCounters();
+// The table's name as SQL names it.
+std::string tableName(const jet::Table& table);
+// The numbered autonumber column (ColumnMapping marks operation numbers that
+// the file keeps as plain numbers); a GUID autonumber has no counter.
+const jet::Column* numberedColumn(const jet::Table& table);
 // The triggers that number rows inserted without a value in the autonumber
 // column and raise the counter past numbers inserted or written explicitly.
 std::string createAutoNumberTriggers(const jet::Table& table, const jet::Column& column);

@@ -7,13 +7,11 @@
 #include "SqlFunctions.h"
 #include "SqlSchema.h"
 #include "jet/Error.h"
-#include "jet/RowDifference.h"
 #include "jet/Unicode.h"
 
 #include <SQLiteCpp/Exception.h>
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 #include <sqlite3.h>
 #include <stdexcept>
@@ -27,21 +25,6 @@ namespace {
 constexpr std::size_t kMaxCachedStatements = 256;
 constexpr std::size_t kRowsPerInsert = 50;
 const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX;
-
-// The numbered autonumber column (ColumnMapping marks operation numbers that
-// the file keeps as plain numbers); a GUID autonumber has no counter.
-const jet::Column* autoNumberColumn(const jet::Table& table)
-{
-    for (const jet::Column& column : table.columns)
-        if (column.autoNumber && column.type != jet::ColumnType::Guid)
-            return &column;
-    return nullptr;
-}
-
-std::string tableName(const jet::Table& table)
-{
-    return sql::quoteIdentifier(jet::toUtf8(table.name));
-}
 
 } // namespace
 
@@ -132,7 +115,7 @@ void SqliteImage::loadTable(const jet::Table& table)
     const std::size_t batch = std::max<std::size_t>(
         1, std::min<std::size_t>(kRowsPerInsert, 999 / std::max<std::size_t>(width, 1)));
     const auto insertOf = [&](std::size_t rows) {
-        std::string sql = "INSERT INTO " + tableName(table) + " VALUES ";
+        std::string sql = "INSERT INTO " + sql::tableName(table) + " VALUES ";
         for (std::size_t r = 0; r < rows; ++r) {
             sql += r ? ", (" : "(";
             for (std::size_t i = 0; i < width; ++i)
@@ -169,7 +152,7 @@ void SqliteImage::loadTable(const jet::Table& table)
 // use, so that a file whose counter lags behind its rows still gets fresh ones.
 void SqliteImage::startCounter(const jet::Table& table)
 {
-    const jet::Column* column = autoNumberColumn(table);
+    const jet::Column* column = sql::numberedColumn(table);
     if (!column)
         return;
     const std::size_t at = static_cast<std::size_t>(column - table.columns.data());
@@ -238,7 +221,7 @@ std::size_t SqliteImage::tablesToWrite() const
 {
     for (std::size_t i = m_fileTables; i < m_shape.tables.size(); ++i) {
         const RawStatement any = prepareRaw(m_db.getHandle(), "SELECT EXISTS (SELECT 1 FROM " +
-                                                                  tableName(m_shape.tables[i]) + ")");
+                                                                  sql::tableName(m_shape.tables[i]) + ")");
         if (sqlite3_step(any.get()) != SQLITE_ROW)
             throw SQLite::Exception(m_db.getHandle(), sqlite3_errcode(m_db.getHandle()));
         if (sqlite3_column_int(any.get(), 0) != 0)
@@ -253,7 +236,7 @@ jet::Table SqliteImage::dumpTable(const jet::Table& shape, std::vector<std::int6
     table.name = shape.name;
     table.columns = shape.columns;
     const RawStatement select =
-        prepareRaw(m_db.getHandle(), "SELECT rowid, * FROM " + tableName(table) + " ORDER BY rowid");
+        prepareRaw(m_db.getHandle(), "SELECT rowid, * FROM " + sql::tableName(table) + " ORDER BY rowid");
     const int width = static_cast<int>(table.columns.size());
     int rc = SQLITE_OK;
     while ((rc = sqlite3_step(select.get())) == SQLITE_ROW) {
@@ -273,7 +256,7 @@ jet::Table SqliteImage::dumpTable(const jet::Table& shape, std::vector<std::int6
 
 std::int32_t SqliteImage::lastAutoNumber(const jet::Table& table) const
 {
-    if (!autoNumberColumn(table))
+    if (!sql::numberedColumn(table))
         return table.lastAutoNumber;
     SQLite::Statement counter(m_db, "SELECT last FROM " + sql::quoteIdentifier(sql::kCountersTable) +
                                         " WHERE tbl = ?");
@@ -294,122 +277,6 @@ SQLite::Statement& SqliteImage::statement(const std::string& sql)
     }
     m_written->mark(found->second.writes);
     return *found->second.statement;
-}
-
-bool SqliteImage::beginTaking(std::span<const std::uint8_t> file)
-{
-    if (!m_file || !m_file->canChangeRows() || !m_columns.keepsFileAsItIs() ||
-        m_file->shape().tables.size() != m_fileTables || !sqlite3_get_autocommit(m_db.getHandle()))
-        return false;
-    std::optional<std::vector<jet::TableChanges>> changes = jet::rowChangesBetween(*m_file, file);
-    if (!changes)
-        return false;
-    std::optional<jet::FileImage> taken;
-    try {
-        taken.emplace(*m_file, *changes);
-    } catch (const std::exception&) {
-        return false; // rows this writer cannot store as the file has them
-    }
-    if (!std::ranges::equal(taken->bytes(), file))
-        return false;
-    std::vector<std::vector<std::int64_t>> rowids(m_fileTables);
-    m_db.exec("BEGIN");
-    try {
-        for (std::size_t t = 0; t < m_fileTables; ++t) {
-            rowids[t] = (*changes)[t].rows.empty() ? m_rowids[t] : writeChanges(t, (*changes)[t]);
-            if (autoNumberColumn(m_shape.tables[t])) {
-                SQLite::Statement counter(m_db, "UPDATE " + sql::quoteIdentifier(sql::kCountersTable) +
-                                                    " SET last = ? WHERE tbl = ?");
-                counter.bind(1, taken->shape().tables[t].lastAutoNumber);
-                counter.bind(2, jet::toUtf8(m_shape.tables[t].name));
-                counter.exec();
-            }
-        }
-    } catch (const std::exception&) {
-        rollback();
-        return false;
-    }
-    m_taking = Taking{std::move(*taken), std::move(rowids)};
-    return true;
-}
-
-// Rows keep their row ids when replaced; a row put in takes the one after
-// the row before it, which must stay below that of the next row kept, so
-// that row ids still follow the file's order.
-std::vector<std::int64_t> SqliteImage::writeChanges(std::size_t table, const jet::TableChanges& changes)
-{
-    using Kind = jet::RowChange::Kind;
-    const jet::Table& shape = m_shape.tables[table];
-    const std::vector<std::int64_t>& kept = m_rowids[table];
-    std::string columns, values, assignments;
-    for (const jet::Column& column : shape.columns) {
-        const std::string name = sql::quoteIdentifier(jet::toUtf8(column.name));
-        columns += ", " + name;
-        values += ", ?";
-        assignments += (assignments.empty() ? "" : ", ") + name + " = ?";
-    }
-    const RawStatement remove =
-        prepareRaw(m_db.getHandle(), "DELETE FROM " + tableName(shape) + " WHERE rowid = ?");
-    const RawStatement replace = prepareRaw(m_db.getHandle(), "UPDATE " + tableName(shape) + " SET " +
-                                                                  assignments + " WHERE rowid = ?");
-    const RawStatement insert = prepareRaw(m_db.getHandle(), "INSERT INTO " + tableName(shape) + " (rowid" +
-                                                                 columns + ") VALUES (?" + values + ")");
-    const int width = static_cast<int>(shape.columns.size());
-    std::vector<std::string> texts;
-    const auto run = [&](sqlite3_stmt* statement) {
-        if (const int rc = sqlite3_step(statement); rc != SQLITE_DONE)
-            throw SQLite::Exception(m_db.getHandle(), rc);
-        sqlite3_reset(statement);
-    };
-    // The row id of the first row at or after each position that stays.
-    std::vector<bool> removed(kept.size() + 1);
-    for (const jet::RowChange& change : changes.rows)
-        if (change.kind == Kind::Remove)
-            removed.at(change.position) = true;
-    const auto nextKept = [&](std::size_t position) {
-        while (position < kept.size() && removed[position])
-            ++position;
-        return position < kept.size() ? kept[position] : std::numeric_limits<std::int64_t>::max();
-    };
-    std::vector<std::int64_t> after;
-    after.reserve(kept.size() + changes.rows.size());
-    std::size_t next = 0; // the first kept row not yet in `after`
-    for (const jet::RowChange& change : changes.rows) {
-        after.insert(after.end(), kept.begin() + next, kept.begin() + change.position);
-        next = change.position;
-        if (change.kind == Kind::Insert) {
-            const std::int64_t rowid = (after.empty() ? 0 : after.back()) + 1;
-            if (rowid >= nextKept(change.position))
-                throw std::range_error("no row id left between two rows");
-            sqlite3_bind_int64(insert.get(), 1, rowid);
-            sql::bindJetRow(insert.get(), change.row, texts, 2);
-            run(insert.get());
-            after.push_back(rowid);
-            continue;
-        }
-        sqlite3_stmt* statement = change.kind == Kind::Remove ? remove.get() : replace.get();
-        if (change.kind == Kind::Replace) {
-            sql::bindJetRow(statement, change.row, texts, 1);
-            after.push_back(kept.at(change.position));
-        }
-        sqlite3_bind_int64(statement, change.kind == Kind::Remove ? 1 : width + 1, kept.at(change.position));
-        run(statement);
-        next = change.position + 1;
-    }
-    after.insert(after.end(), kept.begin() + next, kept.end());
-    return after;
-}
-
-void SqliteImage::finishTaking()
-{
-    m_db.exec("COMMIT");
-    for (std::size_t t = 0; t < m_fileTables; ++t) {
-        m_rowids[t] = std::move(m_taking->rowids[t]);
-        m_shape.tables[t].lastAutoNumber = m_taking->file.shape().tables[t].lastAutoNumber;
-    }
-    m_file = std::move(m_taking->file);
-    m_taking.reset();
-    m_written->clearMarks();
 }
 
 void SqliteImage::begin()
