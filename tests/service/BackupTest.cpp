@@ -135,6 +135,12 @@ TEST(Backup, RestoreBringsBackWhatTheBackupHeldAndWorkGoesOn)
     other.release();
     EXPECT_EQ(contents(d.backupPath()), oldBackup);
     EXPECT_EQ(backup.lastBackupDate(), QDate(2026, 3, 1));
+    // Another household's file is not the data file with some rows changed: it is loaded whole.
+    DataBuilder elsewhere;
+    elsewhere.balance("5").bank(QDate(2026, 2, 2), "5").database().creationDate = 40000;
+    writeBytes(d.backupPath(), encoded(elsewhere.database()));
+    ASSERT_TRUE(backup.restore(kBackupDay));
+    EXPECT_EQ(d.rows("Bank"), LedgerFile(elsewhere).rows("Bank"));
 }
 
 // A restore that cannot put the backup in place says why and changes nothing.
