@@ -2,6 +2,7 @@
 
 #include "ColumnKinds.h"
 #include "Schema.h"
+#include "SqlSchema.h"
 #include "jet/Unicode.h"
 #include "jet/WriteFailure.h"
 
@@ -142,7 +143,7 @@ void ColumnMapping::toStore(jet::Database& contents)
                 if (!kept)
                     refuse(table, c.file, r);
                 if (fileValue(c.file, c.style, *kept) != value)
-                    c.originals.emplace_back(static_cast<std::int64_t>(r + 1), std::move(value));
+                    c.originals.emplace_back(sql::loadedRowId(r), std::move(value));
                 value = std::move(*kept);
             }
             const bool date = c.file.type == ColumnType::Text;

@@ -28,7 +28,7 @@ public:
     explicit ColumnMapping(const jet::Database& file);
 
     // The file's tables, columns and values as the store keeps them; row r
-    // of a table is to get the row id r + 1 in the store. A value whose
+    // of a table is to get the row id sql::loadedRowId(r) in the store. A value whose
     // exact form the store would not write back (a Double with binary noise,
     // a date written "5.3.2026") is remembered, so that a row left alone is
     // written back exactly as it was. Throws std::range_error for a value

@@ -2,6 +2,8 @@
 
 #include "jet/Table.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -27,6 +29,13 @@ std::string createTable(const jet::Table& table);
 // binding, which refuses any it could not write as a stored date.
 bool meetsCheck(const jet::Column& column, const jet::Value& value);
 std::string createCounters();
+// The row id of the row at `position` of a table as it is loaded: spaced,
+// so that a row later taken in between (a restore putting back a row
+// deleted since its backup) finds one.
+constexpr std::int64_t loadedRowId(std::size_t position)
+{
+    return (static_cast<std::int64_t>(position) + 1) * 64;
+}
 // The table's name as SQL names it.
 std::string tableName(const jet::Table& table);
 // The numbered autonumber column (ColumnMapping marks operation numbers that

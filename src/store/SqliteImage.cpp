@@ -12,7 +12,6 @@
 #include <SQLiteCpp/Exception.h>
 
 #include <algorithm>
-#include <numeric>
 #include <sqlite3.h>
 #include <stdexcept>
 #include <utility>
@@ -81,8 +80,9 @@ void SqliteImage::load(jet::Database database)
     createTables(database);
     std::vector<std::string> names;
     for (jet::Table& table : database.tables) {
-        m_rowids.emplace_back(table.rows.size());
-        std::iota(m_rowids.back().begin(), m_rowids.back().end(), 1);
+        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(table.rows.size());
+        for (std::size_t r = 0; r < rowids.size(); ++r)
+            rowids[r] = sql::loadedRowId(r);
         loadTable(table);
         startCounter(table);
         std::vector<jet::Row>().swap(table.rows); // only one copy of the rows at a time
@@ -107,26 +107,29 @@ void SqliteImage::createTables(const jet::Database& database)
             m_db.exec(index);
 }
 
-// Inserts the rows in order, so that their row ids are 1, 2, ..., several
+// Inserts the rows in order under their row ids (sql::loadedRowId), several
 // rows a statement.
 void SqliteImage::loadTable(const jet::Table& table)
 {
     const std::size_t width = table.columns.size();
-    const std::size_t batch = std::max<std::size_t>(
-        1, std::min<std::size_t>(kRowsPerInsert, 999 / std::max<std::size_t>(width, 1)));
+    const std::size_t batch =
+        std::max<std::size_t>(1, std::min<std::size_t>(kRowsPerInsert, 999 / (width + 1)));
+    std::string columns = "rowid";
+    for (const jet::Column& column : table.columns)
+        columns += ", " + sql::quoteIdentifier(jet::toUtf8(column.name));
     const auto insertOf = [&](std::size_t rows) {
-        std::string sql = "INSERT INTO " + sql::tableName(table) + " VALUES ";
+        std::string sql = "INSERT INTO " + sql::tableName(table) + " (" + columns + ") VALUES ";
         for (std::size_t r = 0; r < rows; ++r) {
-            sql += r ? ", (" : "(";
+            sql += r ? ", (?" : "(?";
             for (std::size_t i = 0; i < width; ++i)
-                sql += i ? ", ?" : "?";
+                sql += ", ?";
             sql += ")";
         }
         return prepareRaw(m_db.getHandle(), sql);
     };
     const RawStatement full = insertOf(batch);
     // SQLite reads the bound texts in place: they must not move until the step.
-    std::vector<std::string> texts(batch * width);
+    std::vector<std::string> texts(batch * (width + 1));
     for (std::size_t start = 0; start < table.rows.size(); start += batch) {
         const std::size_t rows = std::min(batch, table.rows.size() - start);
         const RawStatement rest = rows < batch ? insertOf(rows) : RawStatement();
@@ -140,7 +143,9 @@ void SqliteImage::loadTable(const jet::Table& table)
                 if (!sql::meetsCheck(table.columns[i], row[i]))
                     throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
                                            " of table " + jet::toUtf8(table.name) + " does not fit it");
-            sql::bindJetRow(insert, row, texts, static_cast<int>(r * width + 1));
+            const int first = static_cast<int>(r * (width + 1) + 1);
+            sqlite3_bind_int64(insert, first, sql::loadedRowId(start + r));
+            sql::bindJetRow(insert, row, texts, first + 1);
         }
         if (const int rc = sqlite3_step(insert); rc != SQLITE_DONE)
             throw SQLite::Exception(m_db.getHandle(), rc);

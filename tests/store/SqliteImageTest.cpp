@@ -117,6 +117,16 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
     }
     EXPECT_TRUE(image.lastFile() && image.dump().table(u"Trash"));
     EXPECT_GE(taken, 6);
+    // A row deleted since, in contents read afresh from the file, finds its place again.
+    const std::vector<std::uint8_t> withRow(image.lastFile()->bytes().begin(),
+                                            image.lastFile()->bytes().end());
+    image.begin();
+    run(image, "DELETE FROM Bills WHERE rowid = (SELECT rowid FROM Bills LIMIT 1 OFFSET 100)");
+    image.nextFile();
+    image.commit();
+    std::vector<std::uint8_t> withoutRow(image.lastFile()->bytes().begin(), image.lastFile()->bytes().end());
+    SqliteImage reread(jet::readDatabase(withoutRow, store::kFilePassword), withoutRow);
+    EXPECT_TRUE(reread.beginTaking(withRow));
     // Rows alone do not make a file: the same rows with another creation date are not taken in.
     jet::Database dated = image.dump();
     dated.creationDate += 1;
