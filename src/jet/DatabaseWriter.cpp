@@ -53,8 +53,11 @@ DatabaseWriter::DatabaseWriter(const Database& shape, const FileImage& previous,
       m_date(shape.creationDate != 0 ? shape.creationDate : kDefaultCreationDate), m_catalog(catalogTable()),
       m_systemTables(emptySystemTables())
 {
+    const std::size_t previousTables = previous.shape().tables.size();
     if (!previous.canChangeRows() || changes.size() != shape.tables.size() ||
-        shape.tables.size() != previous.shape().tables.size())
+        shape.tables.size() < previousTables ||
+        std::any_of(changes.begin() + static_cast<std::ptrdiff_t>(previousTables), changes.end(),
+                    [](const TableChanges& c) { return !c.replacesAll; }))
         throw std::logic_error("the previous file cannot take these changes");
     addEntries();
     for (Entry& e : m_entries) {

@@ -6,6 +6,16 @@ namespace jet {
 
 namespace {
 
+void addWithoutRows(std::vector<Table>& tables, std::span<const Table> added)
+{
+    for (const Table& table : added) {
+        Table& t = tables.emplace_back();
+        t.name = table.name;
+        t.columns = table.columns;
+        t.lastAutoNumber = table.lastAutoNumber;
+    }
+}
+
 Database withoutRows(const Database& db)
 {
     Database shape;
@@ -13,12 +23,7 @@ Database withoutRows(const Database& db)
     shape.password = db.password;
     shape.creationDate = db.creationDate;
     shape.codePage = db.codePage;
-    for (const Table& table : db.tables) {
-        Table& t = shape.tables.emplace_back();
-        t.name = table.name;
-        t.columns = table.columns;
-        t.lastAutoNumber = table.lastAutoNumber;
-    }
+    addWithoutRows(shape.tables, db.tables);
     return shape;
 }
 
@@ -31,9 +36,11 @@ FileImage::FileImage(const Database& db) : m_shape(withoutRows(db))
     keepLayout(writer);
 }
 
-FileImage::FileImage(const FileImage& previous, std::span<const TableChanges> changes)
+FileImage::FileImage(const FileImage& previous, std::span<const TableChanges> changes,
+                     std::span<const Table> added)
     : m_shape(withoutRows(previous.m_shape))
 {
+    addWithoutRows(m_shape.tables, added);
     for (std::size_t i = 0; i < m_shape.tables.size() && i < changes.size(); ++i)
         m_shape.tables[i].lastAutoNumber = changes[i].lastAutoNumber;
     writer::DatabaseWriter writer(m_shape, previous, changes);

@@ -26,9 +26,12 @@ public:
     // Encodes `db` whole, as encodeDatabase does (and throws as it does).
     explicit FileImage(const Database& db);
     // The previous file with `changes` (one per table, in table order)
-    // applied. Throws as encodeDatabase does for a changed row that cannot
-    // be stored, and std::logic_error when !previous.canChangeRows().
-    FileImage(const FileImage& previous, std::span<const TableChanges> changes);
+    // applied, and the tables `added` (without rows) after its own, whose
+    // changes put in every row. Throws as encodeDatabase does for a changed
+    // row that cannot be stored, and std::logic_error when
+    // !previous.canChangeRows().
+    FileImage(const FileImage& previous, std::span<const TableChanges> changes,
+              std::span<const Table> added = {});
 
     std::span<const std::uint8_t> bytes() const { return m_bytes; }
     std::vector<std::uint8_t> release() && { return std::move(m_bytes); }

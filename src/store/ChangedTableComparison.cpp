@@ -81,13 +81,36 @@ void ChangedTableComparison::PreviousRows::settle()
 
 ChangedTableComparison::ChangedTableComparison(const jet::PageSource& previous, const jet::PageSource& next,
                                                const jet::CatalogEntry& entry,
+                                               const jet::CatalogEntry* before,
+                                               const jet::TableChanges& changes,
+                                               std::span<const jet::Column> columns)
+    : ChangedTableComparison(previous, next, entry,
+                             ChangedTableComparison::before(previous, before, changes, columns), changes)
+{}
+
+ChangedTableComparison::ChangedTableComparison(const jet::PageSource& previous, const jet::PageSource& next,
+                                               const jet::CatalogEntry& entry, Before before,
                                                const jet::TableChanges& changes)
     : m_next(next), m_nextDef(jet::readTableDefinition(next, entry.definitionPage)),
-      m_previousDef(jet::readTableDefinition(previous, entry.definitionPage)),
-      m_previous(previous, changes.replacesAll ? std::vector<std::uint32_t>()
-                                               : jet::readUsageMap(previous, m_previousDef.ownedMap)),
+      m_previousColumns(std::move(before.columns)), m_previous(previous, std::move(before.owned)),
       m_changes(changes.rows), m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
 {}
+
+ChangedTableComparison::Before ChangedTableComparison::before(const jet::PageSource& previous,
+                                                              const jet::CatalogEntry* entry,
+                                                              const jet::TableChanges& changes,
+                                                              std::span<const jet::Column> columns)
+{
+    if (!entry)
+        return {{columns.begin(), columns.end()}, {}};
+    const jet::TableDefinition definition = jet::readTableDefinition(previous, entry->definitionPage);
+    Before table;
+    for (const jet::StoredColumn& column : definition.columns)
+        table.columns.push_back(column.column);
+    if (!changes.replacesAll)
+        table.owned = jet::readUsageMap(previous, definition.ownedMap);
+    return table;
+}
 
 std::string ChangedTableComparison::difference()
 {
@@ -155,10 +178,10 @@ std::string ChangedTableComparison::firstChangedRowDifference(const jet::RowDeco
 
 std::string ChangedTableComparison::shapeDifference() const
 {
-    if (m_nextDef.columns.size() != m_previousDef.columns.size())
+    if (m_nextDef.columns.size() != m_previousColumns.size())
         return "table " + m_name + ": number of columns";
     for (std::size_t i = 0; i < m_nextDef.columns.size(); ++i)
-        if (!sameColumn(m_nextDef.columns[i].column, m_previousDef.columns[i].column))
+        if (!sameColumn(m_nextDef.columns[i].column, m_previousColumns[i]))
             return "table " + m_name + ": column " + jet::toUtf8(m_nextDef.columns[i].column.name);
     if (m_nextDef.lastAutoNumber != m_counter)
         return "table " + m_name + ": autonumber counter";

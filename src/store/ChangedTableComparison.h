@@ -23,14 +23,29 @@ namespace store {
 class ChangedTableComparison
 {
 public:
+    // `entry` is the table in the next file, `before` in the previous one;
+    // none for a table the previous file lacks, whose columns are then
+    // `columns` and whose changes put in every row.
     ChangedTableComparison(const jet::PageSource& previous, const jet::PageSource& next,
-                           const jet::CatalogEntry& entry, const jet::TableChanges& changes);
+                           const jet::CatalogEntry& entry, const jet::CatalogEntry* before,
+                           const jet::TableChanges& changes, std::span<const jet::Column> columns = {});
 
     // Empty when the table is as expected; otherwise where it first differs.
     // Throws jet::Error when the file does not decode.
     std::string difference();
 
 private:
+    // The table in the previous file: its columns and data pages.
+    struct Before
+    {
+        std::vector<jet::Column> columns;
+        std::vector<std::uint32_t> owned;
+    };
+    static Before before(const jet::PageSource& previous, const jet::CatalogEntry* entry,
+                         const jet::TableChanges& changes, std::span<const jet::Column> columns);
+    ChangedTableComparison(const jet::PageSource& previous, const jet::PageSource& next,
+                           const jet::CatalogEntry& entry, Before before, const jet::TableChanges& changes);
+
     // The live rows of the table in the previous file, as the reader reads them.
     class PreviousRows
     {
@@ -71,7 +86,7 @@ private:
 
     const jet::PageSource& m_next;
     const jet::TableDefinition m_nextDef;
-    const jet::TableDefinition m_previousDef;
+    const std::vector<jet::Column> m_previousColumns;
     PreviousRows m_previous;
     const std::vector<jet::RowChange>& m_changes;
     std::string m_name;

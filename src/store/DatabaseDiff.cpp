@@ -125,7 +125,8 @@ std::string firstDifferenceInFile(const jet::Database& expected, std::span<const
 
 std::string firstDifferenceInChangedFile(std::span<const std::uint8_t> previous,
                                          std::span<const std::uint8_t> next,
-                                         std::span<const jet::TableChanges> changes)
+                                         std::span<const jet::TableChanges> changes,
+                                         std::span<const jet::Table> added)
 {
     const jet::Header previousHeader = jet::decodeHeader(previous);
     const jet::Header nextHeader = jet::decodeHeader(next);
@@ -141,14 +142,19 @@ std::string firstDifferenceInChangedFile(std::span<const std::uint8_t> previous,
     for (const jet::CatalogEntry& entry : jet::readCatalog(nextPages))
         if (!entry.system)
             nextTables.push_back(entry);
-    if (tables.size() != nextTables.size() || tables.size() != changes.size())
+    if (nextTables.size() != tables.size() + added.size() || nextTables.size() != changes.size())
         return "number of tables";
-    for (std::size_t i = 0; i < tables.size(); ++i) {
-        if (nextTables[i].name != tables[i].name || nextTables[i].definitionPage != tables[i].definitionPage)
-            return "table " + jet::toUtf8(tables[i].name) + " comes back as " +
-                   jet::toUtf8(nextTables[i].name);
+    for (std::size_t i = 0; i < nextTables.size(); ++i) {
+        const jet::CatalogEntry* before = i < tables.size() ? &tables[i] : nullptr;
+        const jet::Table* addedTable = before ? nullptr : &added[i - tables.size()];
+        const std::u16string& name = before ? before->name : addedTable->name;
+        if (nextTables[i].name != name)
+            return "table " + jet::toUtf8(name) + " comes back as " + jet::toUtf8(nextTables[i].name);
         const std::string difference =
-            ChangedTableComparison(previousPages, nextPages, tables[i], changes[i]).difference();
+            ChangedTableComparison(previousPages, nextPages, nextTables[i], before, changes[i],
+                                   addedTable ? std::span(addedTable->columns)
+                                              : std::span<const jet::Column>())
+                .difference();
         if (!difference.empty())
             return difference;
     }

@@ -25,11 +25,14 @@ std::string firstDifferenceInFile(const jet::Database& expected, std::span<const
 // The same comparison for a file written from a `previous` one that is known
 // to decode to the contents it was written from: `next` must decode to those
 // contents with `changes` applied (one per table, in table order), with the
-// previous file's password and columns and each changed table's counter.
+// previous file's password and columns and each changed table's counter,
+// and the tables `added` after the previous file's, holding the rows their
+// changes put in.
 // Pages the same as before are compared as bytes; only the rows that changed
 // are decoded. Throws jet::Error when the bytes do not decode at all.
 std::string firstDifferenceInChangedFile(std::span<const std::uint8_t> previous,
                                          std::span<const std::uint8_t> next,
-                                         std::span<const jet::TableChanges> changes);
+                                         std::span<const jet::TableChanges> changes,
+                                         std::span<const jet::Table> added = {});
 
 } // namespace store

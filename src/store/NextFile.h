@@ -21,8 +21,11 @@ public:
     explicit NextFile(jet::Database contents);
     // Written from `previous`, a file known to decode to the contents it was
     // made from, and the changes since; the check decodes what changed and
-    // compares the rest as bytes. `previous` must outlive this.
-    NextFile(const jet::FileImage& previous, std::vector<jet::TableChanges> changes);
+    // compares the rest as bytes. Tables the previous file lacks are
+    // `added` after its own (without rows: their changes put in every row).
+    // `previous` must outlive this.
+    NextFile(const jet::FileImage& previous, std::vector<jet::TableChanges> changes,
+             std::vector<jet::Table> added = {});
 
     std::span<const std::uint8_t> bytes() const { return m_file.bytes(); }
     // Empty when the bytes decode to what they were made from; otherwise
@@ -35,6 +38,7 @@ private:
     std::optional<jet::Database> m_contents;
     const jet::FileImage* m_previous = nullptr;
     std::vector<jet::TableChanges> m_changes;
+    std::vector<jet::Table> m_added;
     jet::FileImage m_file;
 };
 

@@ -178,8 +178,11 @@ const NextFile& SqliteImage::nextFile()
     m_next.reset();
     m_nextRowids.assign(m_shape.tables.size(), std::nullopt);
     m_nextFileTables = tablesToWrite();
-    if (m_file && m_file->canChangeRows() && m_nextFileTables == m_fileTables) {
-        m_next.emplace(*m_file, changes());
+    if (m_file && m_file->canChangeRows()) {
+        // Tables made on first use join the file after its own, with all their rows.
+        std::vector<jet::Table> added(m_shape.tables.begin() + static_cast<std::ptrdiff_t>(m_fileTables),
+                                      m_shape.tables.begin() + static_cast<std::ptrdiff_t>(m_nextFileTables));
+        m_next.emplace(*m_file, changes(), std::move(added));
         return *m_next;
     }
     jet::Database contents = dump(&m_nextRowids);
@@ -189,13 +192,14 @@ const NextFile& SqliteImage::nextFile()
 
 std::vector<jet::TableChanges> SqliteImage::changes()
 {
-    std::vector<jet::TableChanges> result(m_fileTables);
-    for (std::size_t i = 0; i < m_fileTables; ++i) {
+    std::vector<jet::TableChanges> result(m_nextFileTables);
+    for (std::size_t i = 0; i < m_nextFileTables; ++i) {
         const jet::Table& shape = m_shape.tables[i];
         const std::vector<WrittenTables::RowWrite> writes = m_written->rowsWritten(i);
-        if (!writes.empty() || !m_written->rowsKnown(i) || m_written->deletedFrom(i)) {
+        const bool inFile = i < m_fileTables;
+        if (!inFile || !writes.empty() || !m_written->rowsKnown(i) || m_written->deletedFrom(i)) {
             ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
-            result[i] = m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
+            result[i] = inFile && m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
             m_nextRowids[i] = std::move(rows.rowids());
             m_columns.toFile(i, result[i], m_rowids[i], *m_nextRowids[i]);
         }

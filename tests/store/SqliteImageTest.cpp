@@ -192,7 +192,10 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
                                    {i, jet::DateTime{45000}, 1, jet::Currency{i}, std::u16string(u"покупка"),
                                     std::u16string(), 1}});
     changes[1].lastAutoNumber = 3000;
-    const jet::FileImage next(previous, changes);
+    jet::Table notes{u"Notes", {jet::Column::ofType(u"Note", jet::ColumnType::Text)}, {}, 0};
+    notes.columns[0].length = 100;
+    changes.push_back({{{0, Kind::Insert, {std::u16string(u"заметка")}}}, 0, true}); // a table added
+    const jet::FileImage next(previous, changes, std::span(&notes, 1));
     std::vector<std::uint8_t> bytes(next.bytes().begin(), next.bytes().end());
     struct ChangedCase
     {
@@ -209,6 +212,8 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
              c[1].rows[2900].row[3] = jet::Currency{8};
          },
          "table Bills: row 2501"},
+        {"a row of the table added", [](auto& c) { c.back().rows[0].row[0] = std::u16string(u"иная"); },
+         "table Notes: row 1"},
         {"a removal moved", [](auto& c) { c[0].rows[1].position = 99; }, "table Bank: row 100"},
         {"an insert less", [](auto& c) { c[0].rows.pop_back(); }, "table Bank: row 400 more than expected"},
         {"a counter", [](auto& c) { c[3].lastAutoNumber = 1; }, "table Purse: autonumber counter"},
@@ -218,7 +223,9 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
     for (const ChangedCase& c : changedCases) {
         std::vector<jet::TableChanges> expected = changes;
         c.change(expected);
-        EXPECT_EQ(store::firstDifferenceInChangedFile(previous.bytes(), bytes, expected), c.difference)
+        EXPECT_EQ(
+            store::firstDifferenceInChangedFile(previous.bytes(), bytes, expected, std::span(&notes, 1)),
+            c.difference)
             << c.what;
     }
 }
