@@ -88,6 +88,13 @@ TEST_F(AnalyticsQueries, YearTableByAccountCodeWithTotalsRow)
         EXPECT_EQ(shown<YearTableModel>(read("3", year).yearTable).front(),
                   " -- ИТОГО -- |0|0|0|0|0|0|0|0|0|0|0|0| -- ИТОГО -- |0")
             << year;
+    const YearTableModel model;
+    QStringList headers;
+    for (int c = 0; c < model.columnCount(); ++c)
+        headers.append(model.headerData(c, Qt::Horizontal).toString());
+    EXPECT_EQ(headers.join('|').toStdString(),
+              "Счет|Январь|Февраль|Март|Апрель|Май|Июнь|Июль|Август|Сентябрь|"
+              "Октябрь|Ноябрь|Декабрь|Счета|ИТОГО");
 }
 
 TEST_F(AnalyticsQueries, MonthAndYearTotals)
