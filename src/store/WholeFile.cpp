@@ -94,8 +94,15 @@ void WholeFile::replaceWith(CheckedFile file) const
     writing(m_path, [&] { m_writer(m_path, file.bytes()); });
     const bool rowsTaken = file.takingImage() != nullptr;
     if (rowsTaken) {
-        file.takingImage()->finishTaking();
-        file.taken();
+        try {
+            file.takingImage()->finishTaking();
+            file.taken();
+        } catch (const std::exception&) {
+            // The file is in place, the image gave its rows back: with no
+            // signature of it the next transaction reads the file.
+            m_store.adopt(nullptr, FileSignature{});
+            return;
+        }
     }
     // Without the new file's signature the store simply reads the file again.
     try {
