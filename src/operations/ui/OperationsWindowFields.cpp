@@ -104,22 +104,19 @@ void OperationsWindow::buildFields()
     m_text->setPlaceholderText(tr8(texts::searchHint));
     m_text->setClearButtonEnabled(true);
 
-    grid->addWidget(label(texts::from, m_from), 0, 0);
-    grid->addWidget(m_from, 0, 1);
-    grid->addWidget(label(texts::to, m_to), 0, 2);
-    grid->addWidget(m_to, 0, 3);
-    grid->addWidget(label(texts::kind, m_kind), 0, 4);
-    grid->addWidget(m_kind, 0, 5);
-    grid->addWidget(label(texts::account, m_account), 0, 6);
-    grid->addWidget(m_account, 0, 7);
-    grid->addWidget(label(texts::purse, m_purse), 0, 8);
-    grid->addWidget(m_purse, 0, 9);
-    grid->addWidget(label(texts::amountFrom, m_smallest), 1, 0);
-    grid->addWidget(m_smallest, 1, 1);
-    grid->addWidget(label(texts::amountTo, m_largest), 1, 2);
-    grid->addWidget(m_largest, 1, 3);
-    grid->addWidget(label(texts::search, m_text), 1, 4);
-    grid->addWidget(m_text, 1, 5, 1, 5);
+    // Each field after its label, left to right.
+    const auto place = [&](const char* text, QWidget* field, int row, int column, int span = 1) {
+        grid->addWidget(label(text, field), row, column);
+        grid->addWidget(field, row, column + 1, 1, span);
+    };
+    place(texts::from, m_from, 0, 0);
+    place(texts::to, m_to, 0, 2);
+    place(texts::kind, m_kind, 0, 4);
+    place(texts::account, m_account, 0, 6);
+    place(texts::purse, m_purse, 0, 8);
+    place(texts::amountFrom, m_smallest, 1, 0);
+    place(texts::amountTo, m_largest, 1, 2);
+    place(texts::search, m_text, 1, 4, 5);
     grid->setColumnStretch(10, 1);
 
     m_list = new QTableView(this);
