@@ -154,6 +154,14 @@ std::string createCounters()
            " (tbl TEXT PRIMARY KEY, last INTEGER NOT NULL) STRICT";
 }
 
+std::string rowidAndColumns(const jet::Table& table)
+{
+    std::string columns = "rowid";
+    for (const jet::Column& column : table.columns)
+        columns += ", " + quoteIdentifier(jet::toUtf8(column.name));
+    return columns;
+}
+
 std::string tableName(const jet::Table& table)
 {
     return quoteIdentifier(jet::toUtf8(table.name));

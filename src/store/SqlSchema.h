@@ -36,6 +36,8 @@ constexpr std::int64_t loadedRowId(std::size_t position)
 {
     return (static_cast<std::int64_t>(position) + 1) * 64;
 }
+// "rowid" and the table's columns as SQL names them, for an INSERT that sets the row id.
+std::string rowidAndColumns(const jet::Table& table);
 // The table's name as SQL names it.
 std::string tableName(const jet::Table& table);
 // The numbered autonumber column (ColumnMapping marks operation numbers that

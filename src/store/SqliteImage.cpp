@@ -114,9 +114,7 @@ void SqliteImage::loadTable(const jet::Table& table)
     const std::size_t width = table.columns.size();
     const std::size_t batch =
         std::max<std::size_t>(1, std::min<std::size_t>(kRowsPerInsert, 999 / (width + 1)));
-    std::string columns = "rowid";
-    for (const jet::Column& column : table.columns)
-        columns += ", " + sql::quoteIdentifier(jet::toUtf8(column.name));
+    const std::string columns = sql::rowidAndColumns(table);
     const auto insertOf = [&](std::size_t rows) {
         std::string sql = "INSERT INTO " + sql::tableName(table) + " (" + columns + ") VALUES ";
         for (std::size_t r = 0; r < rows; ++r) {

@@ -62,20 +62,19 @@ std::vector<std::int64_t> SqliteImage::writeChanges(std::size_t table, const jet
     using Kind = jet::RowChange::Kind;
     const jet::Table& shape = m_shape.tables[table];
     const std::vector<std::int64_t>& kept = m_rowids[table];
-    std::string columns, values, assignments;
+    std::string values, assignments;
     for (const jet::Column& column : shape.columns) {
-        const std::string name = sql::quoteIdentifier(jet::toUtf8(column.name));
-        columns += ", " + name;
         values += ", ?";
-        assignments += (assignments.empty() ? "" : ", ") + name + " = ?";
+        assignments +=
+            (assignments.empty() ? "" : ", ") + sql::quoteIdentifier(jet::toUtf8(column.name)) + " = ?";
     }
     const RawStatement remove =
         prepareRaw(m_db.getHandle(), "DELETE FROM " + sql::tableName(shape) + " WHERE rowid = ?");
     const RawStatement replace = prepareRaw(m_db.getHandle(), "UPDATE " + sql::tableName(shape) + " SET " +
                                                                   assignments + " WHERE rowid = ?");
     const RawStatement insert =
-        prepareRaw(m_db.getHandle(), "INSERT INTO " + sql::tableName(shape) + " (rowid" + columns +
-                                         ") VALUES (?" + values + ")");
+        prepareRaw(m_db.getHandle(), "INSERT INTO " + sql::tableName(shape) + " (" +
+                                         sql::rowidAndColumns(shape) + ") VALUES (?" + values + ")");
     const int width = static_cast<int>(shape.columns.size());
     std::vector<std::string> texts;
     const auto run = [&](sqlite3_stmt* statement) {
