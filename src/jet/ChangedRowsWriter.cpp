@@ -3,7 +3,6 @@
 #include "ByteOrder.h"
 
 #include <cstring>
-#include <limits>
 #include <stdexcept>
 
 namespace jet::writer {
@@ -11,6 +10,14 @@ namespace jet::writer {
 namespace {
 
 constexpr std::uint16_t kOffsetMask = 0x1FFF;
+
+// Row `r` of a data page this writer packed.
+std::span<std::uint8_t> rowOf(std::uint8_t* page, std::size_t r)
+{
+    const std::size_t start = le::u16(page + kDataPageHeader + 2 * r) & kOffsetMask;
+    const std::size_t end = r == 0 ? kPageSize : le::u16(page + kDataPageHeader + 2 * (r - 1)) & kOffsetMask;
+    return {page + start, end - start};
+}
 
 } // namespace
 
@@ -32,11 +39,7 @@ std::size_t ChangedRowsWriter::rowsOnPage() const
 
 std::span<const std::uint8_t> ChangedRowsWriter::storedRow() const
 {
-    const std::uint8_t* p = page();
-    const std::size_t start = le::u16(p + kDataPageHeader + 2 * m_row) & kOffsetMask;
-    const std::size_t end =
-        m_row == 0 ? kPageSize : le::u16(p + kDataPageHeader + 2 * (m_row - 1)) & kOffsetMask;
-    return {p + start, end - start};
+    return rowOf(const_cast<std::uint8_t*>(page()), m_row);
 }
 
 void ChangedRowsWriter::nextRow()
@@ -53,20 +56,30 @@ void ChangedRowsWriter::nextPage()
     }
 }
 
-// A page whose rows all stay and that the packer would start afresh with
-// its first row comes out as it was.
-bool ChangedRowsWriter::adoptsPage(std::size_t nextChange)
+// A page whose rows all stay, or are patched, and that the packer would
+// start afresh with its first row comes out as it was, but for the patches.
+bool ChangedRowsWriter::adoptsPage(const TableChanges& changes, std::size_t& nextChange)
 {
-    if (m_row != 0 || nextChange < m_position + rowsOnPage() || m_packer.hasRoomFor(storedRow().size()))
+    if (m_row != 0 || m_packer.hasRoomFor(storedRow().size()))
         return false;
-    m_packer.adoptPage(page());
-    m_position += rowsOnPage();
+    const std::size_t end = m_position + rowsOnPage();
+    std::size_t after = nextChange;
+    for (; after < changes.rows.size() && changes.rows[after].position < end; ++after)
+        if (changes.rows[after].kind != RowChange::Kind::Patch)
+            return false;
+    std::uint8_t* const copy = m_packer.adoptPage(page());
+    for (; nextChange < after; ++nextChange) {
+        const RowChange& patch = changes.rows[nextChange];
+        m_encoder.patch(patch.row, changes.patchedColumns, rowOf(copy, patch.position - m_position));
+    }
+    m_position = end;
     nextPage();
     return true;
 }
 
-void ChangedRowsWriter::write(std::span<const RowChange> changes, std::span<const RowPlan> plans)
+void ChangedRowsWriter::write(const TableChanges& tableChanges, std::span<const RowPlan> plans)
 {
+    const std::span<const RowChange> changes = tableChanges.rows;
     std::size_t total = 0;
     for (m_page = 0; m_page < m_previousPages.size(); ++m_page)
         total += rowsOnPage();
@@ -83,15 +96,21 @@ void ChangedRowsWriter::write(std::span<const RowChange> changes, std::span<cons
             encode(c++);
         if (m_position == total)
             break;
+        if (adoptsPage(tableChanges, c))
+            continue;
         if (c < changes.size() && changes[c].position == m_position) {
-            if (changes[c].kind == RowChange::Kind::Replace)
+            if (changes[c].kind == RowChange::Kind::Replace) {
                 encode(c);
+            } else if (changes[c].kind == RowChange::Kind::Patch) {
+                const std::span<const std::uint8_t> stored = storedRow();
+                const std::span<std::uint8_t> row(m_packer.add(stored.size()).bytes, stored.size());
+                std::memcpy(row.data(), stored.data(), stored.size());
+                m_encoder.patch(changes[c].row, tableChanges.patchedColumns, row);
+            }
             ++c;
             nextRow();
             continue;
         }
-        if (adoptsPage(c < changes.size() ? changes[c].position : std::numeric_limits<std::size_t>::max()))
-            continue;
         const std::span<const std::uint8_t> stored = storedRow();
         std::memcpy(m_packer.add(stored.size()).bytes, stored.data(), stored.size());
         nextRow();

@@ -12,8 +12,9 @@ namespace jet::writer {
 // Writes the rows of one table for the next file from the rows of the
 // previous one and the changes since: rows left alone are copied as stored,
 // a whole page at a time where they start a new page and none of its rows
-// changed, since packing them again would give the same page; changed and
-// new rows are encoded. The previous pages must be this writer's own, packed
+// changed but by patches, since packing them again would give the same page;
+// changed and new rows are encoded, patched rows copied with their patched
+// values. The previous pages must be this writer's own, packed
 // as RowPacker packs, without long values stored apart.
 class ChangedRowsWriter
 {
@@ -22,8 +23,9 @@ public:
                       std::span<const std::uint8_t> previousFile,
                       std::span<const std::uint32_t> previousPages);
 
-    // `plans` holds RowEncoder::plan of each change's row (unused for removals).
-    void write(std::span<const RowChange> changes, std::span<const RowPlan> plans);
+    // `plans` holds RowEncoder::plan of each change's row (unused for
+    // removals and patches), checked, as are the patches.
+    void write(const TableChanges& changes, std::span<const RowPlan> plans);
 
 private:
     const std::uint8_t* page() const;
@@ -31,7 +33,7 @@ private:
     std::span<const std::uint8_t> storedRow() const;
     void nextRow();
     void nextPage(); // skips pages without rows
-    bool adoptsPage(std::size_t nextChange);
+    bool adoptsPage(const TableChanges& changes, std::size_t& nextChange);
 
     RowPacker& m_packer;
     const RowEncoder& m_encoder;

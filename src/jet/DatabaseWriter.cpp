@@ -165,11 +165,16 @@ void DatabaseWriter::sizeChangedRows(Entry& entry, std::size_t previousRows)
         const std::size_t index = change.position + entry.rowCount - previousRows;
         if (change.kind == RowChange::Kind::Insert)
             ++entry.rowCount;
-        entry.plans[i] = encoder.plan(change.row, index);
-        entry.rowBytes += entry.plans[i].size + 2;
+        if (change.kind == RowChange::Kind::Patch) {
+            encoder.checkPatch(change.row, entry.changes->patchedColumns, index);
+        } else {
+            entry.plans[i] = encoder.plan(change.row, index);
+            entry.rowBytes += entry.plans[i].size + 2;
+        }
         if (autoColumn)
-            if (const auto* n = std::get_if<std::int32_t>(&change.row[*autoColumn]))
-                entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
+            if (const Value* value = newValue(*entry.changes, change, *autoColumn))
+                if (const auto* n = std::get_if<std::int32_t>(value))
+                    entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
     }
 }
 
@@ -225,7 +230,7 @@ void DatabaseWriter::writeData(PageBuffer& file, UsageMapPages& maps, Entry& e) 
         const auto previousPages =
             e.changes->replacesAll ? std::span<const std::uint32_t>() : m_previous->dataPages(table);
         ChangedRowsWriter(data.rows(), RowEncoder(e.layout), m_previous->bytes(), previousPages)
-            .write(e.changes->rows, e.plans);
+            .write(*e.changes, e.plans);
     } else {
         data.writeRows(e.plans);
     }

@@ -4,6 +4,7 @@
 #include "TextCodec.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace jet {
 
@@ -15,6 +16,7 @@ struct RowDecoder::RowFrame
     std::size_t fixedColumnsInRow = 0;
     std::span<const std::uint8_t> nullMask;
     std::vector<std::size_t> varOffsets; // V + 1 entries, the last one is the end of the variable data
+    std::size_t fixedEnd = 0;            // where the variable data starts
 
     bool present(std::uint16_t number) const
     {
@@ -45,7 +47,7 @@ RowDecoder::RowDecoder(const PageSource& pages, const TableDefinition& definitio
                                                      [](const StoredColumn& c) { return !c.fixed(); });
 }
 
-RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row) const
+RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row, bool variableOffsets) const
 {
     const bool jet4 = m_pages.layout().version == Version::Jet4;
     const std::size_t n = row.size();
@@ -59,6 +61,7 @@ RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row) const
     if (n < f.fixedStart + maskBytes)
         rowDamaged("is shorter than its null mask");
     f.nullMask = row.subspan(n - maskBytes);
+    f.fixedEnd = n - maskBytes;
     if (!m_hasVariableArea) {
         f.fixedColumnsInRow = f.columnCount;
         return f;
@@ -70,6 +73,10 @@ RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row) const
         const std::size_t v = le::u16(&row[tail - 2]);
         if (tail < f.fixedStart + 2 + 2 * (v + 1))
             rowDamaged("has a variable-column table longer than the row");
+        f.fixedColumnsInRow = f.columnCount >= v ? f.columnCount - v : 0;
+        f.fixedEnd = std::min<std::size_t>(le::u16(&row[tail - 4]), f.fixedEnd);
+        if (!variableOffsets)
+            return f;
         f.varOffsets.reserve(v + 1);
         for (std::size_t i = 0; i <= v; ++i)
             f.varOffsets.push_back(le::u16(&row[tail - 2 - 2 * (i + 1)]));
@@ -94,6 +101,7 @@ RowDecoder::RowFrame RowDecoder::frame(std::span<const std::uint8_t> row) const
     }
     const std::size_t v = f.varOffsets.size() - 1;
     f.fixedColumnsInRow = f.columnCount >= v ? f.columnCount - v : 0;
+    f.fixedEnd = std::min(f.varOffsets.front(), f.fixedEnd);
     return f;
 }
 
@@ -111,6 +119,57 @@ Row RowDecoder::decode(std::span<const std::uint8_t> bytes) const
             row.push_back(variableValue(c, f));
     }
     return row;
+}
+
+RowDecoder::PatchCheck::PatchCheck(const RowDecoder& decoder, std::span<const std::size_t> indexes)
+    : m_decoder(decoder)
+{
+    for (const std::size_t index : indexes) {
+        const StoredColumn& c = decoder.m_definition.columns.at(index);
+        m_columns.push_back(&c);
+        m_fixedSize = m_fixedSize && c.fixed();
+        if (m_maskBits.size() <= c.number / 8u)
+            m_maskBits.resize(c.number / 8u + 1);
+        m_maskBits[c.number / 8] |= std::uint8_t(1u << (c.number % 8));
+        // A Yes/No value is its null-mask bit alone.
+        if (c.column.type != ColumnType::Boolean)
+            m_fixedBytes.emplace_back(c.fixedOffset, c.fixedOffset + std::size_t(fixedWidth(c.column.type)));
+    }
+    std::sort(m_fixedBytes.begin(), m_fixedBytes.end());
+}
+
+bool RowDecoder::PatchCheck::isPatched(std::span<const std::uint8_t> previous,
+                                       std::span<const std::uint8_t> row, const Row& values) const
+{
+    if (!m_fixedSize || previous.size() != row.size() || values.size() != m_columns.size())
+        return false;
+    const RowFrame f = m_decoder.frame(row, false);
+    if (!m_fixedBytes.empty() && f.fixedStart + m_fixedBytes.back().second > f.fixedEnd)
+        return false;
+    for (std::size_t k = 0; k < m_columns.size(); ++k) {
+        const StoredColumn& c = *m_columns[k];
+        if ((c.column.type == ColumnType::Boolean ? Value(f.present(c.number))
+                                                  : m_decoder.fixedValue(c, f)) != values[k])
+            return false;
+    }
+    const auto same = [&](std::size_t from, std::size_t to) {
+        return from >= to || std::memcmp(previous.data() + from, row.data() + from, to - from) == 0;
+    };
+    std::size_t from = 0;
+    for (const auto& [begin, end] : m_fixedBytes) {
+        if (!same(from, f.fixedStart + begin))
+            return false;
+        from = std::max(from, f.fixedStart + end);
+    }
+    const std::size_t maskStart = row.size() - f.nullMask.size();
+    if (!same(from, maskStart))
+        return false;
+    for (std::size_t i = 0; i < f.nullMask.size(); ++i) {
+        const unsigned mayDiffer = i < m_maskBits.size() ? m_maskBits[i] : 0;
+        if (((previous[maskStart + i] ^ row[maskStart + i]) & ~mayDiffer) != 0)
+            return false;
+    }
+    return true;
 }
 
 Value RowDecoder::fixedValue(const StoredColumn& c, const RowFrame& f) const

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace jet {
@@ -23,10 +24,29 @@ public:
                std::vector<bool>* claimedLongValueRows = nullptr);
 
     Row decode(std::span<const std::uint8_t> row) const;
+    // Tells whether a row holds the bytes of a previous one but where the
+    // fixed-size columns at `indexes` hold new values (their bytes and
+    // null-mask bits differ at most): then it decodes as the previous row
+    // does, but for those columns, which decode to the new values.
+    class PatchCheck
+    {
+    public:
+        PatchCheck(const RowDecoder& decoder, std::span<const std::size_t> indexes);
+        bool isPatched(std::span<const std::uint8_t> previous, std::span<const std::uint8_t> row,
+                       const Row& values) const;
+
+    private:
+        const RowDecoder& m_decoder;
+        std::vector<const StoredColumn*> m_columns;
+        std::vector<std::pair<std::size_t, std::size_t>> m_fixedBytes; // from the fixed area, ascending
+        std::vector<std::uint8_t> m_maskBits;                          // per null-mask byte
+        bool m_fixedSize = true;
+    };
 
 private:
     struct RowFrame;
-    RowFrame frame(std::span<const std::uint8_t> row) const;
+    // Without `variableOffsets`, only the first one: where the fixed area ends.
+    RowFrame frame(std::span<const std::uint8_t> row, bool variableOffsets = true) const;
     Value fixedValue(const StoredColumn& c, const RowFrame& f) const;
     Value variableValue(const StoredColumn& c, const RowFrame& f) const;
     Value typedValue(const StoredColumn& c, std::span<const std::uint8_t> bytes) const;

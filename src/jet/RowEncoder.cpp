@@ -6,6 +6,7 @@
 #include "WriteFailure.h"
 
 #include <cstring>
+#include <stdexcept>
 #include <string>
 
 namespace jet::writer {
@@ -115,6 +116,42 @@ RowPlan RowEncoder::plan(const Row& row, std::size_t index) const
         failValue(table, table.columns[widest], index,
                   "the row needs " + std::to_string(size) + " bytes, more than the 4060 a row can hold");
     return {static_cast<std::uint16_t>(size), false};
+}
+
+void RowEncoder::checkPatch(const Row& values, std::span<const std::size_t> columns, std::size_t index) const
+{
+    if (values.size() != columns.size())
+        throw std::logic_error("a patch needs one value per patched column");
+    for (std::size_t k = 0; k < columns.size(); ++k) {
+        if (columns[k] >= m_layout.slots().size() || !m_layout.slots()[columns[k]].fixed)
+            throw std::logic_error("only columns of a fixed size can be patched");
+        if (!isNull(values[k]))
+            checkFixed(columns[k], values[k], index);
+    }
+}
+
+void RowEncoder::patch(const Row& values, std::span<const std::size_t> columns,
+                       std::span<std::uint8_t> row) const
+{
+    std::uint8_t* const mask = row.data() + row.size() - m_layout.nullMaskBytes();
+    for (std::size_t k = 0; k < columns.size(); ++k) {
+        const std::size_t column = columns[k];
+        const ColumnSlot& slot = m_layout.slots()[column];
+        const auto bit = std::uint8_t(1u << (column % 8));
+        mask[column / 8] &= std::uint8_t(~bit);
+        // A Yes/No value is its null-mask bit alone; Null is No.
+        if (slot.type == ColumnType::Boolean) {
+            if (const bool* yes = std::get_if<bool>(&values[k]); yes && *yes)
+                mask[column / 8] |= bit;
+            continue;
+        }
+        std::uint8_t* const at = row.data() + 2 + slot.fixedOffset;
+        std::memset(at, 0, static_cast<std::size_t>(fixedWidth(slot.type)));
+        if (isNull(values[k]))
+            continue;
+        mask[column / 8] |= bit;
+        writeFixed(slot, values[k], at);
+    }
 }
 
 void RowEncoder::writeFixed(const ColumnSlot& slot, const Value& value, std::uint8_t* at) const

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace jet::writer {
 
@@ -45,6 +46,15 @@ public:
     // Writes the row into `out`, plan.size zero bytes. `refs` holds the
     // storage of the long values that are not inline, by long-value ordinal.
     void write(const Row& row, const RowPlan& plan, const LongValueRef* refs, std::uint8_t* out) const;
+
+    // Checks the values of a patch: one per column of `columns`, each
+    // column of a fixed size (std::logic_error otherwise), each value of its
+    // kind and range (CannotWrite naming the column and row `index`).
+    void checkPatch(const Row& values, std::span<const std::size_t> columns, std::size_t index) const;
+    // Writes checked values of fixed-size columns over a row this encoder
+    // wrote: their bytes and null-mask bits become those write() gives them,
+    // the rest of the row stays as it is.
+    void patch(const Row& values, std::span<const std::size_t> columns, std::span<std::uint8_t> row) const;
 
     // Stored bytes of a Memo or OLE value (Memo text as stored).
     static std::size_t longValueBytes(const Value& value);

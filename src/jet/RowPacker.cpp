@@ -29,7 +29,7 @@ std::uint8_t* RowPacker::openPage()
     return p;
 }
 
-void RowPacker::adoptPage(const std::uint8_t* page)
+std::uint8_t* RowPacker::adoptPage(const std::uint8_t* page)
 {
     std::uint8_t* p = openPage();
     std::memcpy(p, page, kPageSize);
@@ -37,6 +37,7 @@ void RowPacker::adoptPage(const std::uint8_t* page)
     m_rows = le::u16(p + 12);
     // Rows lie downwards from the page end: the last one is the lowest.
     m_lowest = m_rows == 0 ? kPageSize : le::u16(p + kDataPageHeader + 2 * (m_rows - 1));
+    return p;
 }
 
 RowPacker::Placed RowPacker::add(std::size_t size)

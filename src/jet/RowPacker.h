@@ -27,8 +27,9 @@ public:
 
     // Appends a copy of `page`, a full data page of this owner's rows as
     // add() packs them, and goes on filling it. The caller makes sure the
-    // rows would have filled a new page exactly so.
-    void adoptPage(const std::uint8_t* page);
+    // rows would have filled a new page exactly so. Gives the copy, valid
+    // until the file grows again.
+    std::uint8_t* adoptPage(const std::uint8_t* page);
 
     // The pages opened so far, ascending.
     const std::vector<std::uint32_t>& pages() const { return m_pages; }

@@ -2,16 +2,17 @@
 
 #include "Table.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace jet {
 
-// One row put in, replaced or taken out, named by its place in the rows of
-// the previous file: an insert goes before the row at `position` (at the
-// end when `position` is the old row count), a replacement or removal is
-// that row itself.
+// One row put in, replaced, patched or taken out, named by its place in the
+// rows of the previous file: an insert goes before the row at `position` (at
+// the end when `position` is the old row count), a replacement, patch or
+// removal is that row itself.
 struct RowChange
 {
     enum class Kind
@@ -19,11 +20,16 @@ struct RowChange
         Insert,
         Replace,
         Remove,
+        // The row as stored with new values of the table's patched columns;
+        // its size stays, so only those bytes change.
+        Patch,
     };
 
     std::size_t position = 0;
     Kind kind = Kind::Insert;
-    Row row; // Insert and Replace
+    // Insert and Replace: the row. Patch: the new values of the table's
+    // patched columns, in their order.
+    Row row;
 };
 
 // What became of a table's rows since the previous file, sorted by position
@@ -36,6 +42,25 @@ struct TableChanges
     std::vector<RowChange> rows;
     std::int32_t lastAutoNumber = 0;
     bool replacesAll = false;
+    // The columns each Patch sets, every one of them of a fixed size.
+    std::vector<std::size_t> patchedColumns;
 };
+
+// The value a change gives `column`: from its row, or its patched value;
+// none for a removal or a column a patch leaves alone.
+inline const Value* newValue(const TableChanges& changes, const RowChange& change, std::size_t column)
+{
+    switch (change.kind) {
+    case RowChange::Kind::Remove:
+        return nullptr;
+    case RowChange::Kind::Patch: {
+        const auto& patched = changes.patchedColumns;
+        const auto at = std::find(patched.begin(), patched.end(), column);
+        return at == patched.end() ? nullptr : &change.row.at(static_cast<std::size_t>(at - patched.begin()));
+    }
+    default:
+        return &change.row.at(column);
+    }
+}
 
 } // namespace jet
