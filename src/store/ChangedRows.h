@@ -5,7 +5,6 @@
 #include "jet/TableChanges.h"
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 struct sqlite3;
@@ -16,26 +15,36 @@ namespace store {
 // One table's changes since the last file, read from SQLite: the rows of
 // that file are known by their row ids (in file order), and the row ids a
 // transaction wrote are looked up again, so each becomes an insert, a
-// replacement or a removal at its place in the file.
+// replacement, a patch or a removal at its place in the file.
 class ChangedRows
 {
 public:
     // `table` gives the name and columns; `kept` the row ids of the last file's rows.
     ChangedRows(sqlite3* db, const jet::Table& table, const std::vector<std::int64_t>& kept);
 
-    // The changes for these writes (ascending, each row id once). Every row
-    // taken as it is now when the count of rows does not add up, as after a
-    // DELETE without WHERE, which SQLite may carry out by emptying the table
-    // at once without naming the rows.
-    jet::TableChanges read(const std::vector<WrittenTables::RowWrite>& writes);
+    // The changes for these writes (ascending, each row id once). A row of
+    // the last file that was only updated, when every column updated is one
+    // of `patchable` (columns of a fixed size), is a patch: only those
+    // columns are read. Every row taken as it is now when the count of rows
+    // does not add up, as after a DELETE without WHERE, which SQLite may
+    // carry out by emptying the table at once without naming the rows.
+    jet::TableChanges read(const std::vector<WrittenTables::RowWrite>& writes,
+                           const std::vector<std::size_t>& patchable = {});
     // Every row taken as it is now, in place of the kept ones.
     jet::TableChanges readAll();
     // The row ids of the rows after the changes of the last read, in file order.
     std::vector<std::int64_t>& rowids() { return m_rowids; }
 
 private:
-    std::vector<std::optional<jet::Row>>
-    currentRows(const std::vector<WrittenTables::RowWrite>& writes) const;
+    // What a write is read as.
+    enum class Reading
+    {
+        Nothing, // deleted
+        Row,
+        Patch,
+    };
+
+    class Cursor;
     std::int64_t countRows() const;
     jet::Row readRow(sqlite3_stmt* select, int firstColumn) const;
 

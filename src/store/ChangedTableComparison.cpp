@@ -28,8 +28,8 @@ std::int32_t expectedCounter(const jet::TableDefinition& def, const jet::TableCh
         if (!def.columns[i].column.autoNumber)
             continue;
         for (const jet::RowChange& change : changes.rows)
-            if (change.kind != Kind::Remove)
-                if (const auto* n = std::get_if<std::int32_t>(&change.row.at(i)))
+            if (const jet::Value* value = jet::newValue(changes, change, i))
+                if (const auto* n = std::get_if<std::int32_t>(value))
                     counter = std::max(counter, *n);
     }
     return counter;
@@ -93,7 +93,8 @@ ChangedTableComparison::ChangedTableComparison(const jet::PageSource& previous, 
                                                const jet::TableChanges& changes)
     : m_next(next), m_nextDef(jet::readTableDefinition(next, entry.definitionPage)),
       m_previousColumns(std::move(before.columns)), m_previous(previous, std::move(before.owned)),
-      m_changes(changes.rows), m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
+      m_decoder(m_next, m_nextDef), m_patchCheck(m_decoder, changes.patchedColumns), m_changes(changes.rows),
+      m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
 {}
 
 ChangedTableComparison::Before ChangedTableComparison::before(const jet::PageSource& previous,
@@ -116,10 +117,9 @@ std::string ChangedTableComparison::difference()
 {
     if (std::string shape = shapeDifference(); !shape.empty())
         return shape;
-    const jet::RowDecoder decoder(m_next, m_nextDef);
     // A difference in the changed rows met before comes first.
     const auto found = [&](std::string difference) {
-        std::string changed = firstChangedRowDifference(decoder);
+        std::string changed = firstChangedRowDifference();
         return changed.empty() ? difference : changed;
     };
     for (const std::uint32_t number : jet::readUsageMap(m_next, m_nextDef.ownedMap)) {
@@ -143,7 +143,7 @@ std::string ChangedTableComparison::difference()
 
 // Each half of the changed rows is decoded on its own thread; the first
 // row that differs or does not decode, in file order, is the answer.
-std::string ChangedTableComparison::firstChangedRowDifference(const jet::RowDecoder& decoder) const
+std::string ChangedTableComparison::firstChangedRowDifference() const
 {
     struct Failure
     {
@@ -153,7 +153,7 @@ std::string ChangedTableComparison::firstChangedRowDifference(const jet::RowDeco
     const auto check = [&](std::size_t from, std::size_t to) {
         for (std::size_t i = from; i < to; ++i) {
             try {
-                if (decoder.decode(m_changedRows[i].bytes) != *m_changedRows[i].expected)
+                if (m_decoder.decode(m_changedRows[i].bytes) != *m_changedRows[i].expected)
                     return Failure{i, nullptr};
             } catch (...) {
                 return Failure{i, std::current_exception()};
@@ -188,19 +188,51 @@ std::string ChangedTableComparison::shapeDifference() const
     return {};
 }
 
+// A page that starts at the same row as a previous page holds the same
+// rows when none of them changed but by patches, and its bytes are the
+// previous page's, but for the patches.
 bool ChangedTableComparison::samePageAsBefore(std::span<const std::uint8_t> page)
 {
     if (!m_previous.atPageStart())
         return false;
     const std::size_t rows = m_previous.liveRowsOfPage();
-    const std::size_t nextChange =
-        m_change < m_changes.size() ? m_changes[m_change].position : std::size_t(-1);
-    if (nextChange < m_position + rows || !std::ranges::equal(page, m_previous.page()))
+    std::size_t after = m_change;
+    for (; after < m_changes.size() && m_changes[after].position < m_position + rows; ++after)
+        if (m_changes[after].kind != Kind::Patch)
+            return false;
+    if (after == m_change ? !std::ranges::equal(page, m_previous.page())
+                          : !patchedAsBefore(page, rows, after))
         return false;
+    m_change = after;
     m_position += rows;
     m_found += rows;
     m_previous.nextPage();
     return true;
+}
+
+// The patched rows lie where they lay, at falling addresses; every other
+// byte of the page is as it was.
+bool ChangedTableComparison::patchedAsBefore(std::span<const std::uint8_t> page, std::size_t rows,
+                                             std::size_t after) const
+{
+    const std::span<const std::uint8_t> previous = m_previous.page();
+    if (page.size() != previous.size() || static_cast<std::size_t>(m_next.rowCount(page)) != rows ||
+        static_cast<std::size_t>(m_next.rowCount(previous)) != rows)
+        return false;
+    const auto same = [&](std::size_t from, std::size_t to) {
+        return std::equal(page.begin() + from, page.begin() + to, previous.begin() + from);
+    };
+    std::size_t below = page.size(); // where the last patched row starts
+    for (std::size_t c = m_change; c < after; ++c) {
+        const jet::RowChange& patch = m_changes[c];
+        const auto row = m_next.row(page, static_cast<int>(patch.position - m_position)).bytes;
+        const std::size_t start = static_cast<std::size_t>(row.data() - page.data());
+        if (start + row.size() > below || !same(start + row.size(), below) ||
+            !m_patchCheck.isPatched(previous.subspan(start, row.size()), row, patch.row))
+            return false;
+        below = start;
+    }
+    return same(0, below);
 }
 
 std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes)
@@ -210,6 +242,8 @@ std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes)
     skipRemovals();
     if (m_change < m_changes.size() && m_changes[m_change].position == m_position) {
         const jet::RowChange& change = m_changes[m_change++];
+        if (change.kind == Kind::Patch)
+            return samePatchedRow(bytes, change.row) ? std::string() : here();
         if (change.kind == Kind::Replace)
             skipPrevious();
         m_changedRows.push_back({bytes, &change.row, m_found});
@@ -220,6 +254,16 @@ std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes)
     const auto kept = m_previous.row();
     skipPrevious();
     return std::ranges::equal(bytes, kept) ? std::string() : here();
+}
+
+// A patched row has the bytes it had but for its patched columns, which hold their new values.
+bool ChangedTableComparison::samePatchedRow(std::span<const std::uint8_t> bytes, const jet::Row& values)
+{
+    if (m_previous.atEnd())
+        return false;
+    const auto kept = m_previous.row();
+    skipPrevious();
+    return m_patchCheck.isPatched(kept, bytes, values);
 }
 
 void ChangedTableComparison::skipRemovals()

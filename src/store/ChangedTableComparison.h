@@ -16,10 +16,12 @@ namespace store {
 // Compares a table of a file written from a previous one with the rows
 // expected there: the previous rows with the changes applied, in order. A
 // page equal to the previous page that starts at the same row holds the
-// same rows, as long as none of them changed; on any other page each kept
-// row must have the very bytes it had, and each changed one must decode to
-// its new values. The table's columns must be the previous ones, its counter
-// the changed one, and its row count what it holds.
+// same rows, as long as none of them changed; so does one that differs from
+// it only in the patched bytes of patched rows; on any other page each kept
+// row must have the very bytes it had, each changed one must decode to its
+// new values, and each patched one must have the bytes it had but for its
+// patched columns, which must decode to their new values. The table's columns must be the previous ones, its
+// counter the changed one, and its row count what it holds.
 class ChangedTableComparison
 {
 public:
@@ -78,8 +80,10 @@ private:
     };
 
     std::string shapeDifference() const;
-    std::string firstChangedRowDifference(const jet::RowDecoder& decoder) const;
+    std::string firstChangedRowDifference() const;
+    bool samePatchedRow(std::span<const std::uint8_t> bytes, const jet::Row& values);
     bool samePageAsBefore(std::span<const std::uint8_t> page);
+    bool patchedAsBefore(std::span<const std::uint8_t> page, std::size_t rows, std::size_t after) const;
     std::string nextRow(std::span<const std::uint8_t> bytes);
     void skipRemovals();
     void skipPrevious();
@@ -88,6 +92,8 @@ private:
     const jet::TableDefinition m_nextDef;
     const std::vector<jet::Column> m_previousColumns;
     PreviousRows m_previous;
+    const jet::RowDecoder m_decoder;
+    const jet::RowDecoder::PatchCheck m_patchCheck;
     const std::vector<jet::RowChange>& m_changes;
     std::string m_name;
     std::int32_t m_counter;

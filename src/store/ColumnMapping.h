@@ -40,11 +40,14 @@ public:
     // does not fit) naming the table, column and row.
     void toFile(std::size_t table, jet::Table& contents, const std::vector<std::int64_t>& rowids) const;
     // The same for the changes since the last file, whose rows had the row
-    // ids `kept`; `after` are the row ids once the changes are made.
+    // ids `kept`; `after` are the row ids once the changes are made. A table
+    // the store keeps in other kinds has no patched rows.
     void toFile(std::size_t table, jet::TableChanges& changes, const std::vector<std::int64_t>& kept,
                 const std::vector<std::int64_t>& after) const;
     // True when every table is kept as the file holds it: values, kinds and numbers alike.
     bool keepsFileAsItIs() const;
+    // The same for table number `table`.
+    bool keepsTableAsItIs(std::size_t table) const { return table >= m_tables.size() || !m_tables[table]; }
     // The file's counter of table number `table` when the store's is `counter`:
     // a file whose operation numbers are no autonumber keeps its own.
     std::int32_t fileCounter(std::size_t table, std::int32_t counter) const;

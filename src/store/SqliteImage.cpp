@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <sqlite3.h>
 #include <stdexcept>
+#include <strings.h>
 #include <utility>
 
 namespace store {
@@ -197,13 +198,34 @@ std::vector<jet::TableChanges> SqliteImage::changes()
         const bool inFile = i < m_fileTables;
         if (!inFile || !writes.empty() || !m_written->rowsKnown(i) || m_written->deletedFrom(i)) {
             ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
-            result[i] = inFile && m_written->rowsKnown(i) ? rows.read(writes) : rows.readAll();
+            result[i] =
+                inFile && m_written->rowsKnown(i) ? rows.read(writes, patchableColumns(i)) : rows.readAll();
             m_nextRowids[i] = std::move(rows.rowids());
             m_columns.toFile(i, result[i], m_rowids[i], *m_nextRowids[i]);
         }
         result[i].lastAutoNumber = m_columns.fileCounter(i, lastAutoNumber(shape));
     }
     return result;
+}
+
+// The columns UPDATEs set in a table, when each is of a fixed size and the
+// table is kept as the file holds it: the rows they updated keep their size,
+// so they are patched in the file. None otherwise.
+std::vector<std::size_t> SqliteImage::patchableColumns(std::size_t table) const
+{
+    if (!m_columns.keepsTableAsItIs(table))
+        return {};
+    const std::vector<jet::Column>& columns = m_shape.tables[table].columns;
+    std::vector<std::size_t> patchable;
+    for (const std::string& name : m_written->columnsUpdated(table)) {
+        const auto column = std::ranges::find_if(columns, [&](const jet::Column& c) {
+            return ::strcasecmp(jet::toUtf8(c.name).c_str(), name.c_str()) == 0;
+        });
+        if (column == columns.end() || !jet::isFixedSize(column->type))
+            return {};
+        patchable.push_back(static_cast<std::size_t>(column - columns.begin()));
+    }
+    return patchable;
 }
 
 jet::Database SqliteImage::dump(std::vector<std::optional<std::vector<std::int64_t>>>* rowids) const

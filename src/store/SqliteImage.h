@@ -96,6 +96,7 @@ private:
     // the row ids of its rows afterwards, in file order. Throws
     // std::exception, SQLite::Exception included, when it cannot.
     std::vector<std::int64_t> writeChanges(std::size_t table, const jet::TableChanges& changes);
+    std::vector<std::size_t> patchableColumns(std::size_t table) const;
     // How many of the first tables the next file holds: those the file has,
     // and all the others once one of them has a row.
     std::size_t tablesToWrite() const;

@@ -8,17 +8,17 @@ namespace store {
 
 namespace {
 
-void addOnce(std::vector<std::size_t>& list, std::size_t index)
+template <class T> void addOnce(std::vector<T>& list, const T& item)
 {
-    if (std::find(list.begin(), list.end(), index) == list.end())
-        list.push_back(index);
+    if (std::find(list.begin(), list.end(), item) == list.end())
+        list.push_back(item);
 }
 
 } // namespace
 
 WrittenTables::WrittenTables(sqlite3* db, std::vector<std::string> tables)
     : m_db(db), m_tables(std::move(tables)), m_idsChanged(m_tables.size(), false),
-      m_deletedFrom(m_tables.size(), false), m_written(m_tables.size())
+      m_deletedFrom(m_tables.size(), false), m_updated(m_tables.size()), m_written(m_tables.size())
 {
     sqlite3_set_authorizer(m_db, &WrittenTables::authorize, this);
     sqlite3_update_hook(m_db, &WrittenTables::rowChanged, this);
@@ -40,6 +40,8 @@ int WrittenTables::authorize(void* self, int action, const char* table, const ch
     // SQLite names the row id column so whatever the statement calls it.
     if (action == SQLITE_UPDATE && column && ::strcasecmp(column, "ROWID") == 0)
         addOnce(written->m_collected.rowids, index);
+    else if (action == SQLITE_UPDATE && column)
+        addOnce(written->m_collected.updates, {index, std::string(column)});
     else if (action == SQLITE_DELETE)
         addOnce(written->m_collected.deletes, index);
     return SQLITE_OK;
@@ -50,19 +52,26 @@ void WrittenTables::rowChanged(void* self, int operation, const char*, const cha
     auto* written = static_cast<WrittenTables*>(self);
     const std::size_t index = written->indexOf(table);
     if (index < written->m_tables.size())
-        written->m_written[index].push_back({rowid, operation == SQLITE_DELETE});
+        written->m_written[index].push_back({rowid, operation == SQLITE_DELETE, operation == SQLITE_UPDATE});
 }
 
 std::vector<WrittenTables::RowWrite> WrittenTables::rowsWritten(std::size_t table) const
 {
     std::vector<RowWrite> rows = m_written.at(table);
-    std::stable_sort(rows.begin(), rows.end(),
-                     [](const RowWrite& a, const RowWrite& b) { return a.rowid < b.rowid; });
+    const auto byRowid = [](const RowWrite& a, const RowWrite& b) { return a.rowid < b.rowid; };
+    if (!std::is_sorted(rows.begin(), rows.end(), byRowid)) // an UPDATE goes through rows in order
+        std::stable_sort(rows.begin(), rows.end(), byRowid);
     // The last write of each row id tells where it stands.
     std::vector<RowWrite> last;
-    for (std::size_t i = 0; i < rows.size(); ++i)
-        if (i + 1 == rows.size() || rows[i + 1].rowid != rows[i].rowid)
+    bool updatedOnly = true;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        updatedOnly = updatedOnly && rows[i].updatedOnly;
+        if (i + 1 == rows.size() || rows[i + 1].rowid != rows[i].rowid) {
             last.push_back(rows[i]);
+            last.back().updatedOnly = updatedOnly;
+            updatedOnly = true;
+        }
+    }
     return last;
 }
 
@@ -78,9 +87,12 @@ std::size_t WrittenTables::indexOf(const char* table) const
     if (!table)
         return m_tables.size();
     // Table names in SQL are case-insensitive (ASCII), as in Jet.
+    const auto named = [&](std::size_t i) { return ::strcasecmp(m_tables[i].c_str(), table) == 0; };
+    if (m_lastTable < m_tables.size() && named(m_lastTable))
+        return m_lastTable;
     for (std::size_t i = 0; i < m_tables.size(); ++i)
-        if (::strcasecmp(m_tables[i].c_str(), table) == 0)
-            return i;
+        if (named(i))
+            return m_lastTable = i;
     return m_tables.size();
 }
 
@@ -90,12 +102,16 @@ void WrittenTables::mark(const Writes& writes)
         m_idsChanged[i] = true;
     for (const std::size_t i : writes.deletes)
         m_deletedFrom[i] = true;
+    for (const auto& [table, column] : writes.updates)
+        addOnce(m_updated[table], column);
 }
 
 void WrittenTables::clearMarks()
 {
     std::fill(m_idsChanged.begin(), m_idsChanged.end(), false);
     std::fill(m_deletedFrom.begin(), m_deletedFrom.end(), false);
+    for (auto& columns : m_updated)
+        columns.clear();
     for (auto& rows : m_written)
         std::vector<RowWrite>().swap(rows);
 }

@@ -3,13 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct sqlite3;
 
 namespace store {
 
-// Which rows of the data file's tables a transaction wrote. SQLite's update
+// Which rows of the data file's tables a transaction wrote, and which
+// columns its UPDATEs set (SQL names). SQLite's update
 // hook names the row id of every row inserted, updated or deleted, an
 // autonumber trigger updating the row it just numbered included. It misses
 // two kinds of writes: a DELETE without WHERE may empty a table at once
@@ -21,19 +23,22 @@ namespace store {
 class WrittenTables
 {
 public:
-    // Tables (indexes into the tables' list) a statement deletes from, and
-    // those whose row ids it may change.
+    // Tables (indexes into the tables' list) a statement deletes from, those
+    // whose row ids it may change, and the columns it may update, by table.
     struct Writes
     {
         std::vector<std::size_t> deletes;
         std::vector<std::size_t> rowids;
+        std::vector<std::pair<std::size_t, std::string>> updates;
     };
 
-    // What became of a row id last: written (inserted or updated) or deleted.
+    // What became of a row id last: written (inserted or updated) or
+    // deleted; and whether every write to it was an update.
     struct RowWrite
     {
         std::int64_t rowid = 0;
         bool deleted = false;
+        bool updatedOnly = false;
     };
 
     // `tables` are the names of the data file's tables, in file order.
@@ -51,6 +56,8 @@ public:
     bool rowsKnown(std::size_t table) const { return !m_idsChanged.at(table); }
     // True when a DELETE ran on the table: rows may be gone unnamed.
     bool deletedFrom(std::size_t table) const { return m_deletedFrom.at(table); }
+    // The columns UPDATE statements set in the table since the marks were cleared.
+    const std::vector<std::string>& columnsUpdated(std::size_t table) const { return m_updated.at(table); }
     // The row ids written since the marks were cleared, ascending, each once.
     std::vector<RowWrite> rowsWritten(std::size_t table) const;
     bool anyWritten() const;
@@ -68,7 +75,9 @@ private:
     Writes m_collected;
     std::vector<bool> m_idsChanged;
     std::vector<bool> m_deletedFrom;
-    std::vector<std::vector<RowWrite>> m_written; // per table, in the order SQLite named them
+    std::vector<std::vector<std::string>> m_updated; // per table, each column once
+    mutable std::size_t m_lastTable = 0;             // where the last row written was, looked at first
+    std::vector<std::vector<RowWrite>> m_written;    // per table, in the order SQLite named them
 };
 
 } // namespace store

@@ -1,4 +1,5 @@
 #include "store/SqliteImage.h"
+#include "jet/ByteOrder.h"
 #include "jet/FileImage.h"
 #include "jet/Reader.h"
 #include "jet/Writer.h"
@@ -75,6 +76,9 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         "INSERT OR REPLACE INTO Bank (rowid, F1, F2, F3) VALUES (?1 % 40 + 1, '2026-01-01', 5, 'на место')",
         "UPDATE Bank SET F3 = F3 || ' с пометкой' WHERE F0 % 7 = ?1 % 7",
         "UPDATE Bills SET F2 = ?1 % 5 WHERE F2 = (?1 + 1) % 5", // an account's expenses moved
+        "UPDATE Bills SET F3 = NULL, F1 = date(F1, '+1 day') WHERE F0 % 11 = ?1 % 11",
+        "UPDATE Bills SET F3 = F0 WHERE F3 IS NULL",
+        "UPDATE Bank SET F2 = F2 + 1 WHERE rowid <= 40 AND rowid % 3 = ?1 % 3",
         "UPDATE Bills SET F4 = substr(F4, 1, ?1 % 9) WHERE rowid BETWEEN ?1 % 20000 AND ?1 % 20000 + 300",
         "DELETE FROM Bank WHERE F0 % 13 = ?1 % 13",
         "DELETE FROM Bills WHERE rowid > (SELECT max(rowid) FROM Bills) - ?1 % 50",
@@ -117,6 +121,15 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
     }
     EXPECT_TRUE(image.lastFile() && image.dump().table(u"Trash"));
     EXPECT_GE(taken, 6);
+    // Rows updated in a fixed-size column are patched; a row put in place of
+    // another and then updated, and a row put in, are read whole beside them.
+    image.begin();
+    run(image, writes[0], 7);
+    run(image, "INSERT OR REPLACE INTO Bank (rowid, F1, F2, F3) "
+               "VALUES ((SELECT min(rowid) FROM Bank), '2026-01-01', 5, 'на место')");
+    run(image, "UPDATE Bank SET F2 = F2 + 1");
+    EXPECT_TRUE(std::ranges::equal(image.nextFile().bytes(), jet::encodeDatabase(image.dump())));
+    image.commit();
     // A row deleted since, in contents read afresh from the file, finds its place again.
     const std::vector<std::uint8_t> withRow(image.lastFile()->bytes().begin(),
                                             image.lastFile()->bytes().end());
@@ -186,6 +199,10 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
                        {100, Kind::Remove, {}},
                        {400, Kind::Insert, {std::int32_t{500}, jet::Null{}, jet::Null{}, jet::Null{}}}};
     changes[0].lastAutoNumber = 500;
+    // Two months' numbers patched: the page of the table holds no other change.
+    const std::size_t mon = static_cast<std::size_t>(db.table(u"Mon") - db.tables.data());
+    changes[mon].rows = {{3, Kind::Patch, {std::int32_t{40}}}, {4, Kind::Patch, {jet::Null{}}}};
+    changes[mon].patchedColumns = {0};
     for (std::int32_t i = 1; i <= 3000; ++i) // enough to be checked on two threads
         changes[1].rows.push_back({0,
                                    Kind::Insert,
@@ -194,9 +211,13 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
     changes[1].lastAutoNumber = 3000;
     jet::Table notes{u"Notes", {jet::Column::ofType(u"Note", jet::ColumnType::Text)}, {}, 0};
     notes.columns[0].length = 100;
-    changes.push_back({{{0, Kind::Insert, {std::u16string(u"заметка")}}}, 0, true}); // a table added
+    changes.push_back({{{0, Kind::Insert, {std::u16string(u"заметка")}}}, 0, true, {}}); // a table added
     const jet::FileImage next(previous, changes, std::span(&notes, 1));
     std::vector<std::uint8_t> bytes(next.bytes().begin(), next.bytes().end());
+    const auto rowStart = [&](std::size_t table, int row) {
+        const std::size_t page = std::size_t(next.dataPages(table)[0]) * 4096;
+        return page + (jet::le::u16(&bytes[page + 14 + 2 * row]) & 0x1FFF);
+    };
     struct ChangedCase
     {
         const char* what;
@@ -217,10 +238,16 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
         {"a removal moved", [](auto& c) { c[0].rows[1].position = 99; }, "table Bank: row 100"},
         {"an insert less", [](auto& c) { c[0].rows.pop_back(); }, "table Bank: row 400 more than expected"},
         {"a counter", [](auto& c) { c[3].lastAutoNumber = 1; }, "table Purse: autonumber counter"},
+        {"a patched value", [&](auto& c) { c[mon].rows[1].row[0] = std::int32_t{5}; }, "table Mon: row 5"},
+        {"a patched row's column count", [&](auto&) { ++bytes[rowStart(mon, 3)]; }, "table Mon: row 4"},
+        {"a patched row's text", [&](auto&) { ++bytes[rowStart(mon, 3) + 6]; }, "table Mon: row 4"},
+        {"a kept row's bytes on a patched page", [&](auto&) { ++bytes[rowStart(mon, 11) + 6]; },
+         "table Mon: row 12"},
         {"a kept row's bytes", [&](auto&) { ++bytes[(next.dataPages(0)[0] + 1) * 4096 - 1]; },
          "table Bank: row 1"},
     };
     for (const ChangedCase& c : changedCases) {
+        bytes.assign(next.bytes().begin(), next.bytes().end());
         std::vector<jet::TableChanges> expected = changes;
         c.change(expected);
         EXPECT_EQ(
