@@ -12,6 +12,10 @@
 #include <SQLiteCpp/Exception.h>
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <iterator>
 #include <sqlite3.h>
 #include <stdexcept>
 #include <strings.h>
@@ -24,6 +28,7 @@ namespace {
 // Past this many different statement texts the cache starts afresh.
 constexpr std::size_t kMaxCachedStatements = 256;
 constexpr std::size_t kRowsPerInsert = 50;
+constexpr std::size_t kRowsBetweenCalls = 20000; // of loadTable's `meanwhile`
 const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX;
 
 } // namespace
@@ -36,24 +41,31 @@ StatementScope::~StatementScope()
 
 SqliteImage::SqliteImage(jet::Database database) : m_db(":memory:", kOpenFlags)
 {
-    load(std::move(database));
+    load(database);
 }
 
 SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t>& file)
     : m_db(":memory:", kOpenFlags)
 {
-    // Encoded before the rows go to SQLite, and the file let go of before,
-    // so that at most one copy of the rows and two of the file are held.
-    try {
-        jet::FileImage encoded(database);
-        if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), file)) {
-            m_file.emplace(std::move(encoded));
-            std::vector<std::uint8_t>().swap(file);
+    const auto encode = [&database, &file]() -> std::optional<jet::FileImage> {
+        try {
+            jet::FileImage encoded(database);
+            if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), file))
+                return encoded;
+        } catch (const jet::Error&) {
+            // A value this writer cannot store: the first save says which.
         }
-    } catch (const jet::Error&) {
-        // A value this writer cannot store: the first save says which.
+        return std::nullopt;
+    };
+    // Loading turns values the file keeps in other kinds into the store's
+    // own, in place: such a file is encoded first. Any other is encoded on a
+    // second thread while its rows go into SQLite.
+    if (!ColumnMapping(database).keepsFileAsItIs()) {
+        keepEncoded(encode(), file);
+        load(database);
+        return;
     }
-    load(std::move(database));
+    load(database, std::async(std::launch::async, encode), &file);
 }
 
 SqliteImage::~SqliteImage()
@@ -62,15 +74,32 @@ SqliteImage::~SqliteImage()
     m_written.reset();
 }
 
-void SqliteImage::load(jet::Database database)
+void SqliteImage::keepEncoded(std::optional<jet::FileImage> encoded, std::vector<std::uint8_t>& file)
 {
-    database.version = jet::Version::Jet4; // what a save writes
+    if (!encoded)
+        return;
+    m_file.emplace(std::move(*encoded));
+    std::vector<std::uint8_t>().swap(file); // one copy of the file is held, not two
+}
+
+// The rows of each table are let go of once they are in SQLite, so that one
+// copy of them is held at a time; but none before `encoding`, which reads
+// them all, has ended.
+void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::FileImage>> encoding,
+                       std::vector<std::uint8_t>* file)
+{
     m_fileTables = database.tables.size();
+    std::vector<jet::Table> made;
     for (jet::Table& table : tablesMadeOnFirstUse())
         if (!database.table(table.name))
-            database.tables.push_back(std::move(table));
+            made.push_back(std::move(table));
+    std::vector<jet::Table*> tables;
+    for (jet::Table& table : database.tables)
+        tables.push_back(&table);
+    for (jet::Table& table : made)
+        tables.push_back(&table);
     m_columns = ColumnMapping(database);
-    m_columns.toStore(database);
+    m_columns.toStore(database); // changes no value of a file kept as it is
     sql::registerFunctions(m_db.getHandle());
     // Nothing of this database outlives the process: freed space need not be wiped.
     m_db.exec("PRAGMA secure_delete = OFF");
@@ -78,39 +107,53 @@ void SqliteImage::load(jet::Database database)
     // The rows are checked here, far quicker than SQLite's CHECK constraints.
     m_db.exec("PRAGMA ignore_check_constraints = ON");
     m_db.exec("BEGIN");
-    createTables(database);
+    createTables(tables, schemaMismatch(database).empty());
+    std::size_t loaded = 0, letGo = 0;
+    const auto letGoOfRows = [&](bool wait) {
+        if (encoding.valid()) {
+            if (!wait && encoding.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+                return;
+            keepEncoded(encoding.get(), *file);
+        }
+        for (; letGo < loaded; ++letGo)
+            std::vector<jet::Row>().swap(tables[letGo]->rows);
+    };
     std::vector<std::string> names;
-    for (jet::Table& table : database.tables) {
-        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(table.rows.size());
+    for (const jet::Table* table : tables) {
+        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(table->rows.size());
         for (std::size_t r = 0; r < rowids.size(); ++r)
             rowids[r] = sql::loadedRowId(r);
-        loadTable(table);
-        startCounter(table);
-        std::vector<jet::Row>().swap(table.rows); // only one copy of the rows at a time
-        names.push_back(jet::toUtf8(table.name));
+        loadTable(*table, [&] { letGoOfRows(false); });
+        startCounter(*table);
+        ++loaded;
+        letGoOfRows(false);
+        names.push_back(jet::toUtf8(table->name));
     }
+    letGoOfRows(true);
     m_shape = std::move(database);
+    m_shape.version = jet::Version::Jet4; // what a save writes
+    std::ranges::move(made, std::back_inserter(m_shape.tables));
     m_db.exec("PRAGMA ignore_check_constraints = OFF");
     m_db.exec("COMMIT");
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
 }
 
-void SqliteImage::createTables(const jet::Database& database)
+void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool withIndexes)
 {
     m_db.exec(sql::createCounters());
-    for (const jet::Table& table : database.tables)
-        m_db.exec(sql::createTable(table));
+    for (const jet::Table* table : tables)
+        m_db.exec(sql::createTable(*table));
     // Made before the rows go in: the rows come in file order, mostly by
     // date and number already, which grows an index faster than sorting
     // them all afterwards.
-    if (schemaMismatch(database).empty())
+    if (withIndexes)
         for (const std::string& index : imageIndexes())
             m_db.exec(index);
 }
 
 // Inserts the rows in order under their row ids (sql::loadedRowId), several
-// rows a statement.
-void SqliteImage::loadTable(const jet::Table& table)
+// rows a statement; `meanwhile` is called now and then.
+void SqliteImage::loadTable(const jet::Table& table, const std::function<void()>& meanwhile)
 {
     const std::size_t width = table.columns.size();
     const std::size_t batch =
@@ -149,6 +192,8 @@ void SqliteImage::loadTable(const jet::Table& table)
         if (const int rc = sqlite3_step(insert); rc != SQLITE_DONE)
             throw SQLite::Exception(m_db.getHandle(), rc);
         sqlite3_reset(insert);
+        if (start % kRowsBetweenCalls < batch)
+            meanwhile();
     }
 }
 

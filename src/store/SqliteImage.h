@@ -10,6 +10,8 @@
 #include <SQLiteCpp/Statement.h>
 
 #include <cstdint>
+#include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <span>
@@ -85,9 +87,11 @@ private:
         WrittenTables::Writes writes;
     };
 
-    void load(jet::Database database);
-    void createTables(const jet::Database& database);
-    void loadTable(const jet::Table& table);
+    void load(jet::Database& database, std::future<std::optional<jet::FileImage>> encoding = {},
+              std::vector<std::uint8_t>* file = nullptr);
+    void keepEncoded(std::optional<jet::FileImage> encoded, std::vector<std::uint8_t>& file);
+    void createTables(const std::vector<jet::Table*>& tables, bool withIndexes);
+    void loadTable(const jet::Table& table, const std::function<void()>& meanwhile);
     void startCounter(const jet::Table& table);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
