@@ -42,6 +42,14 @@ std::span<const std::uint8_t> ChangedRowsWriter::storedRow() const
     return rowOf(const_cast<std::uint8_t*>(page()), m_row);
 }
 
+std::span<std::uint8_t> ChangedRowsWriter::copyStoredRow()
+{
+    const std::span<const std::uint8_t> stored = storedRow();
+    const std::span<std::uint8_t> copy(m_packer.add(stored.size()).bytes, stored.size());
+    std::memcpy(copy.data(), stored.data(), stored.size());
+    return copy;
+}
+
 void ChangedRowsWriter::nextRow()
 {
     ++m_position;
@@ -102,17 +110,13 @@ void ChangedRowsWriter::write(const TableChanges& tableChanges, std::span<const 
             if (changes[c].kind == RowChange::Kind::Replace) {
                 encode(c);
             } else if (changes[c].kind == RowChange::Kind::Patch) {
-                const std::span<const std::uint8_t> stored = storedRow();
-                const std::span<std::uint8_t> row(m_packer.add(stored.size()).bytes, stored.size());
-                std::memcpy(row.data(), stored.data(), stored.size());
-                m_encoder.patch(changes[c].row, tableChanges.patchedColumns, row);
+                m_encoder.patch(changes[c].row, tableChanges.patchedColumns, copyStoredRow());
             }
             ++c;
             nextRow();
             continue;
         }
-        const std::span<const std::uint8_t> stored = storedRow();
-        std::memcpy(m_packer.add(stored.size()).bytes, stored.data(), stored.size());
+        copyStoredRow();
         nextRow();
     }
     if (c != changes.size())

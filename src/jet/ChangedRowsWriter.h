@@ -31,6 +31,7 @@ private:
     const std::uint8_t* page() const;
     std::size_t rowsOnPage() const;
     std::span<const std::uint8_t> storedRow() const;
+    std::span<std::uint8_t> copyStoredRow(); // packed next, as stored
     void nextRow();
     void nextPage(); // skips pages without rows
     bool adoptsPage(const TableChanges& changes, std::size_t& nextChange);
