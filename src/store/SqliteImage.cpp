@@ -18,7 +18,6 @@
 #include <iterator>
 #include <sqlite3.h>
 #include <stdexcept>
-#include <strings.h>
 #include <utility>
 
 namespace store {
@@ -39,13 +38,13 @@ StatementScope::~StatementScope()
     m_statement.clearBindings();
 }
 
-SqliteImage::SqliteImage(jet::Database database) : m_db(":memory:", kOpenFlags)
+SqliteImage::SqliteImage(jet::Database database) : m_columns(database), m_db(":memory:", kOpenFlags)
 {
     load(database);
 }
 
 SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t>& file)
-    : m_db(":memory:", kOpenFlags)
+    : m_columns(database), m_db(":memory:", kOpenFlags)
 {
     const auto encode = [&database, &file]() -> std::optional<jet::FileImage> {
         try {
@@ -60,7 +59,7 @@ SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t>& file
     // Loading turns values the file keeps in other kinds into the store's
     // own, in place: such a file is encoded first. Any other is encoded on a
     // second thread while its rows go into SQLite.
-    if (!ColumnMapping(database).keepsFileAsItIs()) {
+    if (!m_columns.keepsFileAsItIs()) {
         keepEncoded(encode(), file);
         load(database);
         return;
@@ -98,7 +97,6 @@ void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::F
         tables.push_back(&table);
     for (jet::Table& table : made)
         tables.push_back(&table);
-    m_columns = ColumnMapping(database);
     m_columns.toStore(database); // changes no value of a file kept as it is
     sql::registerFunctions(m_db.getHandle());
     // Nothing of this database outlives the process: freed space need not be wiped.
@@ -262,13 +260,12 @@ std::vector<std::size_t> SqliteImage::patchableColumns(std::size_t table) const
         return {};
     const std::vector<jet::Column>& columns = m_shape.tables[table].columns;
     std::vector<std::size_t> patchable;
+    // SQLite names each column as the table declares it.
     for (const std::string& name : m_written->columnsUpdated(table)) {
-        const auto column = std::ranges::find_if(columns, [&](const jet::Column& c) {
-            return ::strcasecmp(jet::toUtf8(c.name).c_str(), name.c_str()) == 0;
-        });
-        if (column == columns.end() || !jet::isFixedSize(column->type))
+        const std::optional<std::size_t> column = m_shape.tables[table].columnIndex(jet::fromUtf8(name));
+        if (!column || !jet::isFixedSize(columns[*column].type))
             return {};
-        patchable.push_back(static_cast<std::size_t>(column - columns.begin()));
+        patchable.push_back(*column);
     }
     return patchable;
 }
