@@ -27,7 +27,7 @@ namespace {
 // Past this many different statement texts the cache starts afresh.
 constexpr std::size_t kMaxCachedStatements = 256;
 constexpr std::size_t kRowsPerInsert = 50;
-constexpr std::size_t kRowsBetweenCalls = 20000; // of loadTable's `meanwhile`
+constexpr std::size_t kRowsBetweenCalls = 20000; // of loadTable's `inserted`
 const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX;
 
 } // namespace
@@ -81,9 +81,9 @@ void SqliteImage::keepEncoded(std::optional<jet::FileImage> encoded, std::vector
     std::vector<std::uint8_t>().swap(file); // one copy of the file is held, not two
 }
 
-// The rows of each table are let go of once they are in SQLite, so that one
-// copy of them is held at a time; but none before `encoding`, which reads
-// them all, has ended.
+// The rows of each table are let go of as they go into SQLite, so that
+// the decoded rows and SQLite's copy of them are not all held at once; but
+// none before `encoding`, which reads them all, has ended.
 void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::FileImage>> encoding,
                        std::vector<std::uint8_t>* file)
 {
@@ -106,28 +106,30 @@ void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::F
     m_db.exec("PRAGMA ignore_check_constraints = ON");
     m_db.exec("BEGIN");
     createTables(tables, schemaMismatch(database).empty());
-    std::size_t loaded = 0, letGo = 0;
-    const auto letGoOfRows = [&](bool wait) {
+    std::size_t table = 0, letGo = 0; // the rows before row `letGo` of `table` are let go of
+    const auto letGoOfRows = [&](std::size_t loaded, bool all) {
         if (encoding.valid()) {
-            if (!wait && encoding.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+            if (!all && encoding.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
                 return;
             keepEncoded(encoding.get(), *file);
         }
-        for (; letGo < loaded; ++letGo)
-            std::vector<jet::Row>().swap(tables[letGo]->rows);
+        const std::size_t loading = all ? tables.size() : m_rowids.size() - 1;
+        for (; table < loading; ++table, letGo = 0)
+            std::vector<jet::Row>().swap(tables[table]->rows);
+        for (; table < tables.size() && letGo < loaded; ++letGo)
+            jet::Row().swap(tables[table]->rows[letGo]);
     };
     std::vector<std::string> names;
-    for (const jet::Table* table : tables) {
-        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(table->rows.size());
+    for (jet::Table* loading : tables) {
+        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(loading->rows.size());
         for (std::size_t r = 0; r < rowids.size(); ++r)
             rowids[r] = sql::loadedRowId(r);
-        loadTable(*table, [&] { letGoOfRows(false); });
-        startCounter(*table);
-        ++loaded;
-        letGoOfRows(false);
-        names.push_back(jet::toUtf8(table->name));
+        const std::int32_t lastNumber = lastNumberInUse(*loading);
+        loadTable(*loading, [&](std::size_t loaded) { letGoOfRows(loaded, false); });
+        startCounter(*loading, lastNumber);
+        names.push_back(jet::toUtf8(loading->name));
     }
-    letGoOfRows(true);
+    letGoOfRows(0, true);
     m_shape = std::move(database);
     m_shape.version = jet::Version::Jet4; // what a save writes
     std::ranges::move(made, std::back_inserter(m_shape.tables));
@@ -150,8 +152,8 @@ void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool with
 }
 
 // Inserts the rows in order under their row ids (sql::loadedRowId), several
-// rows a statement; `meanwhile` is called now and then.
-void SqliteImage::loadTable(const jet::Table& table, const std::function<void()>& meanwhile)
+// rows a statement; now and then `inserted` is told how many rows are in.
+void SqliteImage::loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted)
 {
     const std::size_t width = table.columns.size();
     const std::size_t batch =
@@ -191,22 +193,30 @@ void SqliteImage::loadTable(const jet::Table& table, const std::function<void()>
             throw SQLite::Exception(m_db.getHandle(), rc);
         sqlite3_reset(insert);
         if (start % kRowsBetweenCalls < batch)
-            meanwhile();
+            inserted(start + rows);
     }
 }
 
 // The counter starts past the file's last number and past every number in
 // use, so that a file whose counter lags behind its rows still gets fresh ones.
-void SqliteImage::startCounter(const jet::Table& table)
+std::int32_t SqliteImage::lastNumberInUse(const jet::Table& table)
+{
+    std::int32_t last = std::max(table.lastAutoNumber, 0);
+    const jet::Column* column = sql::numberedColumn(table);
+    if (!column)
+        return last;
+    const std::size_t at = static_cast<std::size_t>(column - table.columns.data());
+    for (const jet::Row& row : table.rows)
+        if (const auto* number = std::get_if<std::int32_t>(&row[at]))
+            last = std::max(last, *number);
+    return last;
+}
+
+void SqliteImage::startCounter(const jet::Table& table, std::int32_t last)
 {
     const jet::Column* column = sql::numberedColumn(table);
     if (!column)
         return;
-    const std::size_t at = static_cast<std::size_t>(column - table.columns.data());
-    std::int32_t last = std::max(table.lastAutoNumber, 0);
-    for (const jet::Row& row : table.rows)
-        if (const auto* number = std::get_if<std::int32_t>(&row[at]))
-            last = std::max(last, *number);
     SQLite::Statement insert(m_db,
                              "INSERT INTO " + sql::quoteIdentifier(sql::kCountersTable) + " VALUES (?, ?)");
     insert.bind(1, jet::toUtf8(table.name));

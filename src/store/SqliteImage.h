@@ -91,8 +91,9 @@ private:
               std::vector<std::uint8_t>* file = nullptr);
     void keepEncoded(std::optional<jet::FileImage> encoded, std::vector<std::uint8_t>& file);
     void createTables(const std::vector<jet::Table*>& tables, bool withIndexes);
-    void loadTable(const jet::Table& table, const std::function<void()>& meanwhile);
-    void startCounter(const jet::Table& table);
+    void loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted);
+    static std::int32_t lastNumberInUse(const jet::Table& table);
+    void startCounter(const jet::Table& table, std::int32_t last);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;
     std::vector<jet::TableChanges> changes();
