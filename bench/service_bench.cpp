@@ -16,6 +16,7 @@
 #include "store/Store.h"
 #include "store/Transaction.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -157,16 +158,31 @@ void BM_DeleteExpense(benchmark::State& state)
 }
 
 // All expenses of account 1 to account 2 and back, one save each.
-void BM_MoveExpenses(benchmark::State& state)
+// Each click moves the expenses to where the last one left them.
+void moveBackAndForth(benchmark::State& state, store::Store& store)
 {
-    auto store = openedStore(state);
-    service::ExpenseTransfer transfer(*store);
-    static bool forth = true; // each repetition moves the expenses where they are
+    static bool forth = true;
+    service::ExpenseTransfer transfer(store);
     for (auto _ : state) {
         check(state, forth ? transfer.move(1, 2) : transfer.move(2, 1));
         forth = !forth;
     }
     compareWithLimit(state);
+}
+
+void BM_MoveExpenses(benchmark::State& state)
+{
+    moveBackAndForth(state, *openedStore(state));
+}
+
+// The same as the program moves them: the copy of the file the move makes
+// first (in the sample's copies folder) included.
+void BM_MoveExpensesWithCopy(benchmark::State& state)
+{
+    auto store = openedStore(state);
+    QDateTime now(QDate(2026, 3, 15), QTime(9, 0));
+    store->keepCopies([&] { return now = now.addSecs(60); });
+    moveBackAndForth(state, *store);
 }
 
 // Records the date, then reads, checks and writes the whole file as the backup.
@@ -232,6 +248,7 @@ BENCHMARK(BM_ListDayOperations)->Apply(sizes);
 BENCHMARK(BM_DeleteBankOperation)->Apply(sizes);
 BENCHMARK(BM_DeleteExpense)->Apply(sizes);
 BENCHMARK(BM_MoveExpenses)->Apply(sizes);
+BENCHMARK(BM_MoveExpensesWithCopy)->Apply(sizes);
 BENCHMARK(BM_Backup)->Apply(sizes);
 BENCHMARK(BM_Restore)->Apply(sizes);
 BENCHMARK(BM_ClearAll)->Apply(sizes);

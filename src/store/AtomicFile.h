@@ -19,6 +19,13 @@ namespace store {
 void writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                          FileOps& ops = systemFileOps());
 
+// Gives the file at the end of `path`'s symbolic links the second name
+// `name` and syncs the folder of `name`, so that the name outlasts a crash.
+// Throws FileError and leaves no name; a file system without hard links
+// refuses with EPERM, a name on another file system with EXDEV.
+void linkDurably(const std::filesystem::path& path, const std::filesystem::path& name,
+                 FileOps& ops = systemFileOps());
+
 // The path a chain of symbolic links ends at (`path` itself when it is no
 // link), whether that file exists or not. Throws FileError (ELOOP) for a
 // chain that loops.

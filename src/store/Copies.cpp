@@ -248,8 +248,9 @@ void Copies::write(CopyReason reason, const QDateTime& now)
 {
     finishPending();
     std::span<const std::uint8_t> bytes = m_store.keptBytes();
+    const bool held = !bytes.empty(); // the store holds the file on disk
     std::vector<std::uint8_t> read;
-    if (bytes.empty()) {
+    if (!held) {
         try {
             read = readRegularFile(m_store.dataFilePath().toStdString()).bytes;
         } catch (const FileError& e) {
@@ -261,7 +262,8 @@ void Copies::write(CopyReason reason, const QDateTime& now)
     }
     const fs::path copy = newCopyPath(reason, now);
     try {
-        m_store.writer()(copy, bytes);
+        if (!held || !m_store.linkDataFileAs(copy))
+            m_store.writer()(copy, bytes);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {

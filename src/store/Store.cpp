@@ -2,6 +2,7 @@
 
 #include "Transaction.h"
 
+#include "AtomicFile.h"
 #include "Copies.h"
 #include "DataFile.h"
 #include "FailureCause.h"
@@ -95,6 +96,42 @@ std::span<const std::uint8_t> Store::keptBytes() const
 const FileWriter& Store::writer() const
 {
     return m_files->writer;
+}
+
+// The data file is only ever replaced, never changed in place: a second name
+// for it keeps today's contents as a written copy would, without the write.
+bool Store::linkDataFileAs(const fs::path& copy)
+{
+    if (!m_files->signature)
+        return false;
+    try {
+        linkDurably(m_files->file.path(), copy);
+    } catch (const FileError&) {
+        return false;
+    }
+    if (adoptInodeTime(copy))
+        return true;
+    std::error_code ignored; // another file than the one held got the name
+    fs::remove(copy, ignored);
+    adoptInodeTime(m_files->file.path());
+    return false;
+}
+
+// A name made or removed changes a file's inode time. True when `path` is the
+// file whose signature the store holds but for that time, which it then takes.
+bool Store::adoptInodeTime(const fs::path& path)
+{
+    try {
+        const FileSignature now = FileSignature::of(path);
+        FileSignature held = *m_files->signature;
+        held.changedNs = now.changedNs;
+        if (now != held)
+            return false;
+        m_files->signature = now;
+        return true;
+    } catch (const FileError&) {
+        return false;
+    }
 }
 
 bool Store::goOnWithoutCopy(const StoreError& error)

@@ -65,6 +65,10 @@ private:
     // empty otherwise.
     std::span<const std::uint8_t> keptBytes() const;
     const FileWriter& writer() const;
+    // Makes `copy` a second name of the data file when that file is the one
+    // the store holds; false, leaving nothing, when it cannot.
+    bool linkDataFileAs(const std::filesystem::path& copy);
+    bool adoptInodeTime(const std::filesystem::path& path);
     // Asks through the sink whether the action goes on although its copy
     // failed; without a sink it goes on and the failure is logged.
     bool goOnWithoutCopy(const StoreError& error);

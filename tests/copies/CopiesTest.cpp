@@ -1,6 +1,8 @@
 // Automatic copies: the rotation rule over synthetic dates; every action
 // that changes the file for good, driven through its window, leaves a copy
-// equal to the file before it; a chosen copy is put back through "Копии…".
+// equal to the file before it (that very file under a second name, unless it
+// is the day's copy written beside the click); a chosen copy is put back
+// through "Копии…".
 #include "store/Copies.h"
 #include "WindowDriver.h"
 #include "store/CopyRotation.h"
@@ -11,6 +13,8 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace velmora::test;
 namespace fs = std::filesystem;
@@ -25,6 +29,14 @@ DataBuilder household()
     d.balance("700").account(3, "Питание").account(4, "Связь").purse(1, "Наличные", "10");
     d.bank(QDate(2026, 3, 6), "1000", "Зарплата").bill(QDate(2026, 3, 6), 3, "150,25");
     return d;
+}
+
+ino_t inodeOf(const QString& path)
+{
+    struct stat st
+    {
+    };
+    return ::stat(path.toLocal8Bit().constData(), &st) == 0 ? st.st_ino : 0;
 }
 
 } // namespace
@@ -89,6 +101,8 @@ void CopiesTest::actionLeavesCopy()
         WindowDriver w(household());
         QVERIFY(w.start());
         const QByteArray before = w.bytes();
+        const QString dataFile = QString::fromStdString(w.folder().dataFile().string());
+        const ino_t fileBefore = inodeOf(dataFile);
         ProgramFolder backup;
         backup.write(DataBuilder().balance("5").database());
         writeBytes(w.folder().path() + "/" + store::kBackupFileName, backup.bytes());
@@ -108,6 +122,9 @@ void CopiesTest::actionLeavesCopy()
                      names.front().endsWith(QString("-") + why + ".mdb"),
                  qPrintable(QString(steps) + ": " + names.join(", ")));
         QCOMPARE(contents(w.copies().filePath(names.front())), before);
+        QVERIFY(inodeOf(dataFile) != fileBefore);
+        if (QString(why) != "начало-дня") // the file before, kept alive by its second name
+            QCOMPARE(inodeOf(w.copies().filePath(names.front())), fileBefore);
     }
 }
 
