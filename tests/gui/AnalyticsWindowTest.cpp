@@ -17,6 +17,7 @@
 #include <QMdiSubWindow>
 #include <QTableView>
 #include <QTest>
+#include <QValueAxis>
 
 using namespace velmora::test;
 
@@ -134,6 +135,9 @@ void AnalyticsWindowTest::chartsTakeThePeriodHandedOverAndShowAHiddenChartAgain(
     };
     QVERIFY(colour("MSChart1", 1) == colour("MSChart2", 2) && colour("MSChart2", 1) != colour("MSChart2", 2));
     QCOMPARE(series(charts, "MSChart1")->chart()->locale().language(), QLocale::Russian);
+    const auto* values =
+        qobject_cast<QValueAxis*>(series(charts, "MSChart2")->chart()->axes(Qt::Vertical).value(0));
+    QVERIFY(values && values->titleText() == "рублей");
     // An open window takes the next period into its fields and keeps its drawing until "Исключить".
     w.act(f, "Combo1=11 - Ноябрь|B1");
     QCOMPARE(w.charts().widget(), charts.widget());

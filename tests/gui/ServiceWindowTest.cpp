@@ -102,6 +102,7 @@ void ServiceWindowTest::accountsPasswordAndRates()
     w.act(f, "Combo1A=5 - Отпуск|VC1A|T1A=Д'Артаньян " + QString(300, u'ы') +
                  "|VC2A|Combo1A=10 - Связь|VC1A|VC3A");
     w.expect({information(texts::changesSaved), information(texts::accountDeleted)}, true);
+    QVERIFY(f.enabled("Combo1A")); // the list the opened account locked is free again
     const QString renamed = "5 - Д'Артаньян " + QString(244, u'ы');
     kept(renamed, {"3 - Питание", renamed});
     // The password box offers the one in use; Cancel, then No, keeps it.
