@@ -106,30 +106,32 @@ void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::F
     m_db.exec("PRAGMA ignore_check_constraints = ON");
     m_db.exec("BEGIN");
     createTables(tables, schemaMismatch(database).empty());
-    std::size_t table = 0, letGo = 0; // the rows before row `letGo` of `table` are let go of
-    const auto letGoOfRows = [&](std::size_t loaded, bool all) {
+    // Lets go of every table before `loading` and of its rows before row `loaded`.
+    std::size_t table = 0, letGo = 0; // what is let go of already
+    const auto letGoOfRows = [&](std::size_t loading, std::size_t loaded) {
         if (encoding.valid()) {
-            if (!all && encoding.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+            if (loading < tables.size() &&
+                encoding.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
                 return;
             keepEncoded(encoding.get(), *file);
         }
-        const std::size_t loading = all ? tables.size() : m_rowids.size() - 1;
         for (; table < loading; ++table, letGo = 0)
             std::vector<jet::Row>().swap(tables[table]->rows);
         for (; table < tables.size() && letGo < loaded; ++letGo)
             jet::Row().swap(tables[table]->rows[letGo]);
     };
     std::vector<std::string> names;
-    for (jet::Table* loading : tables) {
-        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(loading->rows.size());
+    for (std::size_t t = 0; t < tables.size(); ++t) {
+        const jet::Table& loading = *tables[t];
+        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(loading.rows.size());
         for (std::size_t r = 0; r < rowids.size(); ++r)
             rowids[r] = sql::loadedRowId(r);
-        const std::int32_t lastNumber = lastNumberInUse(*loading);
-        loadTable(*loading, [&](std::size_t loaded) { letGoOfRows(loaded, false); });
-        startCounter(*loading, lastNumber);
-        names.push_back(jet::toUtf8(loading->name));
+        const std::int32_t lastNumber = lastNumberInUse(loading);
+        loadTable(loading, [&](std::size_t loaded) { letGoOfRows(t, loaded); });
+        startCounter(loading, lastNumber);
+        names.push_back(jet::toUtf8(loading.name));
     }
-    letGoOfRows(0, true);
+    letGoOfRows(tables.size(), 0); // waits for the encoding
     m_shape = std::move(database);
     m_shape.version = jet::Version::Jet4; // what a save writes
     std::ranges::move(made, std::back_inserter(m_shape.tables));

@@ -106,14 +106,14 @@ bool Store::linkDataFileAs(const fs::path& copy)
         return false;
     try {
         linkDurably(m_files->file.path(), copy);
+        if (adoptInodeTime(copy))
+            return true;
+        std::error_code ignored; // the name went to another file than the one held
+        fs::remove(copy, ignored);
     } catch (const FileError&) {
-        return false;
+        // No name is left.
     }
-    if (adoptInodeTime(copy))
-        return true;
-    std::error_code ignored; // another file than the one held got the name
-    fs::remove(copy, ignored);
-    adoptInodeTime(m_files->file.path());
+    adoptInodeTime(m_files->file.path()); // a name made and removed again
     return false;
 }
 
