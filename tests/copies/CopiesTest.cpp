@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -50,6 +51,7 @@ private slots:
     void actionLeavesCopy();
     void chosenCopyRestored();
     void copyThatCannotBeWrittenAsks();
+    void copyOnAnotherFileSystemIsWritten();
 };
 
 // One copy of 1 MB per age in days; the indexes of those that go.
@@ -171,6 +173,28 @@ void CopiesTest::copyThatCannotBeWrittenAsks()
         QVERIFY(shown.filter("Продолжить без копии?").size() == 1);
         QCOMPARE(w.bytes() != before, goOn);
     }
+}
+
+// The copies' folder on another file system, where the data file can have
+// no second name: the copy is written instead.
+void CopiesTest::copyOnAnotherFileSystemIsWritten()
+{
+    QTemporaryDir elsewhere(QStringLiteral("/dev/shm/velmora-copies-XXXXXX"));
+    WindowDriver w(household());
+    QVERIFY(w.start());
+    struct stat here
+    {
+    }, there{};
+    if (!elsewhere.isValid() || ::stat(elsewhere.path().toLocal8Bit().constData(), &there) != 0 ||
+        ::stat(w.folder().path().toLocal8Bit().constData(), &here) != 0 || here.st_dev == there.st_dev)
+        QSKIP("no second file system at /dev/shm");
+    QVERIFY(QFile::link(elsewhere.path(), w.copies().path()));
+    const QByteArray before = w.bytes();
+    w.act(w.service(), "Check1|yes|C16");
+    QVERIFY(w.bytes() != before);
+    const QStringList names = w.copies().entryList({"*.mdb"});
+    QCOMPARE(names.size(), 1);
+    QCOMPARE(contents(w.copies().filePath(names.front())), before);
 }
 
 QTEST_MAIN(CopiesTest)
