@@ -7,6 +7,7 @@
 #include "WindowDriver.h"
 #include "store/CopyRotation.h"
 #include "store/Schema.h"
+#include "store/Transaction.h"
 
 #include <QDialog>
 #include <QDir>
@@ -52,6 +53,7 @@ private slots:
     void chosenCopyRestored();
     void copyThatCannotBeWrittenAsks();
     void copyOnAnotherFileSystemIsWritten();
+    void copyOfAFileReplacedMeanwhileIsTheOneHeld();
 };
 
 // One copy of 1 MB per age in days; the indexes of those that go.
@@ -195,6 +197,25 @@ void CopiesTest::copyOnAnotherFileSystemIsWritten()
     const QStringList names = w.copies().entryList({"*.mdb"});
     QCOMPARE(names.size(), 1);
     QCOMPARE(contents(w.copies().filePath(names.front())), before);
+}
+
+// Another program puts another file in the data file's place while an action
+// runs: the copy is the file the store holds, written, not the newcomer.
+void CopiesTest::copyOfAFileReplacedMeanwhileIsTheOneHeld()
+{
+    ProgramFolder folder, other;
+    folder.write(household().database());
+    other.write(DataBuilder().balance("5").database());
+    const QByteArray held = folder.bytes();
+    store::Store store(folder.path());
+    store.keepCopies([] { return kNow; });
+    store::Transaction tx(store);
+    writeBytes(folder.dataFilePath(), other.bytes());
+    QVERIFY(store::Copies(store).before(store::CopyReason::Clearing));
+    const QDir copies(folder.path() + "/" + store::kCopiesFolderName);
+    const QStringList names = copies.entryList({"*.mdb"});
+    QCOMPARE(names.size(), 1);
+    QCOMPARE(contents(copies.filePath(names.front())), held);
 }
 
 QTEST_MAIN(CopiesTest)
