@@ -144,7 +144,7 @@ void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> byt
 void linkDurably(const fs::path& path, const fs::path& name, FileOps& ops)
 {
     const fs::path target = followLinks(path);
-    if (::link(target.c_str(), name.c_str()) != 0)
+    if (ops.link(target.c_str(), name.c_str()) != 0)
         throw FileError::writing(name, "link", errno);
     try {
         syncFolder(name, ops);

@@ -31,6 +31,11 @@ int FileOps::rename(const char* from, const char* to)
     return ::rename(from, to);
 }
 
+int FileOps::link(const char* existing, const char* name)
+{
+    return ::link(existing, name);
+}
+
 int FileOps::unlink(const char* path)
 {
     return ::unlink(path);

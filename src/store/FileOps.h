@@ -5,7 +5,7 @@
 
 namespace store {
 
-// The system calls an atomic write makes, as an object handed in. The program
+// The system calls an atomic write (or a second name) makes, as an object handed in. The program
 // uses systemFileOps(); tests derive from it to fail a call, record the order
 // of the calls or model what a crash keeps of unsynced writes.
 class FileOps
@@ -18,6 +18,7 @@ public:
     virtual int fsync(int fd);
     virtual int close(int fd);
     virtual int rename(const char* from, const char* to);
+    virtual int link(const char* existing, const char* name);
     virtual int unlink(const char* path);
 };
 
