@@ -3,9 +3,11 @@
 #include "OperationsTexts.h"
 
 #include <QCollator>
+#include <QHash>
 #include <QLocale>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace operations {
@@ -137,8 +139,9 @@ void OperationTableModel::sort(int column, Qt::SortOrder order)
 }
 
 // Ties keep the journal's order, newest first. Texts sort as a Russian reader
-// expects, with numbers in them by value ("3 - Питание" before "10 - Связь");
-// each text's key is made once, not at every comparison.
+// expects, with numbers in them by value ("3 - Питание" before "10 - Связь").
+// A household's texts repeat (the same shop, the same account), so each
+// distinct text is ranked once and the rows are then placed by rank.
 void OperationTableModel::applySort()
 {
     std::vector<int>& rows = m_selection.rows;
@@ -155,20 +158,54 @@ void OperationTableModel::applySort()
         });
         return;
     }
+    QHash<QString, int> indexOf; // of each distinct text in `distinct`
+    std::vector<QString> distinct;
+    std::vector<int> textOfRow(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        QString text = cellText(m_journal, all[static_cast<std::size_t>(rows[i])], m_sortColumn);
+        auto found = indexOf.constFind(text);
+        if (found == indexOf.cend()) {
+            found = indexOf.insert(text, static_cast<int>(distinct.size()));
+            distinct.push_back(std::move(text));
+        }
+        textOfRow[i] = *found;
+    }
+    const std::vector<int> rank = collationRanks(distinct, ascending);
+    // Placed by rank, each rank's rows in the order they had.
+    std::vector<int> start(distinct.size() + 1, 0);
+    for (const int text : textOfRow)
+        ++start[static_cast<std::size_t>(rank[static_cast<std::size_t>(text)]) + 1];
+    std::partial_sum(start.begin(), start.end(), start.begin());
+    std::vector<int> sorted(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        sorted[static_cast<std::size_t>(
+            start[static_cast<std::size_t>(rank[static_cast<std::size_t>(textOfRow[i])])]++)] = rows[i];
+    rows = std::move(sorted);
+}
+
+// The place of each text in the order a Russian reader expects; texts that
+// order as equal (they differ only in case) share one.
+std::vector<int> OperationTableModel::collationRanks(const std::vector<QString>& texts, bool ascending)
+{
     QCollator collator(QLocale(QLocale::Russian, QLocale::Russia));
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<std::pair<QCollatorSortKey, int>> keyed;
-    keyed.reserve(rows.size());
-    for (const int row : rows)
-        keyed.emplace_back(
-            collator.sortKey(cellText(m_journal, all[static_cast<std::size_t>(row)], m_sortColumn)), row);
-    std::ranges::stable_sort(keyed, [ascending](const auto& a, const auto& b) {
+    keyed.reserve(texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        keyed.emplace_back(collator.sortKey(texts[i]), static_cast<int>(i));
+    std::ranges::sort(keyed, [ascending](const auto& a, const auto& b) {
         const int c = a.first.compare(b.first);
         return ascending ? c < 0 : c > 0;
     });
-    for (std::size_t i = 0; i < keyed.size(); ++i)
-        rows[i] = keyed[i].second;
+    std::vector<int> rank(texts.size());
+    int place = 0;
+    for (std::size_t i = 0; i < keyed.size(); ++i) {
+        if (i > 0 && keyed[i].first.compare(keyed[i - 1].first) != 0)
+            ++place;
+        rank[static_cast<std::size_t>(keyed[i].second)] = place;
+    }
+    return rank;
 }
 
 } // namespace operations

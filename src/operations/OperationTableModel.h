@@ -51,6 +51,7 @@ public:
 
 private:
     void applySort();
+    static std::vector<int> collationRanks(const std::vector<QString>& texts, bool ascending);
 
     Journal m_journal;
     Selection m_selection;

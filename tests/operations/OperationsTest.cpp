@@ -166,6 +166,27 @@ void OperationsTest::sortingAndExport()
         accounts << model.text(row, OperationTableModel::Account);
     QCOMPARE(accounts, QStringList({"", "", "", "3 - Питание", "3 - Питание", "10 - Связь"}));
     QCOMPARE(shown(model).first(), QString("Снятие 2"));
+    // Texts that differ only in case are equal and keep the list's order, either way.
+    operations::Journal cased;
+    for (const char* name : {"хлеб", "Хлеб 10", "ХЛЕБ", "Хлеб 9", "Хлеб"})
+        cased.operations.push_back({operations::Operation::Kind::Deposit,
+                                    static_cast<int>(cased.operations.size()) + 1,
+                                    QDate(2026, 3, 1),
+                                    store::Amount(),
+                                    0,
+                                    0,
+                                    QString::fromUtf8(name),
+                                    {}});
+    OperationTableModel byName;
+    byName.setJournal(cased, operations::Filter());
+    for (const auto& [order, expected] : {std::pair{Qt::AscendingOrder, QString("1 3 5 4 2")},
+                                          std::pair{Qt::DescendingOrder, QString("2 4 1 3 5")}}) {
+        byName.sort(OperationTableModel::Name, order);
+        QStringList numbers;
+        for (int row = 0; row < byName.rowCount(); ++row)
+            numbers << byName.text(row, OperationTableModel::Number);
+        QCOMPARE(numbers.join(' '), expected);
+    }
     // Amounts by value; the export holds the list as shown, quoted where a field needs it.
     list->sortByColumn(OperationTableModel::Amount, Qt::DescendingOrder);
     QTemporaryDir dir;
