@@ -26,14 +26,30 @@ QHash<std::int32_t, QString> catalogue(store::Transaction& tx, const QString& ta
     return names;
 }
 
-// Newest first; operations without a date last; on one day the higher number first.
-bool newerFirst(const Operation& a, const Operation& b)
+// Newest first; operations without a date last; on one day expenses before
+// the bank's operations, and the higher number first. As one key that sorts
+// ascending: the day counted back from the last possible one, the kind, then
+// the number counted back.
+std::uint64_t newerFirstKey(const Operation& op)
 {
-    if (a.date != b.date)
-        return !b.date.isValid() || (a.date.isValid() && a.date > b.date);
-    if (a.kind != b.kind)
-        return a.kind == Operation::Kind::Expense;
-    return a.number > b.number;
+    constexpr std::int64_t kDays = std::int64_t(1) << 30; // past every Julian day of a stored date
+    const std::int64_t back = op.date.isValid() ? kDays - 1 - op.date.toJulianDay() : kDays;
+    const std::uint64_t kind = op.kind == Operation::Kind::Expense ? 0 : 1;
+    const std::uint64_t number = 0xFFFFFFFFu - (static_cast<std::uint32_t>(op.number) ^ 0x80000000u);
+    return static_cast<std::uint64_t>(back) << 33 | kind << 32 | number;
+}
+
+void sortNewerFirst(std::vector<Operation>& operations)
+{
+    std::vector<std::pair<std::uint64_t, std::size_t>> keys(operations.size());
+    for (std::size_t i = 0; i < operations.size(); ++i)
+        keys[i] = {newerFirstKey(operations[i]), i};
+    std::ranges::sort(keys);
+    std::vector<Operation> sorted;
+    sorted.reserve(operations.size());
+    for (const auto& key : keys)
+        sorted.push_back(std::move(operations[key.second]));
+    operations = std::move(sorted);
 }
 
 } // namespace
@@ -82,7 +98,10 @@ std::optional<Journal> Journal::read(store::Store& store)
     journal.accounts = catalogue(tx, QStringLiteral("Bills_Dict"));
     journal.purses = catalogue(tx, QStringLiteral("Purse_Dict"));
     std::vector<Operation>& all = journal.operations;
-    tx.forEachRow(QStringLiteral("SELECT F0, F1, F2, F3 FROM Bank"), {}, [&all](store::Row row) {
+    const store::Rows count =
+        tx.query(QStringLiteral("SELECT (SELECT COUNT(*) FROM Bank) + (SELECT COUNT(*) FROM Bills)"));
+    all.reserve(count.empty() ? 0 : static_cast<std::size_t>(count.front().integer(0)));
+    tx.forEachRow(QStringLiteral("SELECT F0, F1, F2, F3 FROM Bank"), {}, [&all](const store::RowView& row) {
         const store::Amount amount = row.amount(2);
         all.push_back({bankKind(amount),
                        static_cast<std::int32_t>(row.integer(0)),
@@ -93,15 +112,16 @@ std::optional<Journal> Journal::read(store::Store& store)
                        row.text(3),
                        {}});
     });
-    tx.forEachRow(QStringLiteral("SELECT F0, F1, F2, F3, F4, F5, F6 FROM Bills"), {}, [&all](store::Row row) {
-        all.push_back({Operation::Kind::Expense, static_cast<std::int32_t>(row.integer(0)), row.date(1),
-                       row.amount(3), static_cast<std::int32_t>(row.integer(2)),
-                       static_cast<std::int32_t>(row.integer(6)), row.text(4), row.text(5)});
-    });
+    tx.forEachRow(QStringLiteral("SELECT F0, F1, F2, F3, F4, F5, F6 FROM Bills"), {},
+                  [&all](const store::RowView& row) {
+                      all.push_back({Operation::Kind::Expense, static_cast<std::int32_t>(row.integer(0)),
+                                     row.date(1), row.amount(3), static_cast<std::int32_t>(row.integer(2)),
+                                     static_cast<std::int32_t>(row.integer(6)), row.text(4), row.text(5)});
+                  });
     journal.generation = store.generation();
     if (!tx.commit())
         return std::nullopt;
-    std::ranges::sort(all, newerFirst);
+    sortNewerFirst(all);
     return journal;
 }
 

@@ -39,7 +39,7 @@ QDateTime putAtOf(const QString& stored)
 }
 
 // An entry's row, as list() selects it from column 5 on.
-Operation operationOf(const store::Row& row, const QString& table)
+Operation operationOf(const store::RowView& row, const QString& table)
 {
     const store::Amount amount = row.amount(7);
     return {table == kExpenseTable ? Operation::Kind::Expense : bankKind(amount),
@@ -118,7 +118,7 @@ std::optional<std::vector<TrashEntry>> Trash::list()
     store::Transaction tx(m_store);
     tx.forEachRow(QStringLiteral("SELECT F0, F1, F2, F4, F3, F5, F6, F7, F8, F9, F10, F11 FROM Trash "
                                  "WHERE F1 >= ? ORDER BY F0 DESC"),
-                  {cutoff(QDateTime::currentDateTime())}, [&entries](store::Row row) {
+                  {cutoff(QDateTime::currentDateTime())}, [&entries](const store::RowView& row) {
                       entries.push_back({static_cast<std::int32_t>(row.integer(0)), putAtOf(row.text(1)),
                                          static_cast<std::int32_t>(row.integer(2)), row.text(3),
                                          operationOf(row, row.text(4))});

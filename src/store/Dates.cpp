@@ -109,8 +109,12 @@ QVariantList noStoredDates()
 QDate dateFromStored(QStringView text)
 {
     const QByteArray latin = text.left(10).toLatin1();
-    const std::optional<jet::DateTime> days =
-        jetDateFromText(std::string_view(latin.constData(), static_cast<std::size_t>(latin.size())));
+    return dateFromStored(std::string_view(latin.constData(), static_cast<std::size_t>(latin.size())));
+}
+
+QDate dateFromStored(std::string_view text)
+{
+    const std::optional<jet::DateTime> days = jetDateFromText(text.substr(0, 10));
     return days ? fromJetDate(*days) : QDate();
 }
 

@@ -9,6 +9,7 @@
 #include <QVariantList>
 
 #include <optional>
+#include <string_view>
 
 namespace store {
 
@@ -26,6 +27,7 @@ QString storedDate(QDate date);
 QString storedDateTime(const QDateTime& dateTime);
 // Back from that text; an invalid QDate when the text is not a stored date.
 QDate dateFromStored(QStringView text);
+QDate dateFromStored(std::string_view text);
 
 // The stored dates of one month or one year, as the two values of
 // "F1 >= ? AND F1 < ?". March 2005 runs from "2005-03" up to "2005-03~" ('~'

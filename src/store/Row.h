@@ -44,7 +44,5 @@ private:
 };
 
 using Rows = std::vector<Row>;
-// Takes one row of a query while the query runs.
-using RowHandler = std::function<void(Row)>;
 
 } // namespace store

@@ -11,24 +11,25 @@ void readRows(SQLite::Statement& statement, const QVariantList& params, const Ro
 {
     const StatementScope scope(statement);
     sql::bindParameters(statement, params);
-    auto names = std::make_shared<QStringList>();
-    const int width = statement.getColumnCount();
-    for (int i = 0; i < width; ++i)
-        names->append(QString::fromUtf8(statement.getColumnName(i)));
-    while (statement.executeStep()) {
-        std::vector<QVariant> values;
-        values.reserve(static_cast<std::size_t>(width));
-        for (int i = 0; i < width; ++i)
-            values.push_back(sql::readCell(statement.getColumn(i)));
-        each(Row(names, std::move(values)));
-    }
+    const RowView row(statement);
+    while (statement.executeStep())
+        each(row);
 }
 
 Rows readRows(SQLite::Statement& statement, const QVariantList& params)
 {
     Rows rows;
-    readRows(statement, params, [&rows](Row row) { rows.push_back(std::move(row)); });
+    readRows(statement, params, keepingRows(rows));
     return rows;
+}
+
+RowHandler keepingRows(Rows& rows)
+{
+    return [&rows, names = std::shared_ptr<const QStringList>()](const RowView& row) mutable {
+        if (!names)
+            names = row.columnNames();
+        rows.push_back(row.toRow(names));
+    };
 }
 
 } // namespace store

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Row.h"
+#include "RowView.h"
 
 #include <QVariantList>
 
@@ -15,5 +15,7 @@ namespace store {
 Rows readRows(SQLite::Statement& statement, const QVariantList& params);
 // The same, handing each row to `each` as it is read instead of keeping them.
 void readRows(SQLite::Statement& statement, const QVariantList& params, const RowHandler& each);
+// A handler that keeps each row it is given in `rows`.
+RowHandler keepingRows(Rows& rows);
 
 } // namespace store

@@ -84,34 +84,4 @@ void bindParameters(SQLite::Statement& statement, const QVariantList& values)
         bindOne(statement, static_cast<int>(i + 1), values[i]);
 }
 
-namespace {
-
-// QString::fromUtf8 drops a leading byte-order mark; a text may well start
-// with U+FEFF and must come back with it.
-QString textOf(const SQLite::Column& cell)
-{
-    const QByteArrayView bytes(cell.getText(), cell.getBytes());
-    if (!bytes.startsWith("\xEF\xBB\xBF"))
-        return QString::fromUtf8(bytes);
-    return QStringDecoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom).decode(bytes);
-}
-
-} // namespace
-
-QVariant readCell(const SQLite::Column& cell)
-{
-    switch (cell.getType()) {
-    case SQLITE_INTEGER:
-        return QVariant(static_cast<qlonglong>(cell.getInt64()));
-    case SQLITE_FLOAT:
-        return QVariant(cell.getDouble());
-    case SQLITE_TEXT:
-        return QVariant(textOf(cell));
-    case SQLITE_BLOB:
-        return QVariant(QByteArray(static_cast<const char*>(cell.getBlob()), cell.getBytes()));
-    default:
-        return QVariant();
-    }
-}
-
 } // namespace store::sql

@@ -4,7 +4,6 @@
 #include <QVariantList>
 
 namespace SQLite {
-class Column;
 class Statement;
 } // namespace SQLite
 
@@ -16,7 +15,5 @@ namespace store::sql {
 // and QDateTime bind the store's date text; bool binds 0 or 1. Throws
 // std::invalid_argument for a value of another kind or a wrong count.
 void bindParameters(SQLite::Statement& statement, const QVariantList& values);
-// qlonglong, double, QString, QByteArray or, for Null, an invalid QVariant.
-QVariant readCell(const SQLite::Column& cell);
 
 } // namespace store::sql

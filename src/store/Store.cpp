@@ -371,9 +371,7 @@ bool Store::runQuery(const QString& sql, const QVariantList& params, const RowHa
 Rows Store::runQuery(const QString& sql, const QVariantList& params)
 {
     Rows rows;
-    if (!runQuery(sql, params, [&rows](Row row) { rows.push_back(std::move(row)); }))
-        return {};
-    return rows;
+    return runQuery(sql, params, keepingRows(rows)) ? std::move(rows) : Rows();
 }
 
 } // namespace store

@@ -2,7 +2,7 @@
 
 #include "ErrorSink.h"
 #include "FileWriter.h"
-#include "Row.h"
+#include "RowView.h"
 #include "StoreResult.h"
 
 #include <QDate>

@@ -2,7 +2,7 @@
 
 #include "Amount.h"
 #include "QuerySource.h"
-#include "Row.h"
+#include "RowView.h"
 #include "StoreResult.h"
 
 #include <QString>
