@@ -26,4 +26,14 @@ inline RawStatement prepareRaw(sqlite3* db, const std::string& sql)
     return RawStatement(statement);
 }
 
+// Steps the statement: true on a row, false once done. Throws
+// SQLite::Exception for an engine error.
+inline bool stepRow(sqlite3_stmt* statement)
+{
+    const int rc = sqlite3_step(statement);
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+        throw SQLite::Exception(sqlite3_db_handle(statement), rc);
+    return rc == SQLITE_ROW;
+}
+
 } // namespace store

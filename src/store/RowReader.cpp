@@ -3,20 +3,20 @@
 #include "SqlParameters.h"
 #include "SqliteImage.h"
 
-#include <SQLiteCpp/Statement.h>
+#include "RawStatement.h"
 
 namespace store {
 
-void readRows(SQLite::Statement& statement, const QVariantList& params, const RowHandler& each)
+void readRows(sqlite3_stmt* statement, const QVariantList& params, const RowHandler& each)
 {
     const StatementScope scope(statement);
     sql::bindParameters(statement, params);
     const RowView row(statement);
-    while (statement.executeStep())
+    while (stepRow(statement))
         each(row);
 }
 
-Rows readRows(SQLite::Statement& statement, const QVariantList& params)
+Rows readRows(sqlite3_stmt* statement, const QVariantList& params)
 {
     Rows rows;
     readRows(statement, params, keepingRows(rows));

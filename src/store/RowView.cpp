@@ -4,8 +4,6 @@
 
 #include <QStringDecoder>
 
-#include <SQLiteCpp/Column.h>
-#include <SQLiteCpp/Statement.h>
 #include <sqlite3.h>
 #include <string_view>
 
@@ -15,11 +13,6 @@ namespace {
 
 // Past this many different texts in one query, new ones are no longer kept.
 constexpr std::size_t kMaxKeptTexts = 4096;
-
-std::string_view bytesOf(const SQLite::Column& cell)
-{
-    return std::string_view(cell.getText(), static_cast<std::size_t>(cell.getBytes()));
-}
 
 } // namespace
 
@@ -41,22 +34,35 @@ QString RowView::textOf(std::string_view bytes) const
 
 int RowView::size() const
 {
-    return m_statement.getColumnCount();
+    return sqlite3_column_count(m_statement);
+}
+
+int RowView::type(int column) const
+{
+    return sqlite3_column_type(m_statement, column);
+}
+
+// The text of the column as SQLite holds it, once its type is read.
+std::string_view RowView::bytesOf(int column) const
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+    return std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)));
 }
 
 // qlonglong, double, QString, QByteArray or, for Null, an invalid QVariant.
 QVariant RowView::value(int column) const
 {
-    const SQLite::Column cell = m_statement.getColumn(column);
-    switch (cell.getType()) {
+    switch (type(column)) {
     case SQLITE_INTEGER:
-        return QVariant(static_cast<qlonglong>(cell.getInt64()));
+        return QVariant(static_cast<qlonglong>(sqlite3_column_int64(m_statement, column)));
     case SQLITE_FLOAT:
-        return QVariant(cell.getDouble());
+        return QVariant(sqlite3_column_double(m_statement, column));
     case SQLITE_TEXT:
-        return QVariant(textOf(bytesOf(cell)));
-    case SQLITE_BLOB:
-        return QVariant(QByteArray(static_cast<const char*>(cell.getBlob()), cell.getBytes()));
+        return QVariant(textOf(bytesOf(column)));
+    case SQLITE_BLOB: {
+        const auto* blob = static_cast<const char*>(sqlite3_column_blob(m_statement, column));
+        return QVariant(QByteArray(blob, sqlite3_column_bytes(m_statement, column)));
+    }
     default:
         return QVariant();
     }
@@ -66,34 +72,33 @@ QVariant RowView::value(int column) const
 // and any other as Row would.
 qlonglong RowView::integer(int column) const
 {
-    const SQLite::Column cell = m_statement.getColumn(column);
-    if (cell.getType() == SQLITE_INTEGER)
-        return cell.getInt64();
-    return cell.isNull() ? 0 : value(column).toLongLong();
+    const int kind = type(column);
+    if (kind == SQLITE_INTEGER)
+        return sqlite3_column_int64(m_statement, column);
+    return kind == SQLITE_NULL ? 0 : value(column).toLongLong();
 }
 
 QString RowView::text(int column) const
 {
-    const SQLite::Column cell = m_statement.getColumn(column);
-    if (cell.getType() == SQLITE_TEXT)
-        return textOf(bytesOf(cell));
-    return cell.isNull() ? QString() : value(column).toString();
+    const int kind = type(column);
+    if (kind == SQLITE_TEXT)
+        return textOf(bytesOf(column));
+    return kind == SQLITE_NULL ? QString() : value(column).toString();
 }
 
 Amount RowView::amount(int column) const
 {
-    const SQLite::Column cell = m_statement.getColumn(column);
-    if (cell.getType() == SQLITE_INTEGER)
-        return Amount::fromUnits(cell.getInt64());
+    if (type(column) == SQLITE_INTEGER)
+        return Amount::fromUnits(sqlite3_column_int64(m_statement, column));
     return Amount::fromStored(value(column));
 }
 
 QDate RowView::date(int column) const
 {
-    const SQLite::Column cell = m_statement.getColumn(column);
-    if (cell.getType() != SQLITE_TEXT)
-        return cell.isNull() ? QDate() : dateFromStored(value(column).toString());
-    const std::string_view bytes = bytesOf(cell);
+    const int kind = type(column);
+    if (kind != SQLITE_TEXT)
+        return kind == SQLITE_NULL ? QDate() : dateFromStored(value(column).toString());
+    const std::string_view bytes = bytesOf(column);
     if (bytes != m_lastDateText) {
         m_lastDateText = bytes;
         m_lastDate = dateFromStored(bytes);
@@ -105,7 +110,7 @@ std::shared_ptr<const QStringList> RowView::columnNames() const
 {
     auto names = std::make_shared<QStringList>();
     for (int i = 0; i < size(); ++i)
-        names->append(QString::fromUtf8(m_statement.getColumnName(i)));
+        names->append(QString::fromUtf8(sqlite3_column_name(m_statement, i)));
     return names;
 }
 

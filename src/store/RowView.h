@@ -8,10 +8,7 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace SQLite {
-class Column;
-class Statement;
-} // namespace SQLite
+struct sqlite3_stmt;
 
 namespace store {
 
@@ -23,7 +20,7 @@ namespace store {
 class RowView
 {
 public:
-    explicit RowView(const SQLite::Statement& statement) : m_statement(statement) {}
+    explicit RowView(sqlite3_stmt* statement) : m_statement(statement) {}
 
     int size() const;
     QVariant value(int column) const;
@@ -44,9 +41,11 @@ private:
         std::size_t operator()(std::string_view bytes) const { return std::hash<std::string_view>()(bytes); }
     };
 
+    int type(int column) const;
+    std::string_view bytesOf(int column) const;
     QString textOf(std::string_view bytes) const;
 
-    const SQLite::Statement& m_statement;
+    sqlite3_stmt* m_statement;
     mutable std::unordered_map<std::string, QString, BytesHash, std::equal_to<>> m_texts;
     mutable std::string m_lastDateText;
     mutable QDate m_lastDate;

@@ -3,14 +3,12 @@
 #include "Amount.h"
 #include "Dates.h"
 
-#include <SQLiteCpp/Column.h>
-#include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Exception.h>
 #include <sqlite3.h>
 
 #include <QByteArray>
 #include <QDate>
 #include <QDateTime>
-#include <QStringDecoder>
 
 #include <limits>
 #include <stdexcept>
@@ -19,29 +17,46 @@ namespace store::sql {
 
 namespace {
 
-void bindText(SQLite::Statement& statement, int index, const QString& text)
+void check(sqlite3_stmt* statement, int rc)
 {
-    const QByteArray utf8 = text.toUtf8();
-    statement.bind(index, std::string(utf8.constData(), static_cast<std::size_t>(utf8.size())));
+    if (rc != SQLITE_OK)
+        throw SQLite::Exception(sqlite3_db_handle(statement), rc);
 }
 
-void bindInteger(SQLite::Statement& statement, int index, const QVariant& value)
+void bindText(sqlite3_stmt* statement, int index, const QString& text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    check(statement, sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
+                                       SQLITE_TRANSIENT));
+}
+
+void bindNull(sqlite3_stmt* statement, int index)
+{
+    check(statement, sqlite3_bind_null(statement, index));
+}
+
+void bindInteger(sqlite3_stmt* statement, int index, std::int64_t value)
+{
+    check(statement, sqlite3_bind_int64(statement, index, value));
+}
+
+void bindInteger(sqlite3_stmt* statement, int index, const QVariant& value)
 {
     if (value.typeId() == QMetaType::ULongLong &&
         value.toULongLong() > static_cast<qulonglong>(std::numeric_limits<qint64>::max()))
         throw std::invalid_argument("a statement parameter outside the 64-bit range");
-    statement.bind(index, static_cast<std::int64_t>(value.toLongLong()));
+    bindInteger(statement, index, static_cast<std::int64_t>(value.toLongLong()));
 }
 
-void bindOne(SQLite::Statement& statement, int index, const QVariant& value)
+void bindOne(sqlite3_stmt* statement, int index, const QVariant& value)
 {
     if (!value.isValid() || value.isNull())
-        return statement.bind(index);
+        return bindNull(statement, index);
     if (value.metaType() == QMetaType::fromType<Amount>())
-        return statement.bind(index, static_cast<std::int64_t>(value.value<Amount>().units()));
+        return bindInteger(statement, index, value.value<Amount>().units());
     switch (value.typeId()) {
     case QMetaType::Bool:
-        return statement.bind(index, value.toBool() ? 1 : 0);
+        return bindInteger(statement, index, value.toBool() ? 1 : 0);
     case QMetaType::Int:
     case QMetaType::UInt:
     case QMetaType::Long:
@@ -53,16 +68,17 @@ void bindOne(SQLite::Statement& statement, int index, const QVariant& value)
         return bindInteger(statement, index, value);
     case QMetaType::Double:
     case QMetaType::Float:
-        return statement.bind(index, value.toDouble());
+        return check(statement, sqlite3_bind_double(statement, index, value.toDouble()));
     case QMetaType::QDate:
         return value.toDate().isValid() ? bindText(statement, index, storedDate(value.toDate()))
-                                        : statement.bind(index);
+                                        : bindNull(statement, index);
     case QMetaType::QDateTime:
         return value.toDateTime().isValid() ? bindText(statement, index, storedDateTime(value.toDateTime()))
-                                            : statement.bind(index);
+                                            : bindNull(statement, index);
     case QMetaType::QByteArray: {
         const QByteArray bytes = value.toByteArray();
-        return statement.bind(index, bytes.constData(), static_cast<int>(bytes.size()));
+        return check(statement, sqlite3_bind_blob(statement, index, bytes.constData(),
+                                                  static_cast<int>(bytes.size()), SQLITE_TRANSIENT));
     }
     case QMetaType::QString:
     case QMetaType::QChar:
@@ -74,11 +90,11 @@ void bindOne(SQLite::Statement& statement, int index, const QVariant& value)
 
 } // namespace
 
-void bindParameters(SQLite::Statement& statement, const QVariantList& values)
+void bindParameters(sqlite3_stmt* statement, const QVariantList& values)
 {
-    if (values.size() != statement.getBindParameterCount())
-        throw std::invalid_argument("the statement takes " +
-                                    std::to_string(statement.getBindParameterCount()) + " values, given " +
+    const int count = sqlite3_bind_parameter_count(statement);
+    if (values.size() != count)
+        throw std::invalid_argument("the statement takes " + std::to_string(count) + " values, given " +
                                     std::to_string(values.size()));
     for (qsizetype i = 0; i < values.size(); ++i)
         bindOne(statement, static_cast<int>(i + 1), values[i]);

@@ -3,9 +3,7 @@
 #include <QVariant>
 #include <QVariantList>
 
-namespace SQLite {
-class Statement;
-} // namespace SQLite
+struct sqlite3_stmt;
 
 // Values of the program's statements in and out of SQLite.
 namespace store::sql {
@@ -14,6 +12,6 @@ namespace store::sql {
 // QVariant or an invalid date is Null; Amount binds its Currency units; QDate
 // and QDateTime bind the store's date text; bool binds 0 or 1. Throws
 // std::invalid_argument for a value of another kind or a wrong count.
-void bindParameters(SQLite::Statement& statement, const QVariantList& values);
+void bindParameters(sqlite3_stmt* statement, const QVariantList& values);
 
 } // namespace store::sql

@@ -27,8 +27,8 @@ const int kOpenFlags = SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OP
 
 StatementScope::~StatementScope()
 {
-    m_statement.tryReset();
-    m_statement.clearBindings();
+    sqlite3_reset(m_statement);
+    sqlite3_clear_bindings(m_statement);
 }
 
 SqliteImage::SqliteImage(jet::Database database) : m_columns(database), m_db(":memory:", kOpenFlags)
@@ -187,18 +187,18 @@ std::int32_t SqliteImage::lastAutoNumber(const jet::Table& table) const
                                  : table.lastAutoNumber;
 }
 
-SQLite::Statement& SqliteImage::statement(const std::string& sql)
+sqlite3_stmt* SqliteImage::statement(const std::string& sql)
 {
     auto found = m_statements.find(sql);
     if (found == m_statements.end()) {
         if (m_statements.size() >= kMaxCachedStatements)
             m_statements.clear();
         m_written->startCollecting();
-        auto prepared = std::make_unique<SQLite::Statement>(m_db, sql);
+        RawStatement prepared = prepareRaw(m_db.getHandle(), sql);
         found = m_statements.emplace(sql, CachedStatement{std::move(prepared), m_written->collected()}).first;
     }
     m_written->mark(found->second.writes);
-    return *found->second.statement;
+    return found->second.statement.get();
 }
 
 void SqliteImage::begin()

@@ -2,6 +2,7 @@
 
 #include "ColumnMapping.h"
 #include "NextFile.h"
+#include "RawStatement.h"
 #include "WrittenTables.h"
 #include "jet/Database.h"
 #include "jet/FileImage.h"
@@ -58,7 +59,7 @@ public:
     // A prepared statement for `sql`, reused from earlier calls; asking for
     // it counts as running it. Use it to the end before asking for another
     // one. Throws SQLite::Exception.
-    SQLite::Statement& statement(const std::string& sql);
+    sqlite3_stmt* statement(const std::string& sql);
 
     // Takes the rows of `file` in place of those of the last file, in a
     // transaction of its own that finishTaking() commits and rollback()
@@ -83,7 +84,7 @@ public:
 private:
     struct CachedStatement
     {
-        std::unique_ptr<SQLite::Statement> statement;
+        RawStatement statement;
         WrittenTables::Writes writes;
     };
 
@@ -133,13 +134,13 @@ private:
 class StatementScope
 {
 public:
-    explicit StatementScope(SQLite::Statement& statement) : m_statement(statement) {}
+    explicit StatementScope(sqlite3_stmt* statement) : m_statement(statement) {}
     ~StatementScope();
     StatementScope(const StatementScope&) = delete;
     StatementScope& operator=(const StatementScope&) = delete;
 
 private:
-    SQLite::Statement& m_statement;
+    sqlite3_stmt* m_statement;
 };
 
 } // namespace store

@@ -9,6 +9,7 @@
 #include "FileError.h"
 #include "FileLock.h"
 #include "FileSaver.h"
+#include "RawStatement.h"
 #include "RowReader.h"
 #include "Schema.h"
 #include "SqlParameters.h"
@@ -342,10 +343,11 @@ bool Store::runStatement(const QString& sql, const QVariantList& params)
     if (!m_open || m_failure)
         return false;
     try {
-        SQLite::Statement& statement = m_image->statement(sql.toStdString());
+        sqlite3_stmt* statement = m_image->statement(sql.toStdString());
         const StatementScope scope(statement);
         sql::bindParameters(statement, params);
-        statement.exec();
+        if (stepRow(statement))
+            throw SQLite::Exception("a statement that gives rows was run as one that writes");
         return true;
     } catch (const SQLite::Exception& e) {
         reportEngineError(e.getExtendedErrorCode() >= 0 ? e.getExtendedErrorCode() : e.getErrorCode(),

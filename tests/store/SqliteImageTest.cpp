@@ -50,11 +50,11 @@ namespace {
 
 void run(SqliteImage& image, const std::string& sql, std::int64_t number = 0)
 {
-    SQLite::Statement& statement = image.statement(sql);
+    sqlite3_stmt* statement = image.statement(sql);
     const store::StatementScope scope(statement);
-    if (statement.getBindParameterCount() > 0)
-        statement.bind(1, number);
-    while (statement.executeStep()) {
+    if (sqlite3_bind_parameter_count(statement) > 0)
+        sqlite3_bind_int64(statement, 1, number);
+    while (store::stepRow(statement)) {
     }
 }
 
