@@ -89,6 +89,37 @@ TEST_F(StoreTest, LookupTakesTheLastMatchingRowOrNothing)
     EXPECT_TRUE(sink.engineErrors.isEmpty());
 }
 
+// A row read while its query runs gives what the same row kept gives, for
+// every kind of value; texts and dates repeated down the rows included.
+TEST_F(StoreTest, RowsReadWhileTheQueryRunsAreTheRowsItKeeps)
+{
+    Transaction tx(store);
+    const QString sql = QString::fromUtf8(
+        "SELECT * FROM (VALUES (7, '2026-03-05', 'хлеб', 1.5, X'00FF'), (NULL, '2026-03-05 10:30:00', "
+        "'хлеб', NULL, NULL), (-3, '2026-03-05', char(65279) || 'метка', 'текст', 12), (2, 'не дата', "
+        "'', '2026-01-31', '') , (5, '2026-02-30', 'хлеб', 45000000, 'хлеб'))");
+    const Rows kept = tx.query(sql);
+    ASSERT_EQ(kept.size(), 5u);
+    std::size_t at = 0;
+    ASSERT_TRUE(tx.forEachRow(sql, {}, [&](const RowView& row) {
+        const Row& same = kept[at++];
+        ASSERT_EQ(row.size(), same.size());
+        for (int i = 0; i < row.size(); ++i) {
+            EXPECT_EQ(row.value(i), same.value(i)) << at << ":" << i;
+            EXPECT_EQ(row.integer(i), same.integer(i)) << at << ":" << i;
+            EXPECT_EQ(row.text(i), same.text(i)) << at << ":" << i;
+            EXPECT_EQ(row.date(i), same.date(i)) << at << ":" << i;
+        }
+        EXPECT_EQ(row.amount(0), same.amount(0));
+    }));
+    EXPECT_EQ(at, kept.size());
+    EXPECT_EQ(kept[2].text(2), QChar(0xFEFF) + QString::fromUtf8("метка"))
+        << "a leading byte-order mark stays";
+    EXPECT_EQ(kept[1].date(1), QDate(2026, 3, 5));
+    EXPECT_FALSE(kept[4].date(1).isValid());
+    EXPECT_THROW(tx.forEachRow(sql, {}, [](const RowView& row) { row.amount(3); }), std::invalid_argument);
+}
+
 // Bound values reach the file as typed; an autonumber is never used twice,
 // not after a deletion, not by a new store, not after an explicit number, and
 // not when the file's counter lags behind its rows.
