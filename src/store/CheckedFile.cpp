@@ -9,9 +9,18 @@
 
 namespace store {
 
-CheckedFile::CheckedFile(std::vector<std::uint8_t> bytes, jet::Database contents)
-    : m_bytes(std::move(bytes)), m_contents(std::make_unique<Snapshot>(std::move(contents), m_bytes))
+CheckedFile::CheckedFile(std::vector<std::uint8_t> bytes, jet::Database contents,
+                         std::vector<std::u16string> countedOnly)
+    : m_bytes(std::move(bytes)),
+      m_contents(countedOnly.empty()
+                     ? std::make_unique<Snapshot>(std::move(contents), m_bytes)
+                     : std::make_unique<Snapshot>(std::move(contents), std::move(countedOnly)))
 {}
+
+std::size_t CheckedFile::countedRows() const
+{
+    return m_contents->image().countedRows();
+}
 
 CheckedFile::CheckedFile(std::vector<std::uint8_t> bytes, SqliteImage& image)
     : m_bytes(std::move(bytes)), m_contents(std::make_unique<Snapshot>(image)), m_taking(&image)

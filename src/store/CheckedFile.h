@@ -35,11 +35,15 @@ public:
     std::span<const std::uint8_t> bytes() const;
     // The contents, read-only.
     QuerySource& contents() const;
+    // The rows of the tables that were only counted.
+    std::size_t countedRows() const;
 
 private:
     friend class WholeFile;
-    // Throws std::exception when the store cannot load the contents.
-    CheckedFile(std::vector<std::uint8_t> bytes, jet::Database contents);
+    // Throws std::exception when the store cannot load the contents. The
+    // tables in `countedOnly` are checked and counted, not loaded.
+    CheckedFile(std::vector<std::uint8_t> bytes, jet::Database contents,
+                std::vector<std::u16string> countedOnly = {});
     // `image` has taken the rows of `bytes` (SqliteImage::beginTaking).
     CheckedFile(std::vector<std::uint8_t> bytes, SqliteImage& image);
     std::unique_ptr<SqliteImage> releaseImage() &&;

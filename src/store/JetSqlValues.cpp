@@ -91,6 +91,15 @@ std::u16string textFromSqlite(const unsigned char* p, std::size_t n)
     return out;
 }
 
+// The stored text of a date into `text` (24 bytes at least); its length.
+std::size_t storedDateText(jet::DateTime date, char* text)
+{
+    const std::size_t n = jetDateToText(date, text);
+    if (n == 0)
+        throw std::range_error("a date outside the years 100 to 9999");
+    return n;
+}
+
 int bindValue(sqlite3_stmt* s, int i, const jet::Value& value, std::string& buffer)
 {
     return std::visit(
@@ -103,9 +112,7 @@ int bindValue(sqlite3_stmt* s, int i, const jet::Value& value, std::string& buff
             [&](double v) { return sqlite3_bind_double(s, i, v); },
             [&](jet::DateTime v) {
                 buffer.resize(24);
-                const std::size_t n = jetDateToText(v, buffer.data());
-                if (n == 0)
-                    throw std::range_error("a date outside the years 100 to 9999");
+                const std::size_t n = storedDateText(v, buffer.data());
                 return sqlite3_bind_text(s, i, buffer.data(), static_cast<int>(n), SQLITE_STATIC);
             },
             [&](const std::u16string& v) {
@@ -156,6 +163,14 @@ jet::Value readGuid(sqlite3_stmt* s, int column)
 }
 
 } // namespace
+
+void checkJetRow(const std::vector<jet::Value>& row)
+{
+    char text[24];
+    for (const jet::Value& value : row)
+        if (const auto* date = std::get_if<jet::DateTime>(&value))
+            storedDateText(*date, text);
+}
 
 void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts,
                 int first)

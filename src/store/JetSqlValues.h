@@ -24,6 +24,8 @@ namespace store::sql {
 // 9999 and SQLite::Exception when SQLite refuses a value.
 void bindJetRow(sqlite3_stmt* statement, const std::vector<jet::Value>& row, std::vector<std::string>& texts,
                 int first = 1);
+// Throws as bindJetRow would for the row, without binding it.
+void checkJetRow(const std::vector<jet::Value>& row);
 // The cell of a column of that type. Throws std::range_error for a value the
 // column cannot hold (the table's constraints normally keep those out).
 jet::Value readJetValue(jet::ColumnType type, sqlite3_stmt* statement, int column);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace store {
@@ -22,6 +23,9 @@ public:
     // file it reads. Throws std::exception when the store cannot load these
     // contents.
     Snapshot(jet::Database contents, std::vector<std::uint8_t>& file);
+    // Contents to look at only, no file kept; the tables named in
+    // `countedOnly` are checked and counted, and stay empty.
+    Snapshot(jet::Database contents, std::vector<std::u16string> countedOnly);
     // The contents of an image someone else keeps.
     explicit Snapshot(SqliteImage& image);
     ~Snapshot() override;

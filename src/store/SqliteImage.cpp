@@ -36,6 +36,13 @@ SqliteImage::SqliteImage(jet::Database database) : m_columns(database), m_db(":m
     load(database);
 }
 
+SqliteImage::SqliteImage(jet::Database database, std::vector<std::u16string> countedOnly)
+    : m_columns(database), m_db(":memory:", kOpenFlags)
+{
+    m_countedOnly = std::move(countedOnly);
+    load(database);
+}
+
 SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t>& file)
     : m_columns(database), m_db(":memory:", kOpenFlags)
 {

@@ -42,7 +42,12 @@ public:
     // file this program's writer makes of them; `file` is then emptied, so
     // that one copy of the file is held, not two. Otherwise it is left alone.
     SqliteImage(jet::Database database, std::vector<std::uint8_t>& file);
+    // Contents to look at: the rows of the tables named in `countedOnly` are
+    // checked as loading checks them and counted, but not loaded.
+    SqliteImage(jet::Database database, std::vector<std::u16string> countedOnly);
     ~SqliteImage();
+    // The rows of the tables only counted.
+    std::size_t countedRows() const { return m_countedRows; }
 
     // The current contents as the next data file: the loaded file's
     // password, tables and columns, the rows in order and the autonumber
@@ -92,7 +97,9 @@ private:
               std::vector<std::uint8_t>* file = nullptr);
     void keepEncoded(std::optional<jet::FileImage> encoded, std::vector<std::uint8_t>& file);
     void createTables(const std::vector<jet::Table*>& tables, bool withIndexes);
-    void loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted);
+    // Without `keep`, the rows are checked as they would be, but not inserted.
+    void loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted,
+                   bool keep = true);
     static std::int32_t lastNumberInUse(const jet::Table& table);
     void startCounter(const jet::Table& table, std::int32_t last);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
@@ -111,6 +118,8 @@ private:
     // The first tables of m_shape, those the file has; the others are made on first use.
     std::size_t m_fileTables = 0;
     std::size_t m_nextFileTables = 0; // of nextFile()
+    std::vector<std::u16string> m_countedOnly;
+    std::size_t m_countedRows = 0;
     ColumnMapping m_columns;
     // The last file, and the row ids of its rows per table in file order;
     // none when it is not known to match SQLite's committed contents.

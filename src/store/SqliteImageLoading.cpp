@@ -96,7 +96,10 @@ void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::F
         for (std::size_t r = 0; r < rowids.size(); ++r)
             rowids[r] = sql::loadedRowId(r);
         const std::int32_t lastNumber = lastNumberInUse(loading);
-        loadTable(loading, [&](std::size_t loaded) { letGoOfRows(t, loaded); });
+        const bool counted = std::ranges::find(m_countedOnly, loading.name) != m_countedOnly.end();
+        loadTable(
+            loading, [&](std::size_t loaded) { letGoOfRows(t, loaded); }, !counted);
+        m_countedRows += counted ? loading.rows.size() : 0;
         startCounter(loading, lastNumber);
         names.push_back(jet::toUtf8(loading.name));
     }
@@ -125,7 +128,8 @@ void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool with
 
 // Inserts the rows in order under their row ids (sql::loadedRowId), several
 // rows a statement; now and then `inserted` is told how many rows are in.
-void SqliteImage::loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted)
+void SqliteImage::loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted,
+                            bool keep)
 {
     const std::size_t width = table.columns.size();
     const std::size_t batch =
@@ -157,13 +161,19 @@ void SqliteImage::loadTable(const jet::Table& table, const std::function<void(st
                 if (!sql::meetsCheck(table.columns[i], row[i]))
                     throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
                                            " of table " + jet::toUtf8(table.name) + " does not fit it");
+            if (!keep) {
+                sql::checkJetRow(row);
+                continue;
+            }
             const int first = static_cast<int>(r * (width + 1) + 1);
             sqlite3_bind_int64(insert, first, sql::loadedRowId(start + r));
             sql::bindJetRow(insert, row, texts, first + 1);
         }
-        if (const int rc = sqlite3_step(insert); rc != SQLITE_DONE)
-            throw SQLite::Exception(m_db.getHandle(), rc);
-        sqlite3_reset(insert);
+        if (keep) {
+            if (const int rc = sqlite3_step(insert); rc != SQLITE_DONE)
+                throw SQLite::Exception(m_db.getHandle(), rc);
+            sqlite3_reset(insert);
+        }
         if (start % kRowsBetweenCalls < batch)
             inserted(start + rows);
     }

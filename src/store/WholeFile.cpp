@@ -53,10 +53,10 @@ void WholeFile::copyTo(const fs::path& copy) const
     writing(copy, [&] { m_writer(copy, contents.bytes); });
 }
 
-CheckedFile WholeFile::check(const fs::path& candidate)
+CheckedFile WholeFile::check(const fs::path& candidate, std::vector<std::u16string> countedOnly)
 {
     const DataFile file(candidate, kFilePassword);
-    return checked(candidate, file, file.read());
+    return checked(candidate, file, file.read(), std::move(countedOnly));
 }
 
 CheckedFile WholeFile::checkToReplace(const fs::path& candidate)
@@ -70,13 +70,14 @@ CheckedFile WholeFile::checkToReplace(const fs::path& candidate)
     return checked(candidate, file, std::move(contents));
 }
 
-CheckedFile WholeFile::checked(const fs::path& candidate, const DataFile& file, FileContents contents)
+CheckedFile WholeFile::checked(const fs::path& candidate, const DataFile& file, FileContents contents,
+                               std::vector<std::u16string> countedOnly)
 {
     LoadedFile loaded = file.decode(contents);
     if (loaded.damage)
         throw *loaded.damage;
     try {
-        return CheckedFile(std::move(contents.bytes), std::move(loaded.database));
+        return CheckedFile(std::move(contents.bytes), std::move(loaded.database), std::move(countedOnly));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception&) {

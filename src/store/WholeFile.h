@@ -32,8 +32,11 @@ public:
     // Reads `candidate` and judges it as the data file is judged when it is
     // read; damage, or contents the store cannot load, refuse it. Throws
     // StoreError naming the candidate: Missing, Unreadable, WrongPassword or
-    // Damaged, each with its cause().
-    static CheckedFile check(const std::filesystem::path& candidate);
+    // Damaged, each with its cause(). The rows of the tables named in
+    // `countedOnly` are checked and counted as loading them would, but they
+    // are not loaded: the contents then hold those tables empty.
+    static CheckedFile check(const std::filesystem::path& candidate,
+                             std::vector<std::u16string> countedOnly = {});
     // The same for a file to take the data file's place: when it differs
     // from the data file the store holds only in rows, the store takes
     // those rows in at once, uncommitted, instead of loading the whole file.
@@ -47,7 +50,7 @@ public:
 
 private:
     static CheckedFile checked(const std::filesystem::path& candidate, const DataFile& file,
-                               FileContents contents);
+                               FileContents contents, std::vector<std::u16string> countedOnly = {});
 
     Store& m_store;
     std::filesystem::path m_path;

@@ -5,8 +5,10 @@
 // through "Копии…".
 #include "store/Copies.h"
 #include "WindowDriver.h"
+#include "jet/Writer.h"
 #include "store/CopyRotation.h"
 #include "store/Schema.h"
+#include "store/StoreTexts.h"
 #include "store/Transaction.h"
 
 #include <QDialog>
@@ -139,16 +141,24 @@ void CopiesTest::chosenCopyRestored()
     const QByteArray original = w.bytes();
     const Form f = w.service();
     w.act(f, "Combo1B=3 - Питание|Combo1C=4 - Связь|yes|C3");
-    // A damaged copy is listed, but cannot be chosen.
+    // A damaged copy is listed, but cannot be chosen; so is one with an
+    // expense the store cannot take (its operations are checked, not loaded).
     writeBytes(w.copies().filePath("velmora-2026-01-01-0000-начало-дня.mdb"), "not a data file");
+    DataBuilder spoilt = household();
+    spoilt.database().table(u"Bills")->rows[0][1] = jet::DateTime{-1e7};
+    const std::vector<std::uint8_t> spoiltBytes = jet::encodeDatabase(spoilt.database());
+    writeBytes(w.copies().filePath("velmora-2025-12-31-0000-начало-дня.mdb"),
+               QByteArray(reinterpret_cast<const char*>(spoiltBytes.data()), qsizetype(spoiltBytes.size())));
     f.click("CopiesButton");
     auto* dialog = f.widget()->findChild<QDialog*>("CopiesDialog");
     QVERIFY(dialog);
     auto* list = dialog->findChild<QTableWidget*>("CopyList");
-    QCOMPARE(list->rowCount(), 2);
+    QCOMPARE(list->rowCount(), 3);
     QCOMPARE(QStringList({list->item(0, 1)->text(), list->item(0, 2)->text(), list->item(0, 3)->text()}),
              QStringList({"перед переносом расходов", "690,00 р.", "2"}));
     QVERIFY(list->item(1, 2)->text().startsWith("копия повреждена"));
+    QVERIFY2(list->item(2, 2)->text().contains(store::texts::causeValueNotAccepted),
+             qPrintable(list->item(2, 2)->text()));
     list->selectRow(1);
     QVERIFY(!dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled());
     list->selectRow(0);
