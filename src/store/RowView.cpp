@@ -14,19 +14,23 @@ namespace {
 // Past this many different texts in one query, new ones are no longer kept.
 constexpr std::size_t kMaxKeptTexts = 4096;
 
-} // namespace
-
 // QString::fromUtf8 drops a leading byte-order mark; a text may well start
 // with U+FEFF and must come back with it.
-QString RowView::textOf(std::string_view bytes) const
+QString textOf(std::string_view bytes)
+{
+    const QByteArrayView utf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    if (!utf8.startsWith("\xEF\xBB\xBF"))
+        return QString::fromUtf8(utf8);
+    return QStringDecoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom).decode(utf8);
+}
+
+} // namespace
+
+QString RowView::keptText(std::string_view bytes) const
 {
     if (const auto kept = m_texts.find(bytes); kept != m_texts.end())
         return kept->second;
-    const QByteArrayView utf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    QString text =
-        utf8.startsWith("\xEF\xBB\xBF")
-            ? QStringDecoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom).decode(utf8)
-            : QString::fromUtf8(utf8);
+    QString text = textOf(bytes);
     if (m_texts.size() < kMaxKeptTexts)
         m_texts.emplace(bytes, text);
     return text;
@@ -82,7 +86,7 @@ QString RowView::text(int column) const
 {
     const int kind = type(column);
     if (kind == SQLITE_TEXT)
-        return textOf(bytesOf(column));
+        return keptText(bytesOf(column));
     return kind == SQLITE_NULL ? QString() : value(column).toString();
 }
 

@@ -14,9 +14,9 @@ namespace store {
 
 // The row a query stands on while it runs, read straight from SQLite: the
 // same values and typed views as Row gives, without first making each value
-// a QVariant. Valid only inside the handler it is given to. It keeps the
-// texts it made for the rows after: a household's names and dates repeat
-// down the rows, and each is made once.
+// a QVariant. Valid only inside the handler it is given to. Its text() and
+// date() keep what they made for the rows after: a household's names and
+// dates repeat down the rows, and each is made once.
 class RowView
 {
 public:
@@ -43,7 +43,7 @@ private:
 
     int type(int column) const;
     std::string_view bytesOf(int column) const;
-    QString textOf(std::string_view bytes) const;
+    QString keptText(std::string_view bytes) const;
 
     sqlite3_stmt* m_statement;
     mutable std::unordered_map<std::string, QString, BytesHash, std::equal_to<>> m_texts;
