@@ -97,9 +97,9 @@ void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::F
             rowids[r] = sql::loadedRowId(r);
         const std::int32_t lastNumber = lastNumberInUse(loading);
         const bool counted = std::ranges::find(m_countedOnly, loading.name) != m_countedOnly.end();
+        m_countedRows += counted ? loading.rows.size() : 0;
         loadTable(
             loading, [&](std::size_t loaded) { letGoOfRows(t, loaded); }, !counted);
-        m_countedRows += counted ? loading.rows.size() : 0;
         startCounter(loading, lastNumber);
         names.push_back(jet::toUtf8(loading.name));
     }
