@@ -171,15 +171,17 @@ void OperationTableModel::applySort()
         textOfRow[i] = *found;
     }
     const std::vector<int> rank = collationRanks(distinct, ascending);
+    const auto rankOf = [&](std::size_t i) {
+        return static_cast<std::size_t>(rank[static_cast<std::size_t>(textOfRow[i])]);
+    };
     // Placed by rank, each rank's rows in the order they had.
-    std::vector<int> start(distinct.size() + 1, 0);
-    for (const int text : textOfRow)
-        ++start[static_cast<std::size_t>(rank[static_cast<std::size_t>(text)]) + 1];
+    std::vector<std::size_t> start(distinct.size() + 1, 0);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        ++start[rankOf(i) + 1];
     std::partial_sum(start.begin(), start.end(), start.begin());
     std::vector<int> sorted(rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i)
-        sorted[static_cast<std::size_t>(
-            start[static_cast<std::size_t>(rank[static_cast<std::size_t>(textOfRow[i])])]++)] = rows[i];
+        sorted[start[rankOf(i)]++] = rows[i];
     rows = std::move(sorted);
 }
 
