@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 struct sqlite3_stmt;
+struct sqlite3_value;
 
 namespace store {
 
@@ -41,8 +42,8 @@ private:
         std::size_t operator()(std::string_view bytes) const { return std::hash<std::string_view>()(bytes); }
     };
 
-    int type(int column) const;
-    std::string_view bytesOf(int column) const;
+    sqlite3_value* cell(int column) const;
+    static std::string_view bytesOf(sqlite3_value* value);
     QString keptText(std::string_view bytes) const;
 
     sqlite3_stmt* m_statement;
