@@ -68,7 +68,7 @@ void BM_FilterOperations(benchmark::State& state)
 void BM_DeleteAndUndo(benchmark::State& state)
 {
     store::Store& store = openedStore(state);
-    const operations::Operation newest = operations::Journal::read(store)->operations.front();
+    const operations::Operation newest = operations::Journal::read(store)->at(0);
     for (auto _ : state) {
         const store::Result<std::int32_t> deleted = operations::deleteOperations(store, {newest});
         if (!deleted || !operations::Trash(store).undo(deleted.value(), store.readings()))
@@ -84,7 +84,7 @@ void BM_FirstDeletion(benchmark::State& state)
         state.PauseTiming();
         const bench::SampleFolder folder(static_cast<int>(state.range(0)));
         store::Store store(folder.dir());
-        const operations::Operation newest = operations::Journal::read(store)->operations.front();
+        const operations::Operation newest = operations::Journal::read(store)->at(0);
         state.ResumeTiming();
         if (!operations::deleteOperations(store, {newest}))
             state.SkipWithError("the deletion failed");

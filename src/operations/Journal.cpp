@@ -7,6 +7,7 @@
 #include "store/Transaction.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace operations {
 
@@ -39,17 +40,41 @@ std::uint64_t newerFirstKey(const Operation& op)
     return static_cast<std::uint64_t>(back) << 33 | kind << 32 | number;
 }
 
-void sortNewerFirst(std::vector<Operation>& operations)
+using KeyedIndex = std::pair<std::uint64_t, std::uint32_t>;
+
+// Sorts by key, sixteen bits at a time from the lowest; a digit that every key
+// shares (most of a date's bits) takes no pass. Keys are unique here, so the
+// order it keeps for equal keys does not matter.
+void sortByKey(std::vector<KeyedIndex>& items)
 {
-    std::vector<std::pair<std::uint64_t, std::size_t>> keys(operations.size());
+    constexpr int kDigitBits = 16;
+    constexpr std::size_t kDigits = std::size_t(1) << kDigitBits;
+    std::vector<KeyedIndex> spare(items.size());
+    std::vector<std::size_t> start(kDigits + 1);
+    for (int shift = 0; shift < 64; shift += kDigitBits) {
+        const auto digit = [shift](const KeyedIndex& item) { return (item.first >> shift) & (kDigits - 1); };
+        std::ranges::fill(start, 0);
+        for (const KeyedIndex& item : items)
+            ++start[digit(item) + 1];
+        if (items.empty() || start[digit(items.front()) + 1] == items.size())
+            continue;
+        std::partial_sum(start.begin(), start.end(), start.begin());
+        for (const KeyedIndex& item : items)
+            spare[start[digit(item)]++] = item;
+        items.swap(spare);
+    }
+}
+
+// The places of the operations, newest first.
+std::vector<std::uint32_t> newerFirstOrder(const std::vector<Operation>& operations)
+{
+    std::vector<KeyedIndex> keys(operations.size());
     for (std::size_t i = 0; i < operations.size(); ++i)
-        keys[i] = {newerFirstKey(operations[i]), i};
-    std::ranges::sort(keys);
-    std::vector<Operation> sorted;
-    sorted.reserve(operations.size());
-    for (const auto& key : keys)
-        sorted.push_back(std::move(operations[key.second]));
-    operations = std::move(sorted);
+        keys[i] = {newerFirstKey(operations[i]), static_cast<std::uint32_t>(i)};
+    sortByKey(keys);
+    std::vector<std::uint32_t> order(keys.size());
+    std::ranges::transform(keys, order.begin(), [](const KeyedIndex& key) { return key.second; });
+    return order;
 }
 
 } // namespace
@@ -81,6 +106,12 @@ std::vector<std::pair<std::int32_t, QString>> catalogueEntries(const QHash<std::
     return entries;
 }
 
+Journal::Journal(std::vector<Operation> inOrder)
+    : m_operations(std::move(inOrder)), m_order(m_operations.size())
+{
+    std::iota(m_order.begin(), m_order.end(), 0u);
+}
+
 QString Journal::accountName(const Operation& operation) const
 {
     return operation.kind == Operation::Kind::Expense ? named(accounts, operation.account) : QString();
@@ -97,7 +128,7 @@ std::optional<Journal> Journal::read(store::Store& store)
     store::Transaction tx(store);
     journal.accounts = catalogue(tx, QStringLiteral("Bills_Dict"));
     journal.purses = catalogue(tx, QStringLiteral("Purse_Dict"));
-    std::vector<Operation>& all = journal.operations;
+    std::vector<Operation>& all = journal.m_operations;
     const store::Rows count =
         tx.query(QStringLiteral("SELECT (SELECT COUNT(*) FROM Bank) + (SELECT COUNT(*) FROM Bills)"));
     all.reserve(count.empty() ? 0 : static_cast<std::size_t>(count.front().integer(0)));
@@ -121,7 +152,7 @@ std::optional<Journal> Journal::read(store::Store& store)
     journal.generation = store.generation();
     if (!tx.commit())
         return std::nullopt;
-    sortNewerFirst(all);
+    journal.m_order = newerFirstOrder(all);
     return journal;
 }
 

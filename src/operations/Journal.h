@@ -46,9 +46,17 @@ struct Operation
 
 // Every operation of the data file, newest first (by date, then number), with
 // the names of the accounts and purses they refer to.
-struct Journal
+class Journal
 {
-    std::vector<Operation> operations;
+public:
+    Journal() = default;
+    // A journal of operations already in the order the list shows them.
+    explicit Journal(std::vector<Operation> inOrder);
+
+    std::size_t size() const { return m_order.size(); }
+    // The operation at this place of the list, newest first.
+    const Operation& at(std::size_t place) const { return m_operations[m_order[place]]; }
+
     QHash<std::int32_t, QString> accounts;
     QHash<std::int32_t, QString> purses;
 
@@ -64,6 +72,12 @@ struct Journal
     // Whether the data file may hold other operations than when `generation`
     // was read; checks the file on disk.
     static bool changedSince(store::Store& store, std::uint64_t generation);
+
+private:
+    // Kept as the file gives them; the list's order is a list of places, so a
+    // million operations are not moved to sort them.
+    std::vector<Operation> m_operations;
+    std::vector<std::uint32_t> m_order;
 };
 
 QString kindText(Operation::Kind kind);

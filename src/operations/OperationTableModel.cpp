@@ -88,7 +88,7 @@ void OperationTableModel::setFilter(const Filter& filter)
 
 const Operation& OperationTableModel::operation(int row) const
 {
-    return m_journal.operations[static_cast<std::size_t>(m_selection.rows[static_cast<std::size_t>(row)])];
+    return m_journal.at(static_cast<std::size_t>(m_selection.rows[static_cast<std::size_t>(row)]));
 }
 
 int OperationTableModel::rowCount(const QModelIndex& parent) const
@@ -149,11 +149,12 @@ void OperationTableModel::applySort()
     if (m_sortColumn < 0 || m_sortColumn >= ColumnCount)
         return;
     const bool ascending = m_sortOrder == Qt::AscendingOrder;
-    const auto& all = m_journal.operations;
+    const auto all = [this](int place) -> const Operation& {
+        return m_journal.at(static_cast<std::size_t>(place));
+    };
     if (!isText(m_sortColumn)) {
         std::ranges::stable_sort(rows, [&](int a, int b) {
-            const int c = compareValues(all[static_cast<std::size_t>(a)], all[static_cast<std::size_t>(b)],
-                                        m_sortColumn);
+            const int c = compareValues(all(a), all(b), m_sortColumn);
             return ascending ? c < 0 : c > 0;
         });
         return;
@@ -162,7 +163,7 @@ void OperationTableModel::applySort()
     std::vector<QString> distinct;
     std::vector<int> textOfRow(rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        QString text = cellText(m_journal, all[static_cast<std::size_t>(rows[i])], m_sortColumn);
+        QString text = cellText(m_journal, all(rows[i]), m_sortColumn);
         auto found = indexOf.constFind(text);
         if (found == indexOf.cend()) {
             found = indexOf.insert(text, static_cast<int>(distinct.size()));

@@ -69,9 +69,9 @@ Selection Selection::of(const Journal& journal, const Filter& filter)
 {
     const QString needle = searchForm(filter.text.trimmed());
     Selection selection;
-    const int count = static_cast<int>(journal.operations.size());
+    const int count = static_cast<int>(journal.size());
     for (int row = 0; row < count; ++row) {
-        const Operation& operation = journal.operations[static_cast<std::size_t>(row)];
+        const Operation& operation = journal.at(static_cast<std::size_t>(row));
         if (passes(operation, filter, needle)) {
             selection.rows.push_back(row);
             selection.sum += operation.change();
