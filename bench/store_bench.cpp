@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -116,23 +117,28 @@ void BM_DepositWithCopies(benchmark::State& state)
 }
 BENCHMARK(BM_DepositWithCopies)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
-// The list of copies with ten copies of the file: read and judged each time
-// (state.range(0) == 1, every copy touched before the call, as on the first
-// opening) or known from an earlier listing (0).
+// The list of copies with as many copies of the file as the copies' folder
+// keeps (ten at most). state.range(1): 0, every copy known from an earlier
+// listing; 1, every copy touched before the call, as on the first opening,
+// and read and judged (what filling in the whole list costs); 2, touched,
+// and only listed (what the click that opens the list costs: the dialog
+// reads the copies on a worker thread).
 void BM_ListCopies(benchmark::State& state)
 {
     namespace fs = std::filesystem;
-    store::Store store(sampleFolder().dir());
+    store::Store store(bench::sampleFolder(static_cast<int>(state.range(0))).dir());
     const fs::path data = store.dataFilePath().toStdString();
     const fs::path folder = data.parent_path() / "velmora_backups";
     fs::create_directories(folder);
+    const auto fitting = store::Copies::kSizeLimit / static_cast<std::int64_t>(fs::file_size(data));
     std::vector<fs::path> copies;
-    for (int day = 1; day <= 10; ++day) {
+    for (int day = 1; day <= std::clamp<std::int64_t>(fitting, 1, 10); ++day) {
         const QDateTime made(QDate(2026, 1, day), QTime(9, 30));
         copies.push_back(folder / store::Copies::fileName(made, store::CopyReason::DayStart).toStdString());
         fs::copy_file(data, copies.back(), fs::copy_options::overwrite_existing);
     }
-    const bool touched = state.range(0) == 1;
+    const bool touched = state.range(1) > 0;
+    const bool judged = state.range(1) < 2;
     benchmark::DoNotOptimize(store::Copies(store).list());
     for (auto _ : state) {
         if (touched) {
@@ -141,11 +147,14 @@ void BM_ListCopies(benchmark::State& state)
                 fs::last_write_time(copy, fs::last_write_time(copy) + std::chrono::seconds(1));
             state.ResumeTiming();
         }
-        benchmark::DoNotOptimize(store::Copies(store).list());
+        benchmark::DoNotOptimize(judged ? store::Copies(store).list() : store::Copies(store).listed());
     }
+    state.counters["copies"] = static_cast<double>(copies.size());
     fs::remove_all(folder);
 }
-BENCHMARK(BM_ListCopies)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ListCopies)->Apply([](benchmark::internal::Benchmark* b) {
+    bench::householdSizesWith(b, {0, 1, 2});
+});
 
 } // namespace
 

@@ -133,38 +133,13 @@ constexpr std::uintmax_t kRoomToSpare = 1 << 20;
 // time changed, so the list opens at once after the first time.
 struct Judged
 {
-    struct Stamp
-    {
-        std::int64_t size = 0;
-        fs::file_time_type written;
-        bool operator==(const Stamp&) const = default;
-    };
-    Stamp stamp;
+    CopyStamp stamp;
     QString damage;
     WideAmount bank;
     long long operations = 0;
 };
 
-Judged judge(const fs::path& path, const Judged::Stamp& stamp)
-{
-    Judged judged{stamp, {}, {}, 0};
-    try {
-        // The operations are checked and counted, not loaded: that would be
-        // nine tenths of the work, and the bank's figure does not read them.
-        CheckedFile file = WholeFile::check(path, {u"Bank", u"Bills"});
-        judged.bank = MoneyFigures::read(file.contents()).bank;
-        judged.operations = static_cast<long long>(file.countedRows());
-    } catch (const StoreError& e) {
-        judged.damage = e.cause().isEmpty() ? e.message() : e.cause();
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& e) {
-        judged.damage = describeFailure(e);
-    }
-    return judged;
-}
-
-// Listing copies happens on the window's thread only.
+// Listing copies and keeping what was found happen on the window's thread only.
 std::map<fs::path, Judged>& judgedCopies()
 {
     static std::map<fs::path, Judged> judged;
@@ -310,25 +285,64 @@ void Copies::finishPending() const
 
 std::vector<CopyEntry> Copies::list() const
 {
-    finishPending();
-    std::vector<CopyEntry> entries;
-    std::map<fs::path, Judged> judged;
-    for (Found& found : scan(folder())) {
-        CopyEntry entry{std::move(found.path), found.made, found.why, {}, {}, 0};
-        std::error_code error;
-        const Judged::Stamp stamp{found.size, fs::last_write_time(entry.path, error)};
-        const auto known = judgedCopies().find(entry.path);
-        Judged judgement = known != judgedCopies().end() && known->second.stamp == stamp && !error
-                               ? known->second
-                               : judge(entry.path, stamp);
-        entry.damage = judgement.damage;
-        entry.bank = judgement.bank;
-        entry.operations = judgement.operations;
-        judged.emplace(entry.path, std::move(judgement));
-        entries.push_back(std::move(entry));
+    std::vector<CopyEntry> copies = listed();
+    for (CopyEntry& copy : copies) {
+        if (!copy.judged) {
+            copy = judged(std::move(copy));
+            remember(copy);
+        }
     }
-    judgedCopies() = std::move(judged); // copies gone from the folder are forgotten
-    return entries;
+    return copies;
+}
+
+std::vector<CopyEntry> Copies::listed() const
+{
+    finishPending();
+    std::vector<CopyEntry> copies;
+    std::map<fs::path, Judged> known;
+    for (Found& found : scan(folder())) {
+        CopyEntry copy{std::move(found.path), found.made, found.why, false, {}, {}, 0, std::nullopt};
+        std::error_code error;
+        const fs::file_time_type written = fs::last_write_time(copy.path, error);
+        if (!error)
+            copy.stamp = CopyStamp{found.size, written};
+        const auto before = judgedCopies().find(copy.path);
+        if (copy.stamp && before != judgedCopies().end() && before->second.stamp == *copy.stamp) {
+            copy.judged = true;
+            copy.damage = before->second.damage;
+            copy.bank = before->second.bank;
+            copy.operations = before->second.operations;
+            known.insert(*before);
+        }
+        copies.push_back(std::move(copy));
+    }
+    judgedCopies() = std::move(known); // copies gone from the folder are forgotten
+    return copies;
+}
+
+CopyEntry Copies::judged(CopyEntry copy)
+{
+    try {
+        // The operations are checked and counted, not loaded: that would be
+        // nine tenths of the work, and the bank's figure does not read them.
+        CheckedFile file = WholeFile::check(copy.path, {u"Bank", u"Bills"});
+        copy.bank = MoneyFigures::read(file.contents()).bank;
+        copy.operations = static_cast<long long>(file.countedRows());
+    } catch (const StoreError& e) {
+        copy.damage = e.cause().isEmpty() ? e.message() : e.cause();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        copy.damage = describeFailure(e);
+    }
+    copy.judged = true;
+    return copy;
+}
+
+void Copies::remember(const CopyEntry& copy)
+{
+    if (copy.judged && copy.stamp)
+        judgedCopies()[copy.path] = {*copy.stamp, copy.damage, copy.bank, copy.operations};
 }
 
 } // namespace store

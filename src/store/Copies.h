@@ -30,16 +30,29 @@ enum class CopyReason
     TrashReturn,
 };
 
+// A copy's size and time when it was listed: what it held then was judged,
+// and stands while they are the same.
+struct CopyStamp
+{
+    std::int64_t size = 0;
+    std::filesystem::file_time_type written;
+    bool operator==(const CopyStamp&) const = default;
+};
+
 // One automatic copy as the list of copies shows it.
 struct CopyEntry
 {
     std::filesystem::path path;
     QDateTime made;
     QString why;
+    // False until the copy is read and judged; damage, bank and operations
+    // are known only then.
+    bool judged = false;
     // Empty when the copy reads as a sound data file; else what is wrong with it.
     QString damage;
     WideAmount bank;
     long long operations = 0;
+    std::optional<CopyStamp> stamp; // none when its time could not be read
 };
 
 // The day's copy, its name and time chosen before the save that it guards.
@@ -84,6 +97,15 @@ public:
     // The copies in the folder, newest first, each read and judged as a
     // restore judges a file.
     std::vector<CopyEntry> list() const;
+    // The copies in the folder, newest first, at once: those judged before
+    // and unchanged since with what was found, the others not yet judged.
+    std::vector<CopyEntry> listed() const;
+    // The copy read and judged as a restore judges a file. Touches no store,
+    // so it may run on any thread.
+    static CopyEntry judged(CopyEntry copy);
+    // Keeps what judging the copy found for the next listing; on the
+    // window's thread.
+    static void remember(const CopyEntry& copy);
 
     // Waits until the day's copy, written beside the program, is in place.
     void finishPending() const;

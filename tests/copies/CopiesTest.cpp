@@ -6,6 +6,7 @@
 #include "store/Copies.h"
 #include "WindowDriver.h"
 #include "jet/Writer.h"
+#include "service/ui/CopiesDialog.h"
 #include "store/CopyRotation.h"
 #include "store/Schema.h"
 #include "store/StoreTexts.h"
@@ -14,6 +15,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -149,16 +151,29 @@ void CopiesTest::chosenCopyRestored()
     const std::vector<std::uint8_t> spoiltBytes = jet::encodeDatabase(spoilt.database());
     writeBytes(w.copies().filePath("velmora-2025-12-31-0000-начало-дня.mdb"),
                QByteArray(reinterpret_cast<const char*>(spoiltBytes.data()), qsizetype(spoiltBytes.size())));
-    f.click("CopiesButton");
-    auto* dialog = f.widget()->findChild<QDialog*>("CopiesDialog");
-    QVERIFY(dialog);
-    auto* list = dialog->findChild<QTableWidget*>("CopyList");
-    QCOMPARE(list->rowCount(), 3);
-    QCOMPARE(QStringList({list->item(0, 1)->text(), list->item(0, 2)->text(), list->item(0, 3)->text()}),
-             QStringList({"перед переносом расходов", "690,00 р.", "2"}));
-    QVERIFY(list->item(1, 2)->text().startsWith("копия повреждена"));
-    QVERIFY2(list->item(2, 2)->text().contains(store::texts::causeValueNotAccepted),
-             qPrintable(list->item(2, 2)->text()));
+    // The list opens at once; the copies are read on a worker thread, and
+    // none can be chosen before it is judged. The second time they are known.
+    service::CopiesDialog* dialog = nullptr;
+    QTableWidget* list = nullptr;
+    for (const bool known : {false, true}) {
+        delete dialog;
+        f.click("CopiesButton");
+        dialog = f.widget()->findChild<service::CopiesDialog*>("CopiesDialog");
+        QVERIFY(dialog);
+        list = dialog->findChild<QTableWidget*>("CopyList");
+        QCOMPARE(list->rowCount(), 3);
+        QCOMPARE(dialog->allJudged(), known);
+        QCOMPARE(list->item(0, 2)->text() == "проверяется…", !known);
+        QCOMPARE(dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled(), known);
+        QSignalSpy judged(dialog, &service::CopiesDialog::allCopiesJudged);
+        QVERIFY(dialog->allJudged() || judged.wait(60'000));
+        QCOMPARE(QStringList({list->item(0, 1)->text(), list->item(0, 2)->text(), list->item(0, 3)->text()}),
+                 QStringList({"перед переносом расходов", "690,00 р.", "2"}));
+        QVERIFY(list->item(1, 2)->text().startsWith("копия повреждена"));
+        QVERIFY2(list->item(2, 2)->text().contains(store::texts::causeValueNotAccepted),
+                 qPrintable(list->item(2, 2)->text()));
+    }
+    QVERIFY(dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled());
     list->selectRow(1);
     QVERIFY(!dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled());
     list->selectRow(0);

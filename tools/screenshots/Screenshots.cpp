@@ -17,6 +17,7 @@
 #include "operations/ui/CorrectionDialog.h"
 #include "operations/ui/OperationsWindow.h"
 #include "operations/ui/TrashDialog.h"
+#include "service/ui/CopiesDialog.h"
 #include "service/ui/ServiceWindow.h"
 #include "store/Schema.h"
 #include "store/Store.h"
@@ -28,6 +29,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -123,10 +125,17 @@ bool serviceWindowPictures(app::Frame& frame, const QDir& output)
     bool ok = save(window->parentWidget(), output, "service-window.png");
     ok = save(&frame, output, "service-window-in-frame.png") && ok;
     click(window, "CopiesButton");
-    QDialog* copies = window->findChild<QDialog*>();
-    ok = copies && save(copies, output, "copies-dialog.png") && ok;
-    if (copies)
+    auto* copies = window->findChild<service::CopiesDialog*>();
+    ok = copies && save(copies, output, "copies-dialog-opened.png") && ok;
+    if (copies) {
+        // Then with every copy read on the dialog's worker thread.
+        QEventLoop judging;
+        QObject::connect(copies, &service::CopiesDialog::allCopiesJudged, &judging, &QEventLoop::quit);
+        if (!copies->allJudged())
+            judging.exec();
+        ok = save(copies, output, "copies-dialog.png") && ok;
         copies->close();
+    }
     window->parentWidget()->close();
     return ok;
 }

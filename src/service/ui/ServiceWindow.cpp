@@ -252,7 +252,7 @@ void ServiceWindow::onRestoreClicked() // C2 "Восстановить"
 
 void ServiceWindow::onCopiesClicked() // "Копии…"
 {
-    auto* dialog = new CopiesDialog(store::Copies(m_store).list(), this);
+    auto* dialog = new CopiesDialog(store::Copies(m_store).listed(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowModality(Qt::WindowModal);
     connect(dialog, &CopiesDialog::restoreRequested, this, &ServiceWindow::onRestoreCopy);

@@ -69,6 +69,7 @@ inline constexpr char copiesWhy[] = "Причина";
 inline constexpr char copiesBank[] = "В банке";
 inline constexpr char copiesOperations[] = "Операций";
 inline constexpr char copyDamaged[] = "копия повреждена: %1";
+inline constexpr char copyBeingChecked[] = "проверяется…";
 inline constexpr char restoreChosenCopy[] = "Восстановить выбранную";
 inline constexpr char closeCopies[] = "Закрыть";
 inline constexpr char restoreCopyQuestion[] =
