@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <mutex>
 
 namespace service {
 
@@ -35,6 +36,14 @@ QTableWidgetItem* cell(const QString& shown, bool usable, Qt::Alignment alignmen
     if (!usable)
         item->setFlags(Qt::ItemIsEnabled);
     return item;
+}
+
+// Held while a copy is read: a list opened again while the last one's worker
+// still reads waits for it, so that one copy at a time is in memory.
+std::mutex& judgingCopies()
+{
+    static std::mutex judging;
+    return judging;
 }
 
 // A copy that can be put back: read, judged and found sound.
@@ -136,6 +145,7 @@ void CopiesDialog::judgeInBackground()
                     return;
                 store::CopyEntry judged = copy;
                 try {
+                    const std::lock_guard oneAtATime(judgingCopies());
                     judged = store::Copies::judged(copy);
                 } catch (const std::bad_alloc& e) {
                     judged.damage = store::describeFailure(e); // shown, but not kept
