@@ -151,8 +151,10 @@ void CopiesTest::chosenCopyRestored()
     const std::vector<std::uint8_t> spoiltBytes = jet::encodeDatabase(spoilt.database());
     writeBytes(w.copies().filePath("velmora-2025-12-31-0000-начало-дня.mdb"),
                QByteArray(reinterpret_cast<const char*>(spoiltBytes.data()), qsizetype(spoiltBytes.size())));
+    writeBytes(w.copies().filePath("velmora-2025-12-30-0000-начало-дня.mdb"), original);
     // The list opens at once; the copies are read on a worker thread, and
-    // none can be chosen before it is judged. The second time they are known.
+    // none can be chosen before it is judged. The newest sound copy is chosen
+    // and stays chosen as older ones come in. The second time they are known.
     service::CopiesDialog* dialog = nullptr;
     QTableWidget* list = nullptr;
     for (const bool known : {false, true}) {
@@ -161,7 +163,7 @@ void CopiesTest::chosenCopyRestored()
         dialog = f.widget()->findChild<service::CopiesDialog*>("CopiesDialog");
         QVERIFY(dialog);
         list = dialog->findChild<QTableWidget*>("CopyList");
-        QCOMPARE(list->rowCount(), 3);
+        QCOMPARE(list->rowCount(), 4);
         QCOMPARE(dialog->allJudged(), known);
         QCOMPARE(list->item(0, 2)->text() == "проверяется…", !known);
         QCOMPARE(dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled(), known);
@@ -172,6 +174,9 @@ void CopiesTest::chosenCopyRestored()
         QVERIFY(list->item(1, 2)->text().startsWith("копия повреждена"));
         QVERIFY2(list->item(2, 2)->text().contains(store::texts::causeValueNotAccepted),
                  qPrintable(list->item(2, 2)->text()));
+        QCOMPARE(QStringList({list->item(3, 1)->text(), list->item(3, 2)->text(), list->item(3, 3)->text()}),
+                 QStringList({"начало дня", "690,00 р.", "2"}));
+        QCOMPARE(list->selectionModel()->selectedRows().value(0).row(), 0);
     }
     QVERIFY(dialog->findChild<QPushButton*>("RestoreCopy")->isEnabled());
     list->selectRow(1);
