@@ -170,8 +170,7 @@ void CopiesDialog::showJudged(std::size_t row, const store::CopyEntry& copy)
     m_list->resizeColumnToContents(3);
     m_textColumns->keep({kWhyColumn});
     if (m_list->selectedItems().isEmpty() && usable(copy))
-        m_list->selectRow(static_cast<int>(row));
-    m_restore->setEnabled(chosen());
+        m_list->selectRow(static_cast<int>(row)); // which enables the restore button
     if (--m_waiting == 0)
         emit allCopiesJudged();
 }
