@@ -78,7 +78,8 @@ bool ChangedRowsWriter::adoptsPage(const TableChanges& changes, std::size_t& nex
     std::uint8_t* const copy = m_packer.adoptPage(page());
     for (; nextChange < after; ++nextChange) {
         const RowChange& patch = changes.rows[nextChange];
-        m_encoder.patch(patch.row, changes.patchedColumns, rowOf(copy, patch.position - m_position));
+        m_encoder.patch(patchValues(changes, patch), changes.patchedColumns,
+                        rowOf(copy, patch.position - m_position));
     }
     m_position = end;
     nextPage();
@@ -110,7 +111,8 @@ void ChangedRowsWriter::write(const TableChanges& tableChanges, std::span<const 
             if (changes[c].kind == RowChange::Kind::Replace) {
                 encode(c);
             } else if (changes[c].kind == RowChange::Kind::Patch) {
-                m_encoder.patch(changes[c].row, tableChanges.patchedColumns, copyStoredRow());
+                m_encoder.patch(patchValues(tableChanges, changes[c]), tableChanges.patchedColumns,
+                                copyStoredRow());
             }
             ++c;
             nextRow();

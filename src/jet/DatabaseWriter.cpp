@@ -166,7 +166,7 @@ void DatabaseWriter::sizeChangedRows(Entry& entry, std::size_t previousRows)
         if (change.kind == RowChange::Kind::Insert)
             ++entry.rowCount;
         if (change.kind == RowChange::Kind::Patch) {
-            encoder.checkPatch(change.row, entry.changes->patchedColumns, index);
+            encoder.checkPatch(patchValues(*entry.changes, change), entry.changes->patchedColumns, index);
         } else {
             entry.plans[i] = encoder.plan(change.row, index);
             entry.rowBytes += entry.plans[i].size + 2;

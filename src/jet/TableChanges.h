@@ -28,7 +28,8 @@ struct RowChange
     std::size_t position = 0;
     Kind kind = Kind::Insert;
     // Insert and Replace: the row. Patch: the new values of the table's
-    // patched columns, in their order.
+    // patched columns, in their order; empty when they are the table's
+    // shared patch.
     Row row;
 };
 
@@ -44,7 +45,17 @@ struct TableChanges
     bool replacesAll = false;
     // The columns each Patch sets, every one of them of a fixed size.
     std::vector<std::size_t> patchedColumns;
+    // The values of those columns for every Patch without its own: when
+    // the rows were all set alike, half a million patches need not each
+    // carry a copy.
+    Row sharedPatch;
 };
+
+// The values a Patch sets, in the order of the patched columns.
+inline const Row& patchValues(const TableChanges& changes, const RowChange& patch)
+{
+    return patch.row.empty() ? changes.sharedPatch : patch.row;
+}
 
 // The value a change gives `column`: from its row, or its patched value;
 // none for a removal or a column a patch leaves alone.
@@ -56,7 +67,9 @@ inline const Value* newValue(const TableChanges& changes, const RowChange& chang
     case RowChange::Kind::Patch: {
         const auto& patched = changes.patchedColumns;
         const auto at = std::find(patched.begin(), patched.end(), column);
-        return at == patched.end() ? nullptr : &change.row.at(static_cast<std::size_t>(at - patched.begin()));
+        return at == patched.end()
+                   ? nullptr
+                   : &patchValues(changes, change).at(static_cast<std::size_t>(at - patched.begin()));
     }
     default:
         return &change.row.at(column);

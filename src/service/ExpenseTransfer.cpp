@@ -12,7 +12,8 @@ store::Outcome ExpenseTransfer::move(int fromAccount, int toAccount)
         return store::Outcome::committed(tx.commit());
     if (!store::Copies(m_store).before(store::CopyReason::ExpenseMove))
         return store::Outcome::notSaved();
-    tx.execute(QStringLiteral("UPDATE Bills SET F2 = ? WHERE F2 = ?"), {toAccount, fromAccount});
+    tx.assign(QStringLiteral("Bills"), QStringLiteral("F2"), toAccount, QStringLiteral("F2 = ?"),
+              {fromAccount});
     return store::Outcome::committed(tx.commit());
 }
 

@@ -118,7 +118,7 @@ private:
 };
 
 jet::TableChanges ChangedRows::read(const std::vector<WrittenTables::RowWrite>& writes,
-                                    const std::vector<std::size_t>& patchable)
+                                    const std::vector<std::size_t>& patchable, bool alike)
 {
     using Kind = jet::RowChange::Kind;
     // Where each write stands among the kept rows: writes ascend, so each
@@ -148,6 +148,7 @@ jet::TableChanges ChangedRows::read(const std::vector<WrittenTables::RowWrite>& 
     changes.rows.reserve(writes.size());
     m_rowids.clear();
     m_rowids.reserve(m_kept.size() + writes.size());
+    bool sharedRead = false;
     std::size_t next = 0; // the first kept row id not yet in m_rowids
     for (std::size_t i = 0; i < writes.size(); ++i) {
         const std::int64_t rowid = writes[i].rowid;
@@ -157,7 +158,14 @@ jet::TableChanges ChangedRows::read(const std::vector<WrittenTables::RowWrite>& 
         const bool wasKept = at < m_kept.size() && m_kept[at] == rowid;
         if (wasKept)
             ++next;
-        if (readings[i] == Reading::Patch && current.seek(rowid)) {
+        if (readings[i] == Reading::Patch && alike && (sharedRead || current.seek(rowid))) {
+            // The first row alike gives the values of them all.
+            if (!sharedRead)
+                changes.sharedPatch = current.patch();
+            sharedRead = true;
+            changes.rows.push_back({at, Kind::Patch, {}});
+            m_rowids.push_back(rowid);
+        } else if (readings[i] == Reading::Patch && current.seek(rowid)) {
             changes.rows.push_back({at, Kind::Patch, current.patch()});
             m_rowids.push_back(rowid);
         } else if (readings[i] == Reading::Row && current.seek(rowid)) {

@@ -25,11 +25,12 @@ public:
     // The changes for these writes (ascending, each row id once). A row of
     // the last file that was only updated, when every column updated is one
     // of `patchable` (columns of a fixed size), is a patch: only those
-    // columns are read. Every row taken as it is now when the count of rows
+    // columns are read, from the first such row alone when `alike` says that
+    // they hold the same values in all of them. Every row taken as it is now when the count of rows
     // does not add up, as after a DELETE without WHERE, which SQLite may
     // carry out by emptying the table at once without naming the rows.
     jet::TableChanges read(const std::vector<WrittenTables::RowWrite>& writes,
-                           const std::vector<std::size_t>& patchable = {});
+                           const std::vector<std::size_t>& patchable = {}, bool alike = false);
     // Every row taken as it is now, in place of the kept ones.
     jet::TableChanges readAll();
     // The row ids of the rows after the changes of the last read, in file order.

@@ -93,8 +93,8 @@ ChangedTableComparison::ChangedTableComparison(const jet::PageSource& previous, 
                                                const jet::TableChanges& changes)
     : m_next(next), m_nextDef(jet::readTableDefinition(next, entry.definitionPage)),
       m_previousColumns(std::move(before.columns)), m_previous(previous, std::move(before.owned)),
-      m_decoder(m_next, m_nextDef), m_patchCheck(m_decoder, changes.patchedColumns), m_changes(changes.rows),
-      m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
+      m_decoder(m_next, m_nextDef), m_patchCheck(m_decoder, changes.patchedColumns), m_tableChanges(changes),
+      m_changes(changes.rows), m_name(jet::toUtf8(entry.name)), m_counter(expectedCounter(m_nextDef, changes))
 {}
 
 ChangedTableComparison::Before ChangedTableComparison::before(const jet::PageSource& previous,
@@ -228,7 +228,8 @@ bool ChangedTableComparison::patchedAsBefore(std::span<const std::uint8_t> page,
         const auto row = m_next.row(page, static_cast<int>(patch.position - m_position)).bytes;
         const std::size_t start = static_cast<std::size_t>(row.data() - page.data());
         if (start + row.size() > below || !same(start + row.size(), below) ||
-            !m_patchCheck.isPatched(previous.subspan(start, row.size()), row, patch.row))
+            !m_patchCheck.isPatched(previous.subspan(start, row.size()), row,
+                                    jet::patchValues(m_tableChanges, patch)))
             return false;
         below = start;
     }
@@ -243,7 +244,7 @@ std::string ChangedTableComparison::nextRow(std::span<const std::uint8_t> bytes)
     if (m_change < m_changes.size() && m_changes[m_change].position == m_position) {
         const jet::RowChange& change = m_changes[m_change++];
         if (change.kind == Kind::Patch)
-            return samePatchedRow(bytes, change.row) ? std::string() : here();
+            return samePatchedRow(bytes, jet::patchValues(m_tableChanges, change)) ? std::string() : here();
         if (change.kind == Kind::Replace)
             skipPrevious();
         m_changedRows.push_back({bytes, &change.row, m_found});

@@ -94,7 +94,8 @@ private:
     PreviousRows m_previous;
     const jet::RowDecoder m_decoder;
     const jet::RowDecoder::PatchCheck m_patchCheck;
-    const std::vector<jet::RowChange>& m_changes;
+    const jet::TableChanges& m_tableChanges;
+    const std::vector<jet::RowChange>& m_changes; // its rows
     std::string m_name;
     std::int32_t m_counter;
     std::size_t m_change = 0;   // the next change to meet

@@ -99,8 +99,9 @@ std::vector<jet::TableChanges> SqliteImage::changes()
         const bool inFile = i < m_fileTables;
         if (!inFile || !writes.empty() || !m_written->rowsKnown(i) || m_written->deletedFrom(i)) {
             ChangedRows rows(m_db.getHandle(), shape, m_rowids[i]);
-            result[i] =
-                inFile && m_written->rowsKnown(i) ? rows.read(writes, patchableColumns(i)) : rows.readAll();
+            result[i] = inFile && m_written->rowsKnown(i)
+                            ? rows.read(writes, patchableColumns(i), m_written->updatedAlike(i))
+                            : rows.readAll();
             m_nextRowids[i] = std::move(rows.rowids());
             m_columns.toFile(i, result[i], m_rowids[i], *m_nextRowids[i]);
         }
@@ -206,6 +207,21 @@ sqlite3_stmt* SqliteImage::statement(const std::string& sql)
     }
     m_written->mark(found->second.writes);
     return found->second.statement.get();
+}
+
+void SqliteImage::updateAlike(sqlite3_stmt* update)
+{
+    m_written->startAlike();
+    bool completed = false;
+    try {
+        completed = !stepRow(update);
+    } catch (const SQLite::Exception&) {
+        m_written->endAlike(false, 0);
+        throw;
+    }
+    m_written->endAlike(completed, sqlite3_changes64(m_db.getHandle()));
+    if (!completed)
+        throw SQLite::Exception("an UPDATE gave rows");
 }
 
 void SqliteImage::begin()

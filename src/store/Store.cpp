@@ -338,7 +338,7 @@ void Store::save()
         Copies(*this).writeLater(*dayCopy, std::move(*replaced).release());
 }
 
-bool Store::runStatement(const QString& sql, const QVariantList& params)
+bool Store::runStatement(const QString& sql, const QVariantList& params, bool setsAlike)
 {
     if (!m_open || m_failure)
         return false;
@@ -346,7 +346,9 @@ bool Store::runStatement(const QString& sql, const QVariantList& params)
         sqlite3_stmt* statement = m_image->statement(sql.toStdString());
         const StatementScope scope(statement);
         sql::bindParameters(statement, params);
-        if (stepRow(statement))
+        if (setsAlike)
+            m_image->updateAlike(statement);
+        else if (stepRow(statement))
             throw SQLite::Exception("a statement that gives rows was run as one that writes");
         return true;
     } catch (const SQLite::Exception& e) {

@@ -92,7 +92,8 @@ private:
     void fail(const StoreError& error, bool show = true);
     void report(const StoreError& error);
 
-    bool runStatement(const QString& sql, const QVariantList& params);
+    // `setsAlike` for an UPDATE whose SET takes only bound values.
+    bool runStatement(const QString& sql, const QVariantList& params, bool setsAlike = false);
     Rows runQuery(const QString& sql, const QVariantList& params);
     bool runQuery(const QString& sql, const QVariantList& params, const RowHandler& each);
     void reportEngineError(int number, const QString& description);

@@ -38,6 +38,14 @@ bool Transaction::execute(const QString& sql, const QVariantList& params)
     return m_store.runStatement(sql, params);
 }
 
+bool Transaction::assign(const QString& table, const QString& column, const QVariant& value,
+                         const QString& criteria, const QVariantList& params)
+{
+    return m_store.runStatement(QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") +
+                                    quoted(column) + QStringLiteral(" = ? WHERE ") + criteria,
+                                QVariantList{value} + params, true);
+}
+
 Rows Transaction::query(const QString& sql, const QVariantList& params)
 {
     return m_store.runQuery(sql, params);

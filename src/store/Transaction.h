@@ -45,6 +45,12 @@ public:
         return execute(sql, params);
     }
 
+    // Sets `column` to `value` in every row of `table` matching `criteria`
+    // (an SQL condition with ? for `params`). Saving such a change reads the
+    // value once, not from every row; false when it failed.
+    bool assign(const QString& table, const QString& column, const QVariant& value, const QString& criteria,
+                const QVariantList& params = {});
+
     Rows query(const QString& sql, const QVariantList& params = {}) override;
     // The same rows handed to `each` one at a time, so that a long result is
     // never held whole; false when the query failed.

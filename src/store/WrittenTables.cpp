@@ -18,7 +18,8 @@ template <class T> void addOnce(std::vector<T>& list, const T& item)
 
 WrittenTables::WrittenTables(sqlite3* db, std::vector<std::string> tables)
     : m_db(db), m_tables(std::move(tables)), m_idsChanged(m_tables.size(), false),
-      m_deletedFrom(m_tables.size(), false), m_updated(m_tables.size()), m_written(m_tables.size())
+      m_deletedFrom(m_tables.size(), false), m_updated(m_tables.size()), m_written(m_tables.size()),
+      m_alike(m_tables.size(), 0)
 {
     sqlite3_set_authorizer(m_db, &WrittenTables::authorize, this);
     sqlite3_update_hook(m_db, &WrittenTables::rowChanged, this);
@@ -57,12 +58,17 @@ void WrittenTables::rowChanged(void* self, int operation, const char*, const cha
 
 std::vector<WrittenTables::RowWrite> WrittenTables::rowsWritten(std::size_t table) const
 {
-    std::vector<RowWrite> rows = m_written.at(table);
+    const std::vector<RowWrite>& named = m_written.at(table);
     const auto byRowid = [](const RowWrite& a, const RowWrite& b) { return a.rowid < b.rowid; };
-    if (!std::is_sorted(rows.begin(), rows.end(), byRowid)) // an UPDATE goes through rows in order
-        std::stable_sort(rows.begin(), rows.end(), byRowid);
+    std::vector<RowWrite> sorted;
+    if (!std::is_sorted(named.begin(), named.end(), byRowid)) { // an UPDATE goes through rows in order
+        sorted = named;
+        std::stable_sort(sorted.begin(), sorted.end(), byRowid);
+    }
+    const std::vector<RowWrite>& rows = sorted.empty() ? named : sorted;
     // The last write of each row id tells where it stands.
     std::vector<RowWrite> last;
+    last.reserve(rows.size());
     bool updatedOnly = true;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         updatedOnly = updatedOnly && rows[i].updatedOnly;
@@ -73,6 +79,32 @@ std::vector<WrittenTables::RowWrite> WrittenTables::rowsWritten(std::size_t tabl
         }
     }
     return last;
+}
+
+void WrittenTables::startAlike()
+{
+    m_writtenBeforeAlike.clear();
+    for (const std::vector<RowWrite>& rows : m_written)
+        m_writtenBeforeAlike.push_back(rows.size());
+}
+
+void WrittenTables::endAlike(bool completed, long long rowsChanged)
+{
+    for (std::size_t i = 0; i < m_tables.size(); ++i) {
+        const std::size_t before = m_writtenBeforeAlike.at(i), now = m_written[i].size();
+        if (now == before)
+            continue;
+        // Rows written by a trigger beside the statement's own, or a table
+        // written earlier in the transaction, may hold other values.
+        const bool alone = completed && before == 0 && static_cast<long long>(now) == rowsChanged;
+        m_alike[i] = alone ? now : 0;
+    }
+    m_writtenBeforeAlike.clear();
+}
+
+bool WrittenTables::updatedAlike(std::size_t table) const
+{
+    return m_alike.at(table) > 0 && m_alike[table] == m_written[table].size();
 }
 
 bool WrittenTables::anyWritten() const
@@ -112,8 +144,10 @@ void WrittenTables::clearMarks()
     std::fill(m_deletedFrom.begin(), m_deletedFrom.end(), false);
     for (auto& columns : m_updated)
         columns.clear();
+    // The lists keep their room: the next transaction as large finds it ready.
     for (auto& rows : m_written)
-        std::vector<RowWrite>().swap(rows);
+        rows.clear();
+    std::fill(m_alike.begin(), m_alike.end(), 0);
 }
 
 } // namespace store

@@ -60,6 +60,17 @@ public:
     const std::vector<std::string>& columnsUpdated(std::size_t table) const { return m_updated.at(table); }
     // The row ids written since the marks were cleared, ascending, each once.
     std::vector<RowWrite> rowsWritten(std::size_t table) const;
+
+    // Brackets one statement that sets the same values in every row it
+    // updates, an UPDATE whose SET takes only bound values. `rowsChanged` is
+    // SQLite's count of the rows the statement itself changed, without those
+    // its triggers wrote.
+    void startAlike();
+    void endAlike(bool completed, long long rowsChanged);
+    // True when every row written in the table since the marks were cleared
+    // was updated by one such statement and by nothing else: the updated
+    // columns then hold the same values in all of them.
+    bool updatedAlike(std::size_t table) const;
     bool anyWritten() const;
     void clearMarks();
 
@@ -78,6 +89,10 @@ private:
     std::vector<std::vector<std::string>> m_updated; // per table, each column once
     mutable std::size_t m_lastTable = 0;             // where the last row written was, looked at first
     std::vector<std::vector<RowWrite>> m_written;    // per table, in the order SQLite named them
+    // Per table, the writes the one statement setting alike values made; 0
+    // when none did, or the table had been written before it.
+    std::vector<std::size_t> m_alike;
+    std::vector<std::size_t> m_writtenBeforeAlike; // per table, while such a statement runs
 };
 
 } // namespace store

@@ -360,6 +360,14 @@ TEST(Writer, PatchedRowsAreTheFullEncodingOfTheirNewValues)
     changes.patchedColumns = {1, 2, 3, 4, 5, 6, 7, 8, 9}; // Paid to Key
     changes.lastAutoNumber = table.lastAutoNumber;
     std::mt19937 rng(5);
+    const auto someValues = [&] {
+        jet::Row values;
+        for (const std::size_t c : changes.patchedColumns)
+            values.push_back(rng() % 4 == 0 ? Value(jet::Null{}) : edges[c][rng() % edges[c].size()]);
+        return values;
+    };
+    // A third of the patches set the values they share, without a copy of their own.
+    changes.sharedPatch = someValues();
     for (std::size_t r = 0; r < table.rows.size(); r += 1 + rng() % 4) {
         jet::Row& row = db.tables[0].rows[r];
         if (r >= 300 && changes.rows.size() % 100 == 0) {
@@ -367,11 +375,11 @@ TEST(Writer, PatchedRowsAreTheFullEncodingOfTheirNewValues)
             changes.rows.push_back({r, jet::RowChange::Kind::Replace, row});
             continue;
         }
-        jet::Row values;
-        for (const std::size_t c : changes.patchedColumns)
-            values.push_back(row[c] =
-                                 rng() % 4 == 0 ? Value(jet::Null{}) : edges[c][rng() % edges[c].size()]);
-        changes.rows.push_back({r, jet::RowChange::Kind::Patch, values});
+        const bool shared = rng() % 3 == 0;
+        jet::Row values = shared ? changes.sharedPatch : someValues();
+        for (std::size_t k = 0; k < values.size(); ++k)
+            row[changes.patchedColumns[k]] = values[k];
+        changes.rows.push_back({r, jet::RowChange::Kind::Patch, shared ? jet::Row() : values});
     }
     const jet::FileImage next(previous, std::span(&changes, 1));
     EXPECT_TRUE(std::ranges::equal(next.bytes(), jet::encodeDatabase(db)));

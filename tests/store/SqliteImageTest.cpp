@@ -48,12 +48,15 @@ TEST(SqliteImage, ReferenceFilesComeBackUnchanged)
 
 namespace {
 
-void run(SqliteImage& image, const std::string& sql, std::int64_t number = 0)
+// `alike` for an UPDATE whose SET takes only bound values.
+void run(SqliteImage& image, const std::string& sql, std::int64_t number = 0, bool alike = false)
 {
     sqlite3_stmt* statement = image.statement(sql);
     const store::StatementScope scope(statement);
     if (sqlite3_bind_parameter_count(statement) > 0)
         sqlite3_bind_int64(statement, 1, number);
+    if (alike)
+        return image.updateAlike(statement);
     while (store::stepRow(statement)) {
     }
 }
@@ -71,6 +74,12 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         db.tables[1].rows.push_back({i, jet::DateTime{45000}, i % 5, jet::Currency{i},
                                      u"покупка " + std::u16string(i % 7, u'ы'), std::u16string(), 1});
     SqliteImage image(std::move(db));
+    // Those set alike (each row the same values) are patched from one row read.
+    const std::string alike[] = {
+        "UPDATE Bills SET F2 = ?1 % 5 WHERE F2 = (?1 + 1) % 5", // an account's expenses moved
+        "UPDATE Bank SET F2 = ?1 WHERE F0 % 9 = ?1 % 9",
+        "UPDATE Bills SET F4 = 'перенесено ' || ?1 WHERE F0 % 17 = ?1 % 17",
+    };
     const std::string writes[] = {
         "INSERT INTO Bank (F1, F2, F3) VALUES ('2026-01-05', ?1, 'вклад ' || ?1)",
         "INSERT OR REPLACE INTO Bank (rowid, F1, F2, F3) VALUES (?1 % 40 + 1, '2026-01-01', 5, 'на место')",
@@ -112,8 +121,12 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
         if (step % 10 == 2 && image.lastFile())
             earlier.assign(image.lastFile()->bytes().begin(), image.lastFile()->bytes().end());
         image.begin();
-        for (int n = static_cast<int>(random() % 4); n >= 0; --n)
-            run(image, writes[random() % std::size(writes)], random() % 100'000);
+        for (int n = static_cast<int>(random() % 4); n >= 0; --n) {
+            const std::size_t pick = random() % (std::size(writes) + std::size(alike));
+            const bool setsAlike = pick >= std::size(writes);
+            run(image, setsAlike ? alike[pick - std::size(writes)] : writes[pick], random() % 100'000,
+                setsAlike);
+        }
         const store::NextFile& next = image.nextFile();
         EXPECT_EQ(next.firstDifference(), "") << "step " << step;
         EXPECT_TRUE(std::ranges::equal(next.bytes(), jet::encodeDatabase(image.dump()))) << "step " << step;
@@ -130,6 +143,19 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
     run(image, "UPDATE Bank SET F2 = F2 + 1");
     EXPECT_TRUE(std::ranges::equal(image.nextFile().bytes(), jet::encodeDatabase(image.dump())));
     image.commit();
+    // Rows set alike beside a row written otherwise, before them or after them.
+    for (const bool otherFirst : {true, false}) {
+        image.begin();
+        const std::string other = "UPDATE Bills SET F2 = 40 WHERE rowid = 12";
+        if (otherFirst)
+            run(image, other);
+        run(image, "UPDATE Bills SET F2 = ?1 WHERE rowid < 10", 42, true);
+        if (!otherFirst)
+            run(image, other);
+        EXPECT_TRUE(std::ranges::equal(image.nextFile().bytes(), jet::encodeDatabase(image.dump())))
+            << otherFirst;
+        image.commit();
+    }
     // A row deleted since, in contents read afresh from the file, finds its place again.
     const std::vector<std::uint8_t> withRow(image.lastFile()->bytes().begin(),
                                             image.lastFile()->bytes().end());
@@ -211,7 +237,7 @@ TEST(DatabaseDiff, FileComparisonsFindTheFirstDifference)
     changes[1].lastAutoNumber = 3000;
     jet::Table notes{u"Notes", {jet::Column::ofType(u"Note", jet::ColumnType::Text)}, {}, 0};
     notes.columns[0].length = 100;
-    changes.push_back({{{0, Kind::Insert, {std::u16string(u"заметка")}}}, 0, true, {}}); // a table added
+    changes.push_back({{{0, Kind::Insert, {std::u16string(u"заметка")}}}, 0, true, {}, {}}); // a table added
     const jet::FileImage next(previous, changes, std::span(&notes, 1));
     std::vector<std::uint8_t> bytes(next.bytes().begin(), next.bytes().end());
     const auto rowStart = [&](std::size_t table, int row) {
