@@ -26,11 +26,15 @@ public:
     explicit PageBuffer(std::size_t expectedPages);
 
     std::uint32_t append(); // throws CannotWrite past the 2 GiB limit
+    // A page appended as a copy of `page` (kPageSize bytes), without zeroing it first.
+    std::uint32_t appendCopy(const std::uint8_t* page);
     std::uint8_t* page(std::uint32_t number) { return m_bytes.data() + std::size_t(number) * kPageSize; }
     std::uint32_t pageCount() const { return static_cast<std::uint32_t>(m_bytes.size() / kPageSize); }
     std::vector<std::uint8_t> release() { return std::move(m_bytes); }
 
 private:
+    std::uint32_t nextNumber() const; // throws CannotWrite past the 2 GiB limit
+
     std::vector<std::uint8_t> m_bytes;
 };
 

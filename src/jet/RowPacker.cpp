@@ -2,8 +2,6 @@
 
 #include "ByteOrder.h"
 
-#include <cstring>
-
 namespace jet::writer {
 
 RowPacker::RowPacker(PageBuffer& file, std::uint32_t owner) : m_file(file), m_owner(owner) {}
@@ -31,8 +29,9 @@ std::uint8_t* RowPacker::openPage()
 
 std::uint8_t* RowPacker::adoptPage(const std::uint8_t* page)
 {
-    std::uint8_t* p = openPage();
-    std::memcpy(p, page, kPageSize);
+    const std::uint32_t number = m_file.appendCopy(page);
+    std::uint8_t* p = m_file.page(number);
+    m_pages.push_back(number);
     le::put32(p + 4, m_owner);
     m_rows = le::u16(p + 12);
     // Rows lie downwards from the page end: the last one is the lowest.
