@@ -123,7 +123,8 @@ fs::path followLinks(const fs::path& path)
     throw FileError::writing(path, "follow links", ELOOP);
 }
 
-void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, FileOps& ops)
+void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, FileOps& ops,
+                         const std::function<void()>& beforeReplacing)
 {
     // The file a link points at is replaced, beside itself; the link stays.
     const fs::path target = followLinks(path);
@@ -133,6 +134,14 @@ void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> byt
         throw FileError::writing(target, "create temporary file", errno);
     copyPermissions(target, fd);
     writeTemporary(target, name, fd, bytes, ops);
+    if (beforeReplacing) {
+        try {
+            beforeReplacing();
+        } catch (...) {
+            ops.unlink(name.c_str());
+            throw;
+        }
+    }
     if (ops.rename(name.c_str(), target.c_str()) != 0) {
         const int savedErrno = errno;
         ops.unlink(name.c_str());
@@ -156,8 +165,10 @@ void linkDurably(const fs::path& path, const fs::path& name, FileOps& ops)
 
 FileWriter atomicWriter()
 {
-    return
-        [](const fs::path& path, std::span<const std::uint8_t> bytes) { writeFileAtomically(path, bytes); };
+    return [](const fs::path& path, std::span<const std::uint8_t> bytes,
+              const BeforeReplacing& beforeReplacing) {
+        writeFileAtomically(path, bytes, systemFileOps(), beforeReplacing);
+    };
 }
 
 bool isTemporaryFileOf(const fs::path& target, const fs::path& candidate)

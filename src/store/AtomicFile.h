@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -16,8 +17,11 @@ namespace store {
 // folder after the rename is reported too, although the new contents are then
 // already in place. When `path` is a symbolic link, the file it points at is
 // replaced (temporary file in that file's folder) and the link stays as it is.
+// `beforeReplacing`, when given, runs between the fsync of the temporary
+// file and the rename; what it throws is thrown on, after the temporary file
+// is removed.
 void writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
-                         FileOps& ops = systemFileOps());
+                         FileOps& ops = systemFileOps(), const std::function<void()>& beforeReplacing = {});
 
 // Gives the file at the end of `path`'s symbolic links the second name
 // `name` and syncs the folder of `name`, so that the name outlasts a crash.

@@ -238,7 +238,7 @@ void Copies::write(CopyReason reason, const QDateTime& now)
     const fs::path copy = newCopyPath(reason, now);
     try {
         if (!held || !m_store.linkDataFileAs(copy))
-            m_store.writer()(copy, bytes);
+            m_store.writer()(copy, bytes, {});
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
@@ -266,7 +266,7 @@ void Copies::writeLater(const PlannedCopy& planned, std::vector<std::uint8_t> by
     m_store.m_pendingCopy = std::async(
         std::launch::async, [writer = m_store.writer(), planned, folder = folder(), kept = std::move(bytes)] {
             try {
-                writer(planned.path, kept);
+                writer(planned.path, kept, {});
             } catch (const std::exception& e) {
                 // Too late to ask: the change it guards is made. Said in the log.
                 qWarning().noquote() << QString::fromUtf8(texts::copyNotWritten)

@@ -7,15 +7,22 @@
 
 #include <QDebug>
 
+#include <future>
+
 namespace store {
 
 using Kind = StoreError::Kind;
 
 FileSignature FileSaver::save(const NextFile& next, const FileSignature& expected) const
 {
-    checkDecodesBack(next);
     checkUnchangedOnDisk(expected);
-    return write(next.bytes());
+    // The check runs on a second thread while the file is written beside the
+    // data file; the new file takes the data file's place only once it passed.
+    std::future<void> check = std::async(std::launch::async, [&] { checkDecodesBack(next); });
+    const FileSignature written = write(next.bytes(), [&] { check.get(); });
+    if (check.valid()) // a writer that did not wait still reports a failed check
+        check.get();
+    return written;
 }
 
 void FileSaver::checkDecodesBack(const NextFile& next) const
@@ -48,13 +55,16 @@ void FileSaver::checkUnchangedOnDisk(const FileSignature& expected) const
     throw StoreError::forFile(Kind::ChangedOnDisk, m_file.displayPath());
 }
 
-FileSignature FileSaver::write(std::span<const std::uint8_t> bytes) const
+FileSignature FileSaver::write(std::span<const std::uint8_t> bytes,
+                               const BeforeReplacing& beforeReplacing) const
 {
     try {
-        m_writer(m_file.path(), bytes);
+        m_writer(m_file.path(), bytes, beforeReplacing);
         return FileSignature::of(m_file.path());
     } catch (const std::bad_alloc&) {
         throw;
+    } catch (const StoreError&) {
+        throw; // the check failed
     } catch (const std::exception& e) {
         throw StoreError::forFile(Kind::CannotWrite, m_file.displayPath(), describeFailure(e));
     }

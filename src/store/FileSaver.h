@@ -11,9 +11,10 @@
 
 namespace store {
 
-// The save of a changed database, encoded in memory: decode the result and
-// compare it with what was encoded, make sure the file on disk is still the
-// one that was read, and only then write it atomically.
+// The save of a changed database, encoded in memory: make sure the file on
+// disk is still the one that was read, write the new one atomically, and
+// decode it and compare it with what was encoded while it is being written:
+// it replaces the data file only once the comparison has passed.
 class FileSaver
 {
 public:
@@ -27,7 +28,7 @@ public:
 private:
     void checkDecodesBack(const NextFile& next) const;
     void checkUnchangedOnDisk(const FileSignature& expected) const;
-    FileSignature write(std::span<const std::uint8_t> bytes) const;
+    FileSignature write(std::span<const std::uint8_t> bytes, const BeforeReplacing& beforeReplacing) const;
 
     const DataFile& m_file;
     const FileWriter& m_writer;

@@ -50,7 +50,7 @@ void WholeFile::copyTo(const fs::path& copy) const
     if (!m_store.isCheckedFile(contents.bytes))
         if (const LoadedFile loaded = file.decode(contents); loaded.damage)
             throw *loaded.damage;
-    writing(copy, [&] { m_writer(copy, contents.bytes); });
+    writing(copy, [&] { m_writer(copy, contents.bytes, {}); });
 }
 
 CheckedFile WholeFile::check(const fs::path& candidate, std::vector<std::u16string> countedOnly)
@@ -92,7 +92,7 @@ void WholeFile::replaceWith(CheckedFile file) const
     lock.take();
     if (isWriteProtected(m_path))
         throw StoreError::forFile(Kind::ReadOnly, shown(m_path));
-    writing(m_path, [&] { m_writer(m_path, file.bytes()); });
+    writing(m_path, [&] { m_writer(m_path, file.bytes(), {}); });
     const bool rowsTaken = file.takingImage() != nullptr;
     if (rowsTaken) {
         try {

@@ -36,7 +36,7 @@ QByteArray encoded(const jet::Database& db)
 }
 
 // A writer that fails the way a full disk does, before anything is renamed.
-void diskFull(const std::filesystem::path& path, std::span<const std::uint8_t>)
+void diskFull(const std::filesystem::path& path, std::span<const std::uint8_t>, const store::BeforeReplacing&)
 {
     throw store::FileError::writing(path, "write", ENOSPC);
 }
@@ -84,8 +84,9 @@ void killAtEveryCall(const std::function<void(store::Store&, service::Backup&)>&
         ChildProcess child([&](ChildProcess&) {
             FaultyDisk ops(killedAt(killAt));
             const store::FileWriter writer = [&](const std::filesystem::path& path,
-                                                 std::span<const std::uint8_t> bytes) {
-                store::writeFileAtomically(path, bytes, ops);
+                                                 std::span<const std::uint8_t> bytes,
+                                                 const store::BeforeReplacing& beforeReplacing) {
+                store::writeFileAtomically(path, bytes, ops, beforeReplacing);
             };
             store::Store store(dir, nullptr, writer);
             service::Backup backup(store, writer);

@@ -1,11 +1,17 @@
 #include "store/AtomicFile.h"
+#include "jet/Writer.h"
+#include "store/DataFile.h"
 #include "store/FileError.h"
+#include "store/FileSaver.h"
 #include "store/RegularFile.h"
+#include "store/StoreError.h"
 #include "support/FaultyDisk.h"
 #include "support/ProgramFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <stdexcept>
 #include <sys/stat.h>
 
 using velmora::test::Faults;
@@ -81,12 +87,57 @@ TEST(AtomicFile, APowerCutAfterAnyCallLeavesTheOldOrTheNewFile)
     const Bytes fresh = pattern(40000, 2);
     store::writeFileAtomically(target, old);
     FaultyDisk disk({}, target.string(), old);
-    store::writeFileAtomically(target, fresh, disk);
+    std::size_t callsBeforeReplacing = 0;
+    store::writeFileAtomically(target, fresh, disk, [&] { callsBeforeReplacing = disk.calls.size(); });
     EXPECT_EQ(disk.calls,
               std::vector<std::string>({"open file", "write", "write", "write", "fsync file", "close file",
                                         "rename", "open folder", "fsync folder", "close folder"}));
+    EXPECT_EQ(callsBeforeReplacing, 6u) << "the wait before replacing comes between closing and renaming";
     for (std::size_t i = 0; i < disk.afterCrash.size(); ++i)
         EXPECT_TRUE(disk.afterCrash[i] == old || disk.afterCrash[i] == fresh)
             << "after " << disk.calls[i / 2];
     EXPECT_EQ(disk.afterCrash.end()[-2], fresh) << "the new file is durable once the call returns";
+    // What the wait throws stops the write: the file stays, the temporary one goes.
+    EXPECT_THROW(store::writeFileAtomically(target, old, store::systemFileOps(),
+                                            [] { throw std::runtime_error("check failed"); }),
+                 std::runtime_error);
+    EXPECT_EQ(store::readRegularFile(target).bytes, fresh);
+    EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"data.bin"});
+}
+
+// The new file is checked while it is written: one that does not decode back
+// to what it was made from (a NaN is never equal to itself) never takes the
+// data file's place, and no temporary file is left.
+TEST(FileSaver, AFileThatDoesNotDecodeBackNeverReplacesTheDataFile)
+{
+    const ProgramFolder folder;
+    const std::filesystem::path target = folder / "data.mdb";
+    jet::Database db;
+    db.tables.push_back({u"Rates", {jet::Column::ofType(u"F0", jet::ColumnType::Double)}, {{1.5}}, 0});
+    const Bytes old = jet::encodeDatabase(db);
+    store::writeFileAtomically(target, old);
+    const store::DataFile file(target, u"");
+    int replaced = 0;
+    const store::FileWriter writer = [&](const std::filesystem::path& path,
+                                         std::span<const std::uint8_t> bytes,
+                                         const store::BeforeReplacing& beforeReplacing) {
+        store::writeFileAtomically(path, bytes, store::systemFileOps(), [&] {
+            beforeReplacing();
+            ++replaced;
+        });
+    };
+    const store::FileSaver saver(file, writer);
+    db.tables[0].rows[0][0] = std::nan("");
+    try {
+        saver.save(store::NextFile(db), store::FileSignature::of(target));
+        ADD_FAILURE() << "saved";
+    } catch (const store::StoreError& e) {
+        EXPECT_EQ(e.kind(), store::StoreError::Kind::CannotWrite);
+    }
+    EXPECT_EQ(store::readRegularFile(target).bytes, old);
+    EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"data.mdb"});
+    db.tables[0].rows[0][0] = 2.5;
+    saver.save(store::NextFile(db), store::FileSignature::of(target));
+    EXPECT_EQ(store::readRegularFile(target).bytes, jet::encodeDatabase(db));
+    EXPECT_EQ(replaced, 1);
 }

@@ -219,9 +219,10 @@ TEST_F(StoreTest, NestedTransactionsWriteOnceAtTheOutermostCommit)
 {
     int writes = 0;
     Store counted(folder.path(), &sink,
-                  [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+                  [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                      const store::BeforeReplacing& beforeReplacing) {
                       ++writes;
-                      store::writeFileAtomically(path, bytes);
+                      store::writeFileAtomically(path, bytes, store::systemFileOps(), beforeReplacing);
                   });
     const QByteArray before = folder.bytes();
     for (const bool innerCommits : {false, true}) {
@@ -263,10 +264,11 @@ TEST_F(StoreTest, AFailedOrOverrunSaveChangesNeitherFileNorMemory)
     writeBalance(100);
     bool diskFull = true;
     Store guarded(folder.path(), &sink,
-                  [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+                  [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                      const store::BeforeReplacing& beforeReplacing) {
                       if (diskFull)
                           throw store::FileError::writing(path, "write", ENOSPC);
-                      store::writeFileAtomically(path, bytes);
+                      store::writeFileAtomically(path, bytes, store::systemFileOps(), beforeReplacing);
                   });
     const QByteArray before = folder.bytes();
     const StoreResult failed = setBalance(guarded, 200);
@@ -346,9 +348,11 @@ namespace {
 void commitForever(const QString& dir, ChildProcess& parent, int killAt)
 {
     FaultyDisk ops({});
-    Store store(dir, nullptr, [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-        writeFileAtomically(path, bytes, ops);
-    });
+    Store store(dir, nullptr,
+                [&](const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                    const store::BeforeReplacing& beforeReplacing) {
+                    writeFileAtomically(path, bytes, ops, beforeReplacing);
+                });
     for (bool first = true;; first = false) {
         if (!first && killAt)
             ops = FaultyDisk(velmora::test::killedAt(std::exchange(killAt, 0)));
