@@ -212,13 +212,9 @@ sqlite3_stmt* SqliteImage::statement(const std::string& sql)
 void SqliteImage::updateAlike(sqlite3_stmt* update)
 {
     m_written->startAlike();
-    bool completed = false;
-    try {
-        completed = !stepRow(update);
-    } catch (const SQLite::Exception&) {
-        m_written->endAlike(false, 0);
-        throw;
-    }
+    // A statement that fails is not ended: the rows it named stay among the
+    // writes, so its tables are not taken as written alike.
+    const bool completed = !stepRow(update);
     m_written->endAlike(completed, sqlite3_changes64(m_db.getHandle()));
     if (!completed)
         throw SQLite::Exception("an UPDATE gave rows");

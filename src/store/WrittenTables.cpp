@@ -90,15 +90,19 @@ void WrittenTables::startAlike()
 
 void WrittenTables::endAlike(bool completed, long long rowsChanged)
 {
-    for (std::size_t i = 0; i < m_tables.size(); ++i) {
-        const std::size_t before = m_writtenBeforeAlike.at(i), now = m_written[i].size();
-        if (now == before)
-            continue;
-        // Rows written by a trigger beside the statement's own, or a table
-        // written earlier in the transaction, may hold other values.
-        const bool alone = completed && before == 0 && static_cast<long long>(now) == rowsChanged;
-        m_alike[i] = alone ? now : 0;
-    }
+    // An UPDATE changes one table itself; a second table written means a
+    // trigger wrote it. The statement's table counts as written alike when
+    // its own rows are all the table's writes in the transaction: none
+    // before it, none by a trigger beside it.
+    std::vector<std::size_t> grown;
+    for (std::size_t i = 0; i < m_tables.size(); ++i)
+        if (m_written[i].size() != m_writtenBeforeAlike.at(i))
+            grown.push_back(i);
+    for (const std::size_t i : grown)
+        m_alike[i] =
+            completed && grown.size() == 1 && static_cast<long long>(m_written[i].size()) == rowsChanged
+                ? m_written[i].size()
+                : 0;
     m_writtenBeforeAlike.clear();
 }
 

@@ -136,6 +136,14 @@ TEST(FileSaver, AFileThatDoesNotDecodeBackNeverReplacesTheDataFile)
     }
     EXPECT_EQ(store::readRegularFile(target).bytes, old);
     EXPECT_EQ(folder.strayFiles(), std::vector<std::string>{"data.mdb"});
+    // A writer that does not wait still hears that the check failed.
+    const store::FileWriter hasty = [](const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                                       const store::BeforeReplacing&) {
+        store::writeFileAtomically(path, bytes);
+    };
+    EXPECT_THROW(store::FileSaver(file, hasty).save(store::NextFile(db), store::FileSignature::of(target)),
+                 store::StoreError);
+    store::writeFileAtomically(target, old);
     db.tables[0].rows[0][0] = 2.5;
     saver.save(store::NextFile(db), store::FileSignature::of(target));
     EXPECT_EQ(store::readRegularFile(target).bytes, jet::encodeDatabase(db));

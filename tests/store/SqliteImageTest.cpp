@@ -5,6 +5,7 @@
 #include "jet/Writer.h"
 #include "store/DatabaseDiff.h"
 #include "store/Schema.h"
+#include "store/WrittenTables.h"
 #include "support/Fixtures.h"
 #include "support/ProgramFolder.h"
 #include "support/RecordingSink.h"
@@ -175,6 +176,52 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
 // Bytes SQLite holds that are not UTF-8 (a code point past U+10FFFF, a lead
 // byte without its follower) come back as U+FFFD, one per byte; a character
 // past U+FFFF as its surrogate pair.
+// A table counts as written alike only while one statement setting alike
+// values wrote it and nothing else did: no write before it or after it, and
+// no trigger writing the table beside it.
+TEST(WrittenTables, OnlyAStatementAloneWritesATableAlike)
+{
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
+    const auto exec = [&](const char* sql) {
+        ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    };
+    exec("CREATE TABLE t (a INTEGER, b INTEGER); CREATE TABLE u (a INTEGER);"
+         "INSERT INTO t VALUES (1, 0), (2, 0), (3, 0), (4, 0); INSERT INTO u VALUES (1);"
+         "CREATE TRIGGER beside AFTER UPDATE OF a ON t WHEN NEW.a = 99 BEGIN "
+         "UPDATE t SET b = 1 WHERE rowid = 1; END;"
+         "CREATE TRIGGER elsewhere AFTER UPDATE OF a ON t WHEN NEW.a = 98 BEGIN "
+         "UPDATE u SET a = NEW.rowid; END;");
+    {
+        store::WrittenTables written(db, {"t", "u"});
+        const auto alike = [&](const char* sql) {
+            written.startAlike();
+            exec(sql);
+            written.endAlike(true, sqlite3_changes64(db));
+        };
+        alike("UPDATE t SET a = 5 WHERE rowid <= 3");
+        EXPECT_TRUE(written.updatedAlike(0));
+        EXPECT_FALSE(written.updatedAlike(1)) << "not written at all";
+        exec("UPDATE t SET a = 6 WHERE rowid = 4");
+        EXPECT_FALSE(written.updatedAlike(0)) << "written after";
+        written.clearMarks();
+        exec("UPDATE t SET a = 6 WHERE rowid = 4");
+        alike("UPDATE t SET a = 5 WHERE rowid <= 3");
+        EXPECT_FALSE(written.updatedAlike(0)) << "written before";
+        written.clearMarks();
+        alike("UPDATE t SET a = 99 WHERE rowid IN (2, 3)");
+        EXPECT_FALSE(written.updatedAlike(0)) << "a trigger wrote beside it";
+        written.clearMarks();
+        alike("UPDATE t SET a = 98 WHERE rowid = 2"); // one row each, u's by a trigger
+        EXPECT_FALSE(written.updatedAlike(0) || written.updatedAlike(1)) << "a trigger wrote another table";
+        written.clearMarks();
+        alike("UPDATE u SET a = 7");
+        alike("UPDATE t SET a = 7 WHERE rowid = 2");
+        EXPECT_TRUE(written.updatedAlike(0) && written.updatedAlike(1)) << "each alone in its table";
+    }
+    sqlite3_close(db);
+}
+
 TEST(SqliteImage, TextThatIsNotUtf8ComesBackAsReplacementCharacters)
 {
     SqliteImage image(velmora::test::sampleDatabase());
