@@ -124,7 +124,7 @@ fs::path followLinks(const fs::path& path)
 }
 
 void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> bytes, FileOps& ops,
-                         const std::function<void()>& beforeReplacing)
+                         const BeforeReplacing& beforeReplacing)
 {
     // The file a link points at is replaced, beside itself; the link stays.
     const fs::path target = followLinks(path);

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "FileOps.h"
+#include "FileWriter.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <span>
 #include <string>
 
@@ -21,7 +21,7 @@ namespace store {
 // file and the rename; what it throws is thrown on, after the temporary file
 // is removed.
 void writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
-                         FileOps& ops = systemFileOps(), const std::function<void()>& beforeReplacing = {});
+                         FileOps& ops = systemFileOps(), const BeforeReplacing& beforeReplacing = {});
 
 // Gives the file at the end of `path`'s symbolic links the second name
 // `name` and syncs the folder of `name`, so that the name outlasts a crash.

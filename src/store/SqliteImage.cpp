@@ -209,15 +209,14 @@ sqlite3_stmt* SqliteImage::statement(const std::string& sql)
     return found->second.statement.get();
 }
 
-void SqliteImage::updateAlike(sqlite3_stmt* update)
+bool SqliteImage::updateAlike(sqlite3_stmt* update)
 {
     m_written->startAlike();
     // A statement that fails is not ended: the rows it named stay among the
     // writes, so its tables are not taken as written alike.
-    const bool completed = !stepRow(update);
-    m_written->endAlike(completed, sqlite3_changes64(m_db.getHandle()));
-    if (!completed)
-        throw SQLite::Exception("an UPDATE gave rows");
+    const bool gaveRow = stepRow(update);
+    m_written->endAlike(!gaveRow, sqlite3_changes64(m_db.getHandle()));
+    return gaveRow;
 }
 
 void SqliteImage::begin()

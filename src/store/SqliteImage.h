@@ -68,8 +68,9 @@ public:
     // Runs a bound UPDATE from statement() that sets the same values in every
     // row it updates: its SET takes only bound values. The next file then
     // takes those values from one of the rows instead of reading each.
-    // Throws SQLite::Exception.
-    void updateAlike(sqlite3_stmt* update);
+    // Steps it once, as stepRow() does: true when it gave a row. Throws
+    // SQLite::Exception.
+    bool updateAlike(sqlite3_stmt* update);
 
     // Takes the rows of `file` in place of those of the last file, in a
     // transaction of its own that finishTaking() commits and rollback()

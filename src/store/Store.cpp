@@ -346,9 +346,7 @@ bool Store::runStatement(const QString& sql, const QVariantList& params, bool se
         sqlite3_stmt* statement = m_image->statement(sql.toStdString());
         const StatementScope scope(statement);
         sql::bindParameters(statement, params);
-        if (setsAlike)
-            m_image->updateAlike(statement);
-        else if (stepRow(statement))
+        if (setsAlike ? m_image->updateAlike(statement) : stepRow(statement))
             throw SQLite::Exception("a statement that gives rows was run as one that writes");
         return true;
     } catch (const SQLite::Exception& e) {

@@ -56,9 +56,7 @@ void run(SqliteImage& image, const std::string& sql, std::int64_t number = 0, bo
     const store::StatementScope scope(statement);
     if (sqlite3_bind_parameter_count(statement) > 0)
         sqlite3_bind_int64(statement, 1, number);
-    if (alike)
-        return image.updateAlike(statement);
-    while (store::stepRow(statement)) {
+    while (alike ? image.updateAlike(statement) : store::stepRow(statement)) {
     }
 }
 
