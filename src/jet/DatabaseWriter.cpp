@@ -43,8 +43,8 @@ DatabaseWriter::DatabaseWriter(const Database& db)
       m_catalog(catalogTable()), m_systemTables(emptySystemTables())
 {
     addEntries();
-    for (Entry& e : m_entries)
-        sizeRows(e);
+    for (std::size_t i = 0; i < firstUserEntry(); ++i)
+        sizeRows(m_entries[i]);
 }
 
 DatabaseWriter::DatabaseWriter(const Database& shape, const FileImage& previous,
@@ -119,25 +119,31 @@ void DatabaseWriter::sizeRows(Entry& entry)
 {
     const Table& table = entry.layout.table();
     const RowEncoder encoder(entry.layout);
-    std::vector<std::size_t> autoColumns;
-    for (std::size_t i = 0; i < table.columns.size(); ++i)
-        if (table.columns[i].autoNumber)
-            autoColumns.push_back(i);
+    entry.sized = true;
     entry.lastAutoNumber = table.lastAutoNumber;
-    entry.rowCount = table.rows.size();
+    entry.rowCount = 0;
     entry.plans.resize(table.rows.size());
-    for (std::size_t r = 0; r < table.rows.size(); ++r) {
-        const Row& row = table.rows[r];
-        const RowPlan plan = entry.plans[r] = encoder.plan(row, r);
-        entry.rowBytes += plan.size + 2;
-        for (const std::uint16_t c : entry.layout.longValueColumns()) {
-            const std::size_t bytes = RowEncoder::longValueBytes(row[c]);
-            entry.rowBytes += plan.isInline(bytes) ? 0 : bytes;
-        }
-        for (const std::size_t c : autoColumns)
+    for (std::size_t r = 0; r < table.rows.size(); ++r)
+        entry.plans[r] = sizeRow(entry, encoder, r);
+}
+
+// Checks the row, counts it and its bytes and follows the counter.
+RowPlan DatabaseWriter::sizeRow(Entry& entry, const RowEncoder& encoder, std::size_t r)
+{
+    const Table& table = entry.layout.table();
+    const Row& row = table.rows[r];
+    const RowPlan plan = encoder.plan(row, r);
+    ++entry.rowCount;
+    entry.rowBytes += plan.size + 2;
+    for (const std::uint16_t c : entry.layout.longValueColumns()) {
+        const std::size_t bytes = RowEncoder::longValueBytes(row[c]);
+        entry.rowBytes += plan.isInline(bytes) ? 0 : bytes;
+    }
+    for (std::size_t c = 0; c < table.columns.size(); ++c)
+        if (table.columns[c].autoNumber)
             if (const auto* n = std::get_if<std::int32_t>(&row[c]))
                 entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
-    }
+    return plan;
 }
 
 // The same for the changed rows only: the others were checked when they
@@ -152,6 +158,7 @@ void DatabaseWriter::sizeChangedRows(Entry& entry, std::size_t previousRows)
                 return i;
         return std::nullopt;
     }();
+    entry.sized = true;
     entry.lastAutoNumber = entry.changes->lastAutoNumber;
     entry.rowCount = previousRows;
     entry.plans.resize(entry.changes->rows.size());
@@ -193,19 +200,66 @@ std::size_t DatabaseWriter::expectedPages() const
 
 std::vector<std::uint8_t> DatabaseWriter::encode()
 {
-    PageBuffer file(expectedPages());
+    for (Entry& e : m_entries)
+        if (!e.sized)
+            sizeRows(e);
+    begin(expectedPages());
+    for (std::size_t i = firstUserEntry(); i < m_entries.size(); ++i) {
+        writeData(*m_file, *m_maps, m_entries[i]);
+        std::vector<RowPlan>().swap(m_entries[i].plans);
+    }
+    return finish();
+}
+
+// The definitions come first, as the engine lays them out; the user tables'
+// row counts and counters are put in by finish(), once their rows are written.
+void DatabaseWriter::begin(std::size_t expectedPages)
+{
+    PageBuffer& file = m_file.emplace(expectedPages);
     const std::uint32_t fixedPages = m_entries.back().definitionPage + 1;
     while (file.pageCount() < fixedPages)
         file.append();
-    UsageMapPages maps(file, m_firstMapPage, m_mapCount);
+    UsageMapPages& maps = m_maps.emplace(file, m_firstMapPage, m_mapCount);
     for (const Entry& e : m_entries)
         writeDefinition(file, maps, e);
-    for (Entry& e : m_entries)
-        writeData(file, maps, e);
+    for (std::size_t i = 0; i < firstUserEntry(); ++i)
+        writeData(file, maps, m_entries[i]);
+}
+
+void DatabaseWriter::writeRows(std::size_t table, std::size_t rows)
+{
+    Entry& e = m_entries.at(firstUserEntry() + table);
+    if (!e.streaming) {
+        e.streaming.reset(
+            new Entry::Streaming{TableDataWriter(*m_file, e.layout, e.definitionPage), RowEncoder(e.layout)});
+        e.sized = true;
+        e.lastAutoNumber = e.layout.table().lastAutoNumber;
+    }
+    for (std::size_t r = e.rowCount; r < rows; ++r)
+        e.streaming->data.writeRow(e.layout.table().rows[r], sizeRow(e, e.streaming->encoder, r));
+}
+
+void DatabaseWriter::endTable(std::size_t table)
+{
+    writeRows(table, 0);
+    Entry& e = m_entries.at(firstUserEntry() + table);
+    endData(*m_file, *m_maps, e, e.streaming->data);
+    e.streaming.reset();
+}
+
+std::vector<std::uint8_t> DatabaseWriter::finish()
+{
+    PageBuffer& file = *m_file;
+    for (const Entry& e : m_entries)
+        writeDefinitionCounts(file, e.definitionPage, static_cast<std::uint32_t>(e.rowCount),
+                              e.lastAutoNumber);
     writeGlobalMap(file);
     const std::vector<std::uint8_t> header = encodeJet4Header(m_db.password, m_date);
     std::memcpy(file.page(0), header.data(), kPageSize);
-    return file.release();
+    m_maps.reset();
+    std::vector<std::uint8_t> bytes = file.release();
+    m_file.reset();
+    return bytes;
 }
 
 void DatabaseWriter::writeDefinition(PageBuffer& file, const UsageMapPages& maps, const Entry& e) const
@@ -234,6 +288,12 @@ void DatabaseWriter::writeData(PageBuffer& file, UsageMapPages& maps, Entry& e) 
     } else {
         data.writeRows(e.plans);
     }
+    endData(file, maps, e, data);
+}
+
+// The table's usage maps, once its rows are written.
+void DatabaseWriter::endData(PageBuffer& file, UsageMapPages& maps, Entry& e, TableDataWriter& data)
+{
     const auto& pages = data.dataPages();
     e.dataPages = pages;
     maps.put(e.firstMap, encodeUsageMap(pages, file));

@@ -2,6 +2,8 @@
 
 #include "DatabaseWriter.h"
 
+#include <stdexcept>
+
 namespace jet {
 
 namespace {
@@ -48,6 +50,12 @@ FileImage::FileImage(const FileImage& previous, std::span<const TableChanges> ch
     keepLayout(writer);
 }
 
+FileImage::FileImage(const Database& db, writer::DatabaseWriter& writer) : m_shape(withoutRows(db))
+{
+    m_bytes = writer.finish();
+    keepLayout(writer);
+}
+
 void FileImage::keepLayout(const writer::DatabaseWriter& writer)
 {
     for (std::size_t i = 0; i < m_shape.tables.size(); ++i) {
@@ -64,6 +72,31 @@ bool FileImage::canChangeRows() const
             if (column.type == ColumnType::Memo || column.type == ColumnType::Ole)
                 return false;
     return true;
+}
+
+FileImageBuilder::FileImageBuilder(const Database& db, std::size_t expectedBytes)
+    : m_db(db), m_writer(std::make_unique<writer::DatabaseWriter>(db))
+{
+    m_writer->begin(expectedBytes / writer::kPageSize + 1);
+}
+
+FileImageBuilder::~FileImageBuilder() = default;
+
+void FileImageBuilder::addRows(std::size_t rows)
+{
+    m_writer->writeRows(m_table, rows);
+}
+
+void FileImageBuilder::endTable()
+{
+    m_writer->endTable(m_table++);
+}
+
+FileImage FileImageBuilder::finish()
+{
+    if (m_table != m_db.tables.size())
+        throw std::logic_error("a table of the file was not added");
+    return FileImage(m_db, *m_writer);
 }
 
 } // namespace jet

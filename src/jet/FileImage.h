@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -46,12 +47,38 @@ public:
     std::span<const std::uint32_t> dataPages(std::size_t table) const { return m_dataPages.at(table); }
 
 private:
+    friend class FileImageBuilder;
+    FileImage(const Database& db, writer::DatabaseWriter& writer);
     void keepLayout(const writer::DatabaseWriter& writer);
 
     std::vector<std::uint8_t> m_bytes;
     Database m_shape;
     std::vector<std::size_t> m_rowCounts;
     std::vector<std::vector<std::uint32_t>> m_dataPages; // per table, ascending
+};
+
+// A FileImage of a database whose rows come in table after table, written
+// as they come in, so that they can be let go of soon after: the very bytes
+// FileImage(db) gives.
+class FileImageBuilder
+{
+public:
+    // `db` must outlive the builder: its tables are there, their rows may
+    // still be coming in. The file buffer is sized for `expectedBytes`.
+    FileImageBuilder(const Database& db, std::size_t expectedBytes);
+    ~FileImageBuilder();
+    // Writes the rows of the table being written, up to row `rows`, that are
+    // not written yet; they are not read again. Throws as encodeDatabase does.
+    void addRows(std::size_t rows);
+    // The table's rows are all in: the next table's come next.
+    void endTable();
+    // Once every table has ended.
+    FileImage finish();
+
+private:
+    const Database& m_db;
+    std::unique_ptr<writer::DatabaseWriter> m_writer;
+    std::size_t m_table = 0; // being written
 };
 
 } // namespace jet

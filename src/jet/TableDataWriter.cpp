@@ -19,12 +19,15 @@ TableDataWriter::TableDataWriter(PageBuffer& file, const TableLayout& layout, st
 void TableDataWriter::writeRows(std::span<const RowPlan> plans)
 {
     const auto& rows = m_layout.table().rows;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const RowPlan plan = plans[i];
-        storeLongValues(rows[i], plan);
-        const RowPacker::Placed placed = m_rows.add(plan.size);
-        m_encoder.write(rows[i], plan, m_refs.data(), placed.bytes);
-    }
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        writeRow(rows[i], plans[i]);
+}
+
+void TableDataWriter::writeRow(const Row& row, const RowPlan& plan)
+{
+    storeLongValues(row, plan);
+    const RowPacker::Placed placed = m_rows.add(plan.size);
+    m_encoder.write(row, plan, m_refs.data(), placed.bytes);
 }
 
 void TableDataWriter::storeLongValues(const Row& row, const RowPlan& plan)

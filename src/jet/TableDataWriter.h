@@ -19,6 +19,8 @@ public:
 
     // `plans` holds RowEncoder::plan of each row, in order.
     void writeRows(std::span<const RowPlan> plans);
+    // Writes the table's next row, of that plan.
+    void writeRow(const Row& row, const RowPlan& plan);
 
     const std::vector<std::uint32_t>& dataPages() const { return m_rows.pages(); }
     const std::vector<std::uint32_t>& longValuePages(std::size_t ordinal) const

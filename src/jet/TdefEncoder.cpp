@@ -47,6 +47,12 @@ void putDescriptor(std::uint8_t* d, const TableLayout& layout, std::size_t colum
     le::put16(d + 23, c.length);
 }
 
+void putCounts(std::uint8_t* definition, std::uint32_t rowCount, std::int32_t lastAutoNumber)
+{
+    le::put32(definition + 0x10, rowCount);
+    le::put32(definition + 0x14, static_cast<std::uint32_t>(lastAutoNumber));
+}
+
 std::vector<std::uint8_t> encodeDefinition(const TableLayout& layout, const DefinitionFacts& facts)
 {
     const auto& columns = layout.table().columns;
@@ -56,8 +62,7 @@ std::vector<std::uint8_t> encodeDefinition(const TableLayout& layout, const Defi
     p[1] = 0x01;
     le::put32(p + 0x08, static_cast<std::uint32_t>(def.size()));
     le::put32(p + 0x0C, kConstant1625);
-    le::put32(p + 0x10, facts.rowCount);
-    le::put32(p + 0x14, static_cast<std::uint32_t>(facts.lastAutoNumber));
+    putCounts(p, facts.rowCount, facts.lastAutoNumber);
     p[0x18] = 0x01;
     p[0x28] = layout.kind() == TableKind::User ? kUserTable : kSystemTable;
     le::put16(p + 0x29, static_cast<std::uint16_t>(columns.size()));
@@ -116,6 +121,12 @@ void writeTableDefinition(PageBuffer& file, std::uint32_t firstPage, const Table
         done += chunk;
         previous = number;
     }
+}
+
+void writeDefinitionCounts(PageBuffer& file, std::uint32_t firstPage, std::uint32_t rowCount,
+                           std::int32_t lastAutoNumber)
+{
+    putCounts(file.page(firstPage), rowCount, lastAutoNumber);
 }
 
 } // namespace jet::writer

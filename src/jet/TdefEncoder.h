@@ -24,5 +24,8 @@ struct DefinitionFacts
 // definition longer than one page continues on pages appended to the file.
 void writeTableDefinition(PageBuffer& file, std::uint32_t firstPage, const TableLayout& layout,
                           const DefinitionFacts& facts);
+// Puts the row count and counter into a definition written before its rows were counted.
+void writeDefinitionCounts(PageBuffer& file, std::uint32_t firstPage, std::uint32_t rowCount,
+                           std::int32_t lastAutoNumber);
 
 } // namespace jet::writer
