@@ -2,6 +2,7 @@
 
 #include "Catalog.h"
 #include "Error.h"
+#include "FileTables.h"
 #include "Header.h"
 #include "RowDecoder.h"
 #include "Unicode.h"
@@ -19,27 +20,6 @@ namespace {
 
 // Tables of fewer than twice this many data pages are decoded on one thread.
 constexpr std::size_t kPagesWorthAThread = 16;
-
-void checkPassword(const Header& header, std::u16string_view password)
-{
-    if (!header.password.empty() && header.password != password)
-        throw Error(ErrorCode::NotAValidPassword, "Not a valid password.");
-}
-
-Table tableOf(const PageSource& pages, const CatalogEntry& entry, const TableDefinition& def)
-{
-    Table table;
-    table.name = entry.name;
-    table.lastAutoNumber = def.lastAutoNumber;
-    table.columns.reserve(def.columns.size());
-    for (const StoredColumn& c : def.columns) {
-        table.columns.push_back(c.column);
-        // Jet 3 text holds one byte per character; the model counts two, as Jet 4 does.
-        if (pages.layout().version == Version::Jet3 && c.column.type == ColumnType::Text)
-            table.columns.back().length = static_cast<std::uint16_t>(std::min(2 * c.column.length, 510));
-    }
-    return table;
-}
 
 // The rows a helper thread decoded from the second half of a table's pages,
 // and the damage that stopped it, if any.

@@ -3,6 +3,7 @@
 #include "support/DamagedFile.h"
 
 #include "jet/Error.h"
+#include "jet/ReadAhead.h"
 #include "jet/Reader.h"
 #include "jet/Writer.h"
 #include "store/Schema.h"
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <random>
 #include <ranges>
@@ -101,6 +103,15 @@ TEST(ReaderRobustness, DamagedFilesAreRefusedWithWhatIsWrong)
             EXPECT_EQ(e.reason(), c.reason);
             EXPECT_NE(std::string(e.what()).find(c.says), std::string::npos) << e.what();
         }
+        // Read ahead, the same damage stops decoding, here or on the way.
+        try {
+            jet::ReadAhead reading(file, store::kFilePassword);
+            const jet::ReadAhead::Running running = reading.start();
+            reading.finish();
+            ADD_FAILURE() << "read ahead";
+        } catch (const jet::Error& e) {
+            EXPECT_EQ(e.reason(), c.reason);
+        }
         if (!c.table)
             continue;
         std::optional<jet::Error> damage;
@@ -118,4 +129,62 @@ TEST(ReaderRobustness, DamagedFilesAreRefusedWithWhatIsWrong)
             else
                 EXPECT_TRUE(salvaged.tables[t].rows.empty());
     }
+}
+
+// Read ahead, each row comes in as readDatabase decodes it while the taker
+// still reads earlier ones. Decoding runs no further ahead of the rows let go
+// of than allowed, and lets go of them; a taker that goes stops it, also
+// while it waits for room.
+TEST(ReadAhead, RowsComeInAheadOfTheTakerAndAreLetGoOfBehindIt)
+{
+    const std::vector<std::uint8_t> file = ownFile();
+    const jet::Database expected = jet::readDatabase(file, store::kFilePassword);
+    constexpr std::size_t ahead = 1000;
+    jet::ReadAhead reading(file, store::kFilePassword);
+    ASSERT_EQ(reading.database().tables.size(), expected.tables.size());
+    std::vector<std::size_t> rowsBefore{0}; // of all earlier tables
+    for (const jet::Table& table : expected.tables)
+        rowsBefore.push_back(rowsBefore.back() + table.rows.size());
+    std::atomic<std::size_t> letGo = 0;
+    std::size_t lastTable = 0, lastRows = 0, mostAhead = 0;
+    const auto rowsIn = [&](std::size_t table, std::size_t rows, bool whole) {
+        EXPECT_TRUE(table > lastTable || rows >= lastRows);
+        EXPECT_TRUE(whole ? rows == expected.tables[table].rows.size()
+                          : rows <= expected.tables[table].rows.size());
+        lastTable = table;
+        lastRows = rows;
+        mostAhead = std::max(mostAhead, rowsBefore[table] + rows - letGo);
+    };
+    {
+        const jet::ReadAhead::Running running = reading.start(rowsIn, ahead);
+        for (std::size_t t = 0; t < expected.tables.size(); ++t) {
+            ASSERT_EQ(reading.database().tables[t].name, expected.tables[t].name);
+            for (std::size_t taken = 0;;) {
+                const std::size_t in = reading.rowsDecoded(t, taken + 1);
+                for (; taken < in; ++taken)
+                    ASSERT_EQ(reading.database().tables[t].rows[taken], expected.tables[t].rows[taken]);
+                // Behind by up to 300 rows: decoding has to wait for room.
+                const std::size_t done =
+                    in == expected.tables[t].rows.size() ? in : in - std::min<std::size_t>(in, 300);
+                letGo = rowsBefore[t] + done;
+                reading.letGo(t, done);
+                if (in == expected.tables[t].rows.size())
+                    break;
+            }
+        }
+        reading.finish();
+    }
+    EXPECT_EQ(lastTable, expected.tables.size() - 1);
+    EXPECT_LT(mostAhead, ahead + jet::ReadAhead::kRowsPerReport);
+    // Bank's last report found at least 1,561 of its 2,560 rows let go of.
+    const std::vector<jet::Row>& bank = reading.database().tables[0].rows;
+    EXPECT_TRUE(
+        std::all_of(bank.begin(), bank.begin() + 1561, [](const jet::Row& row) { return row.empty(); }));
+
+    jet::ReadAhead waiting(file, store::kFilePassword);
+    {
+        const jet::ReadAhead::Running running = waiting.start({}, jet::ReadAhead::kRowsPerReport);
+        EXPECT_EQ(waiting.rowsDecoded(0, 1), jet::ReadAhead::kRowsPerReport);
+    } // nothing let go of: decoding waits for room until it is stopped
+    EXPECT_THROW(jet::ReadAhead(file, u"другой"), jet::Error);
 }
