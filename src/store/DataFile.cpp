@@ -6,6 +6,7 @@
 #include "RegularFile.h"
 #include "Schema.h"
 #include "StoreTexts.h"
+#include "jet/ReadAhead.h"
 #include "jet/Reader.h"
 
 #include <sys/stat.h>
@@ -86,6 +87,20 @@ LoadedFile DataFile::decode(const FileContents& contents) const
             loaded.database.password = m_password;
     }
     return loaded;
+}
+
+std::unique_ptr<jet::ReadAhead> DataFile::readAhead(const FileContents& contents) const
+{
+    try {
+        auto reading = std::make_unique<jet::ReadAhead>(contents.bytes, m_password);
+        if (schemaMismatch(reading->database()).empty())
+            return reading;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        // A wrong password or damage: decode() says which.
+    }
+    return nullptr;
 }
 
 void DataFile::removeStaleTemporaries() const

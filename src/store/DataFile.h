@@ -8,7 +8,12 @@
 #include <QString>
 
 #include <filesystem>
+#include <memory>
 #include <optional>
+
+namespace jet {
+class ReadAhead;
+}
 
 namespace store {
 
@@ -49,6 +54,10 @@ public:
     LoadedFile decode(const FileContents& contents) const;
     // read() and decode().
     LoadedFile load() const;
+    // Starts decoding a file that is sound as far as its header and table
+    // definitions tell: of this password, holding the eight tables as the
+    // store keeps them. Null for any other file; decode() judges those.
+    std::unique_ptr<jet::ReadAhead> readAhead(const FileContents& contents) const;
     // Removes temporary files that a save interrupted by a crash left behind,
     // beside the file a link points at too. Only while holding the lock: no
     // other save can be running then.

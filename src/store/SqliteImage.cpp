@@ -3,8 +3,10 @@
 #include "ChangedRows.h"
 #include "JetSqlValues.h"
 #include "RawStatement.h"
+#include "Reencoding.h"
 #include "SqlSchema.h"
 #include "jet/Error.h"
+#include "jet/ReadAhead.h"
 #include "jet/Unicode.h"
 
 #include <SQLiteCpp/Exception.h>
@@ -46,25 +48,49 @@ SqliteImage::SqliteImage(jet::Database database, std::vector<std::u16string> cou
 SqliteImage::SqliteImage(jet::Database database, std::vector<std::uint8_t>& file)
     : m_columns(database), m_db(":memory:", kOpenFlags)
 {
-    const auto encode = [&database, &file]() -> std::optional<jet::FileImage> {
-        try {
-            jet::FileImage encoded(database);
-            if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), file))
-                return encoded;
-        } catch (const jet::Error&) {
-            // A value this writer cannot store: the first save says which.
-        }
-        return std::nullopt;
-    };
     // Loading turns values the file keeps in other kinds into the store's
     // own, in place: such a file is encoded first. Any other is encoded on a
     // second thread while its rows go into SQLite.
     if (!m_columns.keepsFileAsItIs()) {
-        keepEncoded(encode(), file);
+        Reencoding encoding(database, file);
+        encoding.allIn();
+        keepEncoded(encoding.take(), file);
         load(database);
         return;
     }
-    load(database, std::async(std::launch::async, encode), &file);
+    Reencoding encoding(database, file);
+    std::future<void> encoded = std::async(std::launch::async, [&] { encoding.allIn(); });
+    Incoming incoming = allIn(database);
+    incoming.encoding = &encoding;
+    incoming.file = &file;
+    incoming.finish = [&] { encoded.get(); };
+    load(database, incoming);
+}
+
+SqliteImage::SqliteImage(jet::ReadAhead& reading, std::vector<std::uint8_t>& file)
+    : m_columns(reading.database()), m_db(":memory:", kOpenFlags)
+{
+    jet::Database& database = reading.database();
+    if (!m_columns.keepsFileAsItIs())
+        throw std::logic_error("a file kept in other kinds is loaded once it is decoded");
+    Reencoding encoding(database, file);
+    // The decoding thread encodes each table once its rows are in; it must
+    // be gone before the encoding is, also when loading fails.
+    const jet::ReadAhead::Running decoding = reading.start(
+        [&](std::size_t table, std::size_t rows, bool whole) { encoding.rowsIn(table, rows, whole); },
+        kRowsDecodedAhead);
+    Incoming incoming;
+    incoming.rowsIn = [&](std::size_t table, std::size_t count) { return reading.rowsDecoded(table, count); };
+    incoming.encoding = &encoding;
+    incoming.file = &file;
+    incoming.letGo = [&](std::size_t table, std::size_t rows) { reading.letGo(table, rows); };
+    incoming.finish = [&] { reading.finish(); };
+    load(database, incoming);
+}
+
+bool SqliteImage::loadsWhileDecoding(const jet::Database& tables)
+{
+    return ColumnMapping(tables).keepsFileAsItIs();
 }
 
 SqliteImage::~SqliteImage()

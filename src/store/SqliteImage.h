@@ -20,7 +20,13 @@
 #include <unordered_map>
 #include <vector>
 
+namespace jet {
+class ReadAhead;
+}
+
 namespace store {
+
+class Reencoding;
 
 // The data file's tables as an in-memory SQLite database: one STRICT table
 // per Jet table, rows in file order (rowid), autonumbers handed out by
@@ -42,6 +48,13 @@ public:
     // file this program's writer makes of them; `file` is then emptied, so
     // that one copy of the file is held, not two. Otherwise it is left alone.
     SqliteImage(jet::Database database, std::vector<std::uint8_t>& file);
+    // The same for the file `reading` decodes, loaded while it is decoded.
+    // Throws what stops decoding, and std::logic_error unless
+    // loadsWhileDecoding() its tables.
+    SqliteImage(jet::ReadAhead& reading, std::vector<std::uint8_t>& file);
+    // Whether a file of these tables (their rows not needed) is kept as it
+    // is, so that its rows can go into SQLite while it is still decoded.
+    static bool loadsWhileDecoding(const jet::Database& tables);
     // Contents to look at: the rows of the tables named in `countedOnly` are
     // checked as loading checks them and counted, but not loaded.
     SqliteImage(jet::Database database, std::vector<std::u16string> countedOnly);
@@ -99,14 +112,42 @@ private:
         WrittenTables::Writes writes;
     };
 
-    void load(jet::Database& database, std::future<std::optional<jet::FileImage>> encoding = {},
-              std::vector<std::uint8_t>* file = nullptr);
+    static constexpr std::size_t kRowsBetweenCalls = 20000; // of loadTable's `inserted`
+    // How far decoding may run ahead of the rows let go of: rows decoded on
+    // the decoding thread are freed into that thread's heap, which SQLite's
+    // pages cannot reuse, so few are kept. Rows are let go of only now and
+    // then: decoding must not wait for a loading that waits for it.
+    static constexpr std::size_t kRowsDecodedAhead = 100'000;
+    static_assert(kRowsDecodedAhead > 2 * kRowsBetweenCalls);
+
+    // How the rows of a file come in while it is loaded.
+    struct Incoming
+    {
+        // Waits until `count` rows of a table are in, or all are; gives how many are.
+        std::function<std::size_t(std::size_t table, std::size_t count)> rowsIn;
+        Reencoding* encoding = nullptr; // of `file`, beside the loading
+        std::vector<std::uint8_t>* file = nullptr;
+        // Lets go, as far as the encoding is done with them, of the rows of a
+        // table before a row and of every earlier table's; without it, the
+        // loading lets go of them.
+        std::function<void(std::size_t table, std::size_t rows)> letGo;
+        std::function<void()> finish; // waits for the decoding and the encoding to end
+    };
+    struct LoadedTable
+    {
+        std::size_t rows = 0;
+        std::int32_t lastNumber = 0; // of the counter
+    };
+
+    // Rows decoded whole.
+    static Incoming allIn(const jet::Database& database);
+    void load(jet::Database& database);
+    void load(jet::Database& database, const Incoming& incoming);
     void keepEncoded(std::optional<jet::FileImage> encoded, std::vector<std::uint8_t>& file);
     void createTables(const std::vector<jet::Table*>& tables, bool withIndexes);
     // Without `keep`, the rows are checked as they would be, but not inserted.
-    void loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted,
-                   bool keep = true);
-    static std::int32_t lastNumberInUse(const jet::Table& table);
+    LoadedTable loadTable(const jet::Table& table, const std::function<std::size_t(std::size_t)>& rowsIn,
+                          const std::function<void(std::size_t)>& inserted, bool keep);
     void startCounter(const jet::Table& table, std::int32_t last);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;

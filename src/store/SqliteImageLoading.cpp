@@ -2,6 +2,7 @@
 
 #include "JetSqlValues.h"
 #include "RawStatement.h"
+#include "Reencoding.h"
 #include "Schema.h"
 #include "SqlFunctions.h"
 #include "SqlSchema.h"
@@ -10,10 +11,10 @@
 #include <SQLiteCpp/Exception.h>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
 #include <future>
 #include <iterator>
+#include <limits>
 #include <sqlite3.h>
 #include <stdexcept>
 
@@ -28,7 +29,6 @@ namespace store {
 namespace {
 
 constexpr std::size_t kRowsPerInsert = 50;
-constexpr std::size_t kRowsBetweenCalls = 20000; // of loadTable's `inserted`
 
 // The decoded rows let go of leave holes between SQLite's pages, which the
 // allocator keeps for itself: about 200 MB at 1,000,000 operations. Handing
@@ -50,11 +50,24 @@ void SqliteImage::keepEncoded(std::optional<jet::FileImage> encoded, std::vector
     std::vector<std::uint8_t>().swap(file); // one copy of the file is held, not two
 }
 
+SqliteImage::Incoming SqliteImage::allIn(const jet::Database& database)
+{
+    Incoming incoming;
+    incoming.rowsIn = [&database](std::size_t table, std::size_t) {
+        return database.tables[table].rows.size();
+    };
+    return incoming;
+}
+
+void SqliteImage::load(jet::Database& database)
+{
+    load(database, allIn(database));
+}
+
 // The rows of each table are let go of as they go into SQLite, so that
 // the decoded rows and SQLite's copy of them are not all held at once; but
-// none before `encoding`, which reads them all, has ended.
-void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::FileImage>> encoding,
-                       std::vector<std::uint8_t>* file)
+// none before the encoding is done with their table.
+void SqliteImage::load(jet::Database& database, const Incoming& incoming)
 {
     m_fileTables = database.tables.size();
     std::vector<jet::Table> made;
@@ -75,35 +88,52 @@ void SqliteImage::load(jet::Database& database, std::future<std::optional<jet::F
     m_db.exec("PRAGMA ignore_check_constraints = ON");
     m_db.exec("BEGIN");
     createTables(tables, schemaMismatch(database).empty());
-    // Lets go of every table before `loading` and of its rows before row `loaded`.
+    // Lets go of every table before `loading` and of its rows before row
+    // `loaded`, as far as the encoding is done with them.
     std::size_t table = 0, letGo = 0; // what is let go of already
-    const auto letGoOfRows = [&](std::size_t loading, std::size_t loaded) {
-        if (encoding.valid()) {
-            if (loading < tables.size() &&
-                encoding.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-                return;
-            keepEncoded(encoding.get(), *file);
+    bool encoded = !incoming.encoding;
+    const auto rowsDone = [&](std::size_t t) {
+        return incoming.encoding ? incoming.encoding->rowsDone(t) : std::numeric_limits<std::size_t>::max();
+    };
+    const auto keepOnceEncoded = [&] {
+        if (!encoded && incoming.encoding->done()) {
+            keepEncoded(incoming.encoding->take(), *incoming.file);
+            encoded = true;
         }
-        for (; table < loading; ++table, letGo = 0)
+    };
+    const auto letGoOfRows = [&](std::size_t loading, std::size_t loaded) {
+        keepOnceEncoded();
+        for (; table < loading && rowsDone(table) == std::numeric_limits<std::size_t>::max();
+             ++table, letGo = 0)
             std::vector<jet::Row>().swap(tables[table]->rows);
-        for (; table < tables.size() && letGo < loaded; ++letGo)
-            jet::Row().swap(tables[table]->rows[letGo]);
+        if (table == loading)
+            for (const std::size_t done = std::min(loaded, rowsDone(table)); letGo < done; ++letGo)
+                jet::Row().swap(tables[table]->rows[letGo]);
     };
     std::vector<std::string> names;
     for (std::size_t t = 0; t < tables.size(); ++t) {
         const jet::Table& loading = *tables[t];
-        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(loading.rows.size());
+        const bool counted = std::ranges::find(m_countedOnly, loading.name) != m_countedOnly.end();
+        const auto rowsIn = [&](std::size_t count) {
+            return t < m_fileTables ? incoming.rowsIn(t, count) : loading.rows.size();
+        };
+        const auto inserted = [&](std::size_t rows) {
+            if (!incoming.letGo)
+                return letGoOfRows(t, rows);
+            keepOnceEncoded();
+            incoming.letGo(t, rows);
+        };
+        const LoadedTable loaded = loadTable(loading, rowsIn, inserted, !counted);
+        m_countedRows += counted ? loaded.rows : 0;
+        std::vector<std::int64_t>& rowids = m_rowids.emplace_back(loaded.rows);
         for (std::size_t r = 0; r < rowids.size(); ++r)
             rowids[r] = sql::loadedRowId(r);
-        const std::int32_t lastNumber = lastNumberInUse(loading);
-        const bool counted = std::ranges::find(m_countedOnly, loading.name) != m_countedOnly.end();
-        m_countedRows += counted ? loading.rows.size() : 0;
-        loadTable(
-            loading, [&](std::size_t loaded) { letGoOfRows(t, loaded); }, !counted);
-        startCounter(loading, lastNumber);
+        startCounter(loading, loaded.lastNumber);
         names.push_back(jet::toUtf8(loading.name));
     }
-    letGoOfRows(tables.size(), 0); // waits for the encoding
+    if (incoming.finish)
+        incoming.finish(); // every table decoded and encoded
+    letGoOfRows(tables.size(), 0);
     giveBackFreedMemory();
     m_shape = std::move(database);
     m_shape.version = jet::Version::Jet4; // what a save writes
@@ -127,9 +157,13 @@ void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool with
 }
 
 // Inserts the rows in order under their row ids (sql::loadedRowId), several
-// rows a statement; now and then `inserted` is told how many rows are in.
-void SqliteImage::loadTable(const jet::Table& table, const std::function<void(std::size_t)>& inserted,
-                            bool keep)
+// rows a statement, as `rowsIn` has them; now and then `inserted` is told
+// how many rows are in. The counter starts past the file's last number and
+// past every number in use, so that a file whose counter lags behind its
+// rows still gets fresh ones.
+SqliteImage::LoadedTable SqliteImage::loadTable(const jet::Table& table,
+                                                const std::function<std::size_t(std::size_t)>& rowsIn,
+                                                const std::function<void(std::size_t)>& inserted, bool keep)
 {
     const std::size_t width = table.columns.size();
     const std::size_t batch =
@@ -145,11 +179,18 @@ void SqliteImage::loadTable(const jet::Table& table, const std::function<void(st
         }
         return prepareRaw(m_db.getHandle(), sql);
     };
+    const jet::Column* numbered = sql::numberedColumn(table);
+    const std::size_t numberAt = numbered ? static_cast<std::size_t>(numbered - table.columns.data()) : 0;
+    LoadedTable loaded{0, std::max(table.lastAutoNumber, 0)};
     const RawStatement full = insertOf(batch);
     // SQLite reads the bound texts in place: they must not move until the step.
     std::vector<std::string> texts(batch * (width + 1));
-    for (std::size_t start = 0; start < table.rows.size(); start += batch) {
-        const std::size_t rows = std::min(batch, table.rows.size() - start);
+    for (std::size_t start = 0;; start += batch) {
+        if (loaded.rows < start + batch)
+            loaded.rows = rowsIn(start + batch); // fewer only once the table is whole
+        if (start >= loaded.rows)
+            break;
+        const std::size_t rows = std::min(batch, loaded.rows - start);
         const RawStatement rest = rows < batch ? insertOf(rows) : RawStatement();
         sqlite3_stmt* insert = rest ? rest.get() : full.get();
         for (std::size_t r = 0; r < rows; ++r) {
@@ -161,6 +202,9 @@ void SqliteImage::loadTable(const jet::Table& table, const std::function<void(st
                 if (!sql::meetsCheck(table.columns[i], row[i]))
                     throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
                                            " of table " + jet::toUtf8(table.name) + " does not fit it");
+            if (numbered)
+                if (const auto* number = std::get_if<std::int32_t>(&row[numberAt]))
+                    loaded.lastNumber = std::max(loaded.lastNumber, *number);
             if (!keep) {
                 sql::checkJetRow(row);
                 continue;
@@ -177,21 +221,7 @@ void SqliteImage::loadTable(const jet::Table& table, const std::function<void(st
         if (start % kRowsBetweenCalls < batch)
             inserted(start + rows);
     }
-}
-
-// The counter starts past the file's last number and past every number in
-// use, so that a file whose counter lags behind its rows still gets fresh ones.
-std::int32_t SqliteImage::lastNumberInUse(const jet::Table& table)
-{
-    std::int32_t last = std::max(table.lastAutoNumber, 0);
-    const jet::Column* column = sql::numberedColumn(table);
-    if (!column)
-        return last;
-    const std::size_t at = static_cast<std::size_t>(column - table.columns.data());
-    for (const jet::Row& row : table.rows)
-        if (const auto* number = std::get_if<std::int32_t>(&row[at]))
-            last = std::max(last, *number);
-    return last;
+    return loaded;
 }
 
 void SqliteImage::startCounter(const jet::Table& table, std::int32_t last)

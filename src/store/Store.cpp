@@ -15,6 +15,7 @@
 #include "SqlParameters.h"
 #include "SqliteImage.h"
 #include "StoreTexts.h"
+#include "jet/ReadAhead.h"
 
 #include <SQLiteCpp/Exception.h>
 
@@ -218,24 +219,55 @@ bool Store::refresh()
     m_damage.reset();
     m_files->file.removeStaleTemporaries();
     FileContents contents = m_files->file.read();
-    LoadedFile loaded = m_files->file.decode(contents);
-    m_damage = std::move(loaded.damage);
-    try {
-        m_image = std::make_unique<SqliteImage>(std::move(loaded.database), contents.bytes);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception&) {
-        if (!m_damage)
-            m_damage =
-                StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(texts::causeValueNotAccepted));
-        jet::Database empty = withSchemaTables({});
-        empty.password = kFilePassword;
-        m_image = std::make_unique<SqliteImage>(std::move(empty));
+    if (!loadWhileDecoding(contents)) {
+        LoadedFile loaded = m_files->file.decode(contents);
+        m_damage = std::move(loaded.damage);
+        try {
+            m_image = std::make_unique<SqliteImage>(std::move(loaded.database), contents.bytes);
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception&) {
+            loadNothing();
+        }
     }
-    m_files->signature = loaded.signature;
+    m_files->signature = FileSignature::fromStat(contents.status);
     ++m_generation;
     ++m_readings;
     return true;
+}
+
+// A sound file goes into SQLite while it is still being decoded. False, with
+// nothing loaded, for a file that is not sound as far as that shows: it is
+// judged whole then, the same way as before.
+bool Store::loadWhileDecoding(FileContents& contents)
+{
+    const std::unique_ptr<jet::ReadAhead> reading = m_files->file.readAhead(contents);
+    if (!reading || !SqliteImage::loadsWhileDecoding(reading->database()))
+        return false;
+    try {
+        m_image = std::make_unique<SqliteImage>(*reading, contents.bytes);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        // The bytes are let go of only once the file was decoded whole and
+        // found to be this writer's own: then it is sound, but the store
+        // refused one of its values.
+        if (!contents.bytes.empty())
+            return false;
+        loadNothing();
+    }
+    return true;
+}
+
+// In place of a file the store refuses a value of: no rows, and the file
+// counts as damaged, so that it is never written over.
+void Store::loadNothing()
+{
+    if (!m_damage)
+        m_damage = StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(texts::causeValueNotAccepted));
+    jet::Database empty = withSchemaTables({});
+    empty.password = kFilePassword;
+    m_image = std::make_unique<SqliteImage>(std::move(empty));
 }
 
 StoreResult Store::finish(bool commit)

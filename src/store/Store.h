@@ -22,6 +22,7 @@ namespace store {
 
 class SqliteImage;
 class Transaction;
+struct FileContents;
 struct FileSignature;
 
 // The program's only way to the data file velmora.mdb in the program folder.
@@ -87,6 +88,8 @@ private:
     // Both return true when the file was read anew.
     bool open();
     bool refresh();
+    bool loadWhileDecoding(FileContents& contents);
+    void loadNothing();
     StoreResult finish(bool commit);
     void save();
     void fail(const StoreError& error, bool show = true);
