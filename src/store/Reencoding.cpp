@@ -30,8 +30,10 @@ void Reencoding::rowsIn(std::size_t table, std::size_t rows, bool whole) noexcep
         if (whole && table + 1 == m_contents.tables.size()) {
             jet::FileImage encoded = m_builder->finish();
             m_builder.reset();
-            if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), m_file))
+            if (encoded.canChangeRows() && std::ranges::equal(encoded.bytes(), m_file)) {
+                const std::lock_guard lock(m_mutex);
                 m_encoded.emplace(std::move(encoded));
+            }
         }
     } catch (const std::exception&) {
         // A value this writer cannot store, or no memory for a second copy
@@ -51,25 +53,28 @@ void Reencoding::allIn() noexcept
 
 void Reencoding::reach(std::size_t table, std::size_t rows)
 {
-    m_progress.store((std::uint64_t{table} << kRowBits) | rows, std::memory_order_release);
+    const std::lock_guard lock(m_mutex);
+    m_table = table;
+    m_rows = rows;
 }
 
 std::size_t Reencoding::rowsDone(std::size_t table) const
 {
-    const std::uint64_t progress = m_progress.load(std::memory_order_acquire);
-    const std::size_t at = progress >> kRowBits;
-    if (at != table)
-        return at > table ? std::numeric_limits<std::size_t>::max() : 0;
-    return progress & ((std::uint64_t{1} << kRowBits) - 1);
+    const std::lock_guard lock(m_mutex);
+    if (m_table != table)
+        return m_table > table ? std::numeric_limits<std::size_t>::max() : 0;
+    return m_rows;
 }
 
 bool Reencoding::done() const
 {
-    return (m_progress.load(std::memory_order_acquire) >> kRowBits) >= m_contents.tables.size();
+    const std::lock_guard lock(m_mutex);
+    return m_table >= m_contents.tables.size();
 }
 
 std::optional<jet::FileImage> Reencoding::take()
 {
+    const std::lock_guard lock(m_mutex);
     return std::move(m_encoded);
 }
 

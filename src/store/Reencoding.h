@@ -3,9 +3,9 @@
 #include "jet/Database.h"
 #include "jet/FileImage.h"
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 
@@ -39,16 +39,15 @@ public:
     std::optional<jet::FileImage> take();
 
 private:
-    static constexpr int kRowBits = 40; // of m_progress; the table is above them
     void reach(std::size_t table, std::size_t rows);
 
     const jet::Database& m_contents;
     std::span<const std::uint8_t> m_file;
     std::unique_ptr<jet::FileImageBuilder> m_builder;
+    mutable std::mutex m_mutex; // over what the loading reads: the progress and the result
     std::optional<jet::FileImage> m_encoded;
-    // The table being encoded and how many of its rows are, in one value so
-    // that the two are always read together.
-    std::atomic<std::uint64_t> m_progress = 0;
+    std::size_t m_table = 0; // being encoded
+    std::size_t m_rows = 0;  // of it that are
 };
 
 } // namespace store
