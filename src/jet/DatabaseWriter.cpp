@@ -38,6 +38,14 @@ std::size_t mapsOf(const TableLayout& layout)
 
 } // namespace
 
+DatabaseWriter::Entry::Entry(const Table& table, TableKind kind)
+    : layout(table, kind), system(kind == TableKind::System)
+{
+    for (std::size_t c = 0; c < table.columns.size(); ++c)
+        if (table.columns[c].autoNumber)
+            autoNumberColumns.push_back(c);
+}
+
 DatabaseWriter::DatabaseWriter(const Database& db)
     : m_db(db), m_date(db.creationDate != 0 ? db.creationDate : kDefaultCreationDate),
       m_catalog(catalogTable()), m_systemTables(emptySystemTables())
@@ -139,10 +147,9 @@ RowPlan DatabaseWriter::sizeRow(Entry& entry, const RowEncoder& encoder, std::si
         const std::size_t bytes = RowEncoder::longValueBytes(row[c]);
         entry.rowBytes += plan.isInline(bytes) ? 0 : bytes;
     }
-    for (std::size_t c = 0; c < table.columns.size(); ++c)
-        if (table.columns[c].autoNumber)
-            if (const auto* n = std::get_if<std::int32_t>(&row[c]))
-                entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
+    for (const std::size_t c : entry.autoNumberColumns)
+        if (const auto* n = std::get_if<std::int32_t>(&row[c]))
+            entry.lastAutoNumber = std::max(entry.lastAutoNumber, *n);
     return plan;
 }
 

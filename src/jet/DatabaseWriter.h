@@ -62,9 +62,10 @@ public:
 private:
     struct Entry
     {
-        Entry(const Table& table, TableKind kind) : layout(table, kind), system(kind == TableKind::System) {}
+        Entry(const Table& table, TableKind kind);
         TableLayout layout;
         bool system = false;
+        std::vector<std::size_t> autoNumberColumns;
         std::uint32_t definitionPage = 0;
         std::size_t firstMap = 0; // owned, free, then usage and free per long-value column
         std::int32_t lastAutoNumber = 0;
