@@ -1,6 +1,7 @@
 #include "store/SqliteImage.h"
 #include "jet/ByteOrder.h"
 #include "jet/FileImage.h"
+#include "jet/ReadAhead.h"
 #include "jet/Reader.h"
 #include "jet/Writer.h"
 #include "store/DatabaseDiff.h"
@@ -72,7 +73,13 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
     for (std::int32_t i = 1; i <= 30000; ++i)
         db.tables[1].rows.push_back({i, jet::DateTime{45000}, i % 5, jet::Currency{i},
                                      u"покупка " + std::u16string(i % 7, u'ы'), std::u16string(), 1});
-    SqliteImage image(std::move(db));
+    // Loaded while it is decoded, the file is kept as the last one: the first save is written from it.
+    std::vector<std::uint8_t> file = jet::encodeDatabase(db);
+    const jet::Database decoded = jet::readDatabase(file, db.password);
+    jet::ReadAhead reading(file, db.password);
+    SqliteImage image(reading, file);
+    EXPECT_TRUE(image.lastFile() && file.empty());
+    EXPECT_EQ(store::firstDifference(decoded, image.dump()), "");
     // Those set alike (each row the same values) are patched from one row read.
     const std::string alike[] = {
         "UPDATE Bills SET F2 = ?1 % 5 WHERE F2 = (?1 + 1) % 5", // an account's expenses moved
