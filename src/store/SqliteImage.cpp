@@ -74,16 +74,22 @@ SqliteImage::SqliteImage(jet::ReadAhead& reading, std::vector<std::uint8_t>& fil
     if (!m_columns.keepsFileAsItIs())
         throw std::logic_error("a file kept in other kinds is loaded once it is decoded");
     Reencoding encoding(database, file);
-    // The decoding thread encodes each table once its rows are in; it must
-    // be gone before the encoding is, also when loading fails.
-    const jet::ReadAhead::Running decoding = reading.start(
-        [&](std::size_t table, std::size_t rows, bool whole) { encoding.rowsIn(table, rows, whole); },
-        kRowsDecodedAhead);
+    // The decoding thread checks and encodes the rows as they come in; it
+    // must be gone before the encoding is, also when loading fails.
+    std::size_t checked = 0; // of the table coming in, on the decoding thread
+    const auto checkAndEncode = [&](std::size_t table, std::size_t rows, bool whole) {
+        for (; checked < rows; ++checked)
+            checkRow(database.tables[table], database.tables[table].rows[checked]);
+        checked = whole ? 0 : checked;
+        encoding.rowsIn(table, rows, whole);
+    };
+    const jet::ReadAhead::Running decoding = reading.start(checkAndEncode, kRowsDecodedAhead);
     Incoming incoming;
     incoming.rowsIn = [&](std::size_t table, std::size_t count) { return reading.rowsDecoded(table, count); };
     incoming.encoding = &encoding;
     incoming.file = &file;
     incoming.letGo = [&](std::size_t table, std::size_t rows) { reading.letGo(table, rows); };
+    incoming.rowsChecked = true;
     incoming.finish = [&] { reading.finish(); };
     load(database, incoming);
 }

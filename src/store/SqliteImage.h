@@ -132,6 +132,9 @@ private:
         // loading lets go of them.
         std::function<void(std::size_t table, std::size_t rows)> letGo;
         std::function<void()> finish; // waits for the decoding and the encoding to end
+        // The file's rows are checked with checkRow() as they come in: a
+        // row that fails stops the loading before it ends.
+        bool rowsChecked = false;
     };
     struct LoadedTable
     {
@@ -145,9 +148,12 @@ private:
     void load(jet::Database& database, const Incoming& incoming);
     void keepEncoded(std::optional<jet::FileImage> encoded, std::vector<std::uint8_t>& file);
     void createTables(const std::vector<jet::Table*>& tables, bool withIndexes);
-    // Without `keep`, the rows are checked as they would be, but not inserted.
+    // Throws std::exception for a row the store cannot keep in `table`.
+    static void checkRow(const jet::Table& table, const jet::Row& row);
+    // Without `keep`, the rows are checked as they would be, but not inserted;
+    // `checked` rows are not checked again.
     LoadedTable loadTable(const jet::Table& table, const std::function<std::size_t(std::size_t)>& rowsIn,
-                          const std::function<void(std::size_t)>& inserted, bool keep);
+                          const std::function<void(std::size_t)>& inserted, bool keep, bool checked);
     void startCounter(const jet::Table& table, std::int32_t last);
     jet::Table dumpTable(const jet::Table& shape, std::vector<std::int64_t>* rowids = nullptr) const;
     std::int32_t lastAutoNumber(const jet::Table& table) const;

@@ -123,7 +123,8 @@ void SqliteImage::load(jet::Database& database, const Incoming& incoming)
             keepOnceEncoded();
             incoming.letGo(t, rows);
         };
-        const LoadedTable loaded = loadTable(loading, rowsIn, inserted, !counted);
+        const LoadedTable loaded =
+            loadTable(loading, rowsIn, inserted, !counted, incoming.rowsChecked && t < m_fileTables);
         m_countedRows += counted ? loaded.rows : 0;
         std::vector<std::int64_t>& rowids = m_rowids.emplace_back(loaded.rows);
         for (std::size_t r = 0; r < rowids.size(); ++r)
@@ -156,6 +157,17 @@ void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool with
             m_db.exec(index);
 }
 
+void SqliteImage::checkRow(const jet::Table& table, const jet::Row& row)
+{
+    if (row.size() != table.columns.size())
+        throw std::length_error("a row of table " + jet::toUtf8(table.name) +
+                                " has the wrong number of values");
+    for (std::size_t i = 0; i < row.size(); ++i)
+        if (!sql::meetsCheck(table.columns[i], row[i]))
+            throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) + " of table " +
+                                   jet::toUtf8(table.name) + " does not fit it");
+}
+
 // Inserts the rows in order under their row ids (sql::loadedRowId), several
 // rows a statement, as `rowsIn` has them; now and then `inserted` is told
 // how many rows are in. The counter starts past the file's last number and
@@ -163,7 +175,8 @@ void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool with
 // rows still gets fresh ones.
 SqliteImage::LoadedTable SqliteImage::loadTable(const jet::Table& table,
                                                 const std::function<std::size_t(std::size_t)>& rowsIn,
-                                                const std::function<void(std::size_t)>& inserted, bool keep)
+                                                const std::function<void(std::size_t)>& inserted, bool keep,
+                                                bool checked)
 {
     const std::size_t width = table.columns.size();
     const std::size_t batch =
@@ -195,13 +208,8 @@ SqliteImage::LoadedTable SqliteImage::loadTable(const jet::Table& table,
         sqlite3_stmt* insert = rest ? rest.get() : full.get();
         for (std::size_t r = 0; r < rows; ++r) {
             const jet::Row& row = table.rows[start + r];
-            if (row.size() != width)
-                throw std::length_error("a row of table " + jet::toUtf8(table.name) +
-                                        " has the wrong number of values");
-            for (std::size_t i = 0; i < width; ++i)
-                if (!sql::meetsCheck(table.columns[i], row[i]))
-                    throw std::range_error("a value of column " + jet::toUtf8(table.columns[i].name) +
-                                           " of table " + jet::toUtf8(table.name) + " does not fit it");
+            if (!checked)
+                checkRow(table, row);
             if (numbered)
                 if (const auto* number = std::get_if<std::int32_t>(&row[numberAt]))
                     loaded.lastNumber = std::max(loaded.lastNumber, *number);
