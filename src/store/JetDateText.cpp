@@ -2,6 +2,7 @@
 
 #include <QDate>
 
+#include <chrono>
 #include <cmath>
 
 namespace store {
@@ -11,6 +12,8 @@ namespace {
 constexpr double kSecondsPerDay = 86400;
 constexpr double kFirstDay = -657434; // 0100-01-01
 constexpr double kEndDay = 2958466;   // 10000-01-01
+constexpr std::chrono::year_month_day kJetEpoch{std::chrono::year{1899}, std::chrono::December,
+                                                std::chrono::day{30}};
 
 bool readNumber(std::string_view text, std::size_t at, std::size_t width, int& out)
 {
@@ -54,15 +57,16 @@ std::size_t jetDateToText(jet::DateTime value, char* out)
         whole += 1;
         seconds = 0;
     }
-    int year = 0, month = 0, day = 0;
-    QDate::fromJulianDay(kJetEpochJulianDay + static_cast<qint64>(whole)).getDate(&year, &month, &day);
-    if (year > 9999)
+    // The proleptic Gregorian calendar, as QDate's; day 0 is 1899-12-30.
+    const std::chrono::year_month_day date{std::chrono::sys_days{kJetEpoch} +
+                                           std::chrono::days{static_cast<int>(whole)}};
+    if (date.year() > std::chrono::year{9999}) // the last second of 9999 rounded up
         return 0;
-    writeDigits(out, year, 4);
+    writeDigits(out, static_cast<int>(date.year()), 4);
     out[4] = '-';
-    writeDigits(out + 5, month, 2);
+    writeDigits(out + 5, static_cast<int>(static_cast<unsigned>(date.month())), 2);
     out[7] = '-';
-    writeDigits(out + 8, day, 2);
+    writeDigits(out + 8, static_cast<int>(static_cast<unsigned>(date.day())), 2);
     if (seconds == 0)
         return 10;
     out[10] = ' ';

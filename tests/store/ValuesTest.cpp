@@ -176,6 +176,7 @@ TEST(Dates, JetDayNumbersAndTheirStoredText)
                           {45000.999999999, QDate(2023, 3, 15), "2023-03-16"}, // rounds to the next midnight
                           {-657434, QDate(100, 1, 1), "0100-01-01"},
                           {2958465.5, QDate(9999, 12, 31), "9999-12-31 12:00:00"},
+                          {2958465.999999999, QDate(9999, 12, 31), nullptr}, // rounds into the year 10000
                           {-657435, QDate(99, 12, 31), nullptr},
                           {2958466, QDate(10000, 1, 1), nullptr}};
     for (const Case& c : cases) {
