@@ -80,6 +80,11 @@ TEST(SqliteImage, NextFileIsTheFullEncodingAfterAnyWrites)
     SqliteImage image(reading, file);
     EXPECT_TRUE(image.lastFile() && file.empty());
     EXPECT_EQ(store::firstDifference(decoded, image.dump()), "");
+    // A file that is not byte for byte the writer's own (a page more at its end) is not kept.
+    std::vector<std::uint8_t> longer = jet::encodeDatabase(db);
+    longer.resize(longer.size() + 4096);
+    jet::ReadAhead longerReading(longer, db.password);
+    EXPECT_FALSE(SqliteImage(longerReading, longer).lastFile());
     // Those set alike (each row the same values) are patched from one row read.
     const std::string alike[] = {
         "UPDATE Bills SET F2 = ?1 % 5 WHERE F2 = (?1 + 1) % 5", // an account's expenses moved
