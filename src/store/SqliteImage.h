@@ -48,9 +48,9 @@ public:
     // file this program's writer makes of them; `file` is then emptied, so
     // that one copy of the file is held, not two. Otherwise it is left alone.
     SqliteImage(jet::Database database, std::vector<std::uint8_t>& file);
-    // The same for the file `reading` decodes, loaded while it is decoded.
-    // Throws what stops decoding, and std::logic_error unless
-    // loadsWhileDecoding() its tables.
+    // The same for the file `reading` decodes, loaded while it is decoded;
+    // `file` is emptied only once all is loaded. Throws what stops decoding,
+    // and std::logic_error unless loadsWhileDecoding() its tables.
     SqliteImage(jet::ReadAhead& reading, std::vector<std::uint8_t>& file);
     // Whether a file of these tables (their rows not needed) is kept as it
     // is, so that its rows can go into SQLite while it is still decoded.

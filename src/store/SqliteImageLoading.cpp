@@ -102,7 +102,6 @@ void SqliteImage::load(jet::Database& database, const Incoming& incoming)
         }
     };
     const auto letGoOfRows = [&](std::size_t loading, std::size_t loaded) {
-        keepOnceEncoded();
         for (; table < loading && rowsDone(table) == std::numeric_limits<std::size_t>::max();
              ++table, letGo = 0)
             std::vector<jet::Row>().swap(tables[table]->rows);
@@ -117,11 +116,13 @@ void SqliteImage::load(jet::Database& database, const Incoming& incoming)
         const auto rowsIn = [&](std::size_t count) {
             return t < m_fileTables ? incoming.rowsIn(t, count) : loading.rows.size();
         };
+        // A file still being decoded keeps its bytes until it is loaded: a
+        // loading that fails leaves them to be judged whole.
         const auto inserted = [&](std::size_t rows) {
-            if (!incoming.letGo)
-                return letGoOfRows(t, rows);
+            if (incoming.letGo)
+                return incoming.letGo(t, rows);
             keepOnceEncoded();
-            incoming.letGo(t, rows);
+            letGoOfRows(t, rows);
         };
         const LoadedTable loaded =
             loadTable(loading, rowsIn, inserted, !counted, incoming.rowsChecked && t < m_fileTables);
@@ -142,6 +143,7 @@ void SqliteImage::load(jet::Database& database, const Incoming& incoming)
     m_db.exec("PRAGMA ignore_check_constraints = OFF");
     m_db.exec("COMMIT");
     m_written = std::make_unique<WrittenTables>(m_db.getHandle(), std::move(names));
+    keepOnceEncoded();
 }
 
 void SqliteImage::createTables(const std::vector<jet::Table*>& tables, bool withIndexes)

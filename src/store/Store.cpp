@@ -227,7 +227,12 @@ bool Store::refresh()
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception&) {
-            loadNothing();
+            if (!m_damage)
+                m_damage =
+                    StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(texts::causeValueNotAccepted));
+            jet::Database empty = withSchemaTables({});
+            empty.password = kFilePassword;
+            m_image = std::make_unique<SqliteImage>(std::move(empty));
         }
     }
     m_files->signature = FileSignature::fromStat(contents.status);
@@ -249,25 +254,9 @@ bool Store::loadWhileDecoding(FileContents& contents)
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception&) {
-        // The bytes are let go of only once the file was decoded whole and
-        // found to be this writer's own: then it is sound, but the store
-        // refused one of its values.
-        if (!contents.bytes.empty())
-            return false;
-        loadNothing();
+        return false; // damage, or a value the store refuses: the file's bytes are still there
     }
     return true;
-}
-
-// In place of a file the store refuses a value of: no rows, and the file
-// counts as damaged, so that it is never written over.
-void Store::loadNothing()
-{
-    if (!m_damage)
-        m_damage = StoreError::forFile(Kind::Damaged, dataFilePath(), fromStd(texts::causeValueNotAccepted));
-    jet::Database empty = withSchemaTables({});
-    empty.password = kFilePassword;
-    m_image = std::make_unique<SqliteImage>(std::move(empty));
 }
 
 StoreResult Store::finish(bool commit)

@@ -89,7 +89,6 @@ private:
     bool open();
     bool refresh();
     bool loadWhileDecoding(FileContents& contents);
-    void loadNothing();
     StoreResult finish(bool commit);
     void save();
     void fail(const StoreError& error, bool show = true);
