@@ -8,7 +8,6 @@
 #include "UsageMap.h"
 
 #include <algorithm>
-#include <string>
 #include <unordered_set>
 
 namespace jet {
@@ -16,27 +15,22 @@ namespace jet {
 ReadAhead::ReadAhead(std::span<const std::uint8_t> file, std::u16string_view password)
     : m_pages(file, decodeHeader(file))
 {
-    const Header& header = m_pages.header();
-    checkPassword(header, password);
-    m_db.version = header.version;
-    m_db.password = header.password;
-    m_db.creationDate = header.creationDate;
-    m_db.codePage = header.codePage;
+    checkPassword(m_pages.header(), password);
+    m_db = withoutTables(m_pages.header());
     std::unordered_set<std::uint32_t> definitions;
     for (const CatalogEntry& entry : readCatalog(m_pages)) {
         if (entry.system)
             continue;
         if (!definitions.insert(entry.definitionPage).second)
-            throw Error(ErrorCode::DamagedFile, "Damaged database: two tables share one definition",
-                        Reason::DuplicateTable);
+            throw sharedDefinition().inTable(entry.name);
         const TableDefinition& def =
             m_definitions.emplace_back(readTableDefinition(m_pages, entry.definitionPage));
         const std::vector<std::uint32_t>& pages =
             m_dataPages.emplace_back(readUsageMap(m_pages, def.ownedMap));
         // Room for every row the definition states, so that the rows never
-        // move while the caller reads them; no more than the pages can hold.
+        // move while the caller reads them.
         m_db.tables.push_back(tableOf(m_pages, entry, def));
-        m_db.tables.back().rows.reserve(std::min<std::size_t>(def.rowCount, pages.size() * 255));
+        m_db.tables.back().rows.reserve(rowCountHint(def, pages.size()));
     }
     m_rowsDecoded.assign(m_db.tables.size(), 0);
 }
@@ -93,11 +87,7 @@ void ReadAhead::decode(const RowsIn& rowsIn)
                     waitForRoom(t, rows.size());
                 }
             });
-            if (rows.size() != def.rowCount)
-                PageSource::damaged(Reason::RowCount,
-                                    std::to_string(rows.size()) + " rows found of the " +
-                                        std::to_string(def.rowCount) + " its definition states",
-                                    rows.size(), def.rowCount);
+            checkRowCount(rows.size(), def);
         } catch (const Error& e) {
             throw e.inTable(m_db.tables[t].name);
         }

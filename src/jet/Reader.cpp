@@ -95,17 +95,11 @@ std::optional<Error> visitTable(const PageSource& pages, const CatalogEntry& ent
     try {
         const TableDefinition def = readTableDefinition(pages, entry.definitionPage);
         const std::vector<std::uint32_t> owned = readUsageMap(pages, def.ownedMap);
-        // The stored row count is only a hint here; a damaged one must not reserve gigabytes.
-        visitor.beginTable(tableOf(pages, entry, def),
-                           std::min<std::size_t>(def.rowCount, owned.size() * 255));
+        visitor.beginTable(tableOf(pages, entry, def), rowCountHint(def, owned.size()));
         begun = true;
         const RowDecoder decoder(pages, def, &claimedLongValueRows);
         const std::size_t found = visitRows(pages, def, owned, decoder, visitor);
-        if (found != def.rowCount)
-            PageSource::damaged(Reason::RowCount,
-                                std::to_string(found) + " rows found of the " + std::to_string(def.rowCount) +
-                                    " its definition states",
-                                found, def.rowCount);
+        checkRowCount(found, def);
         visitor.endTable();
         return std::nullopt;
     } catch (const Error& e) {
@@ -125,12 +119,7 @@ void visitFile(std::span<const std::uint8_t> file, std::u16string_view password,
     checkPassword(header, password);
     const PageSource pages(file, header);
 
-    Database db;
-    db.version = header.version;
-    db.password = header.password;
-    db.creationDate = header.creationDate;
-    db.codePage = header.codePage;
-    visitor.database(db);
+    visitor.database(withoutTables(header));
     std::vector<bool> claimedLongValueRows(std::size_t(pages.pageCount()) * 256);
     std::unordered_set<std::uint32_t> definitions;
     for (const CatalogEntry& entry : readCatalog(pages)) {
@@ -138,9 +127,7 @@ void visitFile(std::span<const std::uint8_t> file, std::u16string_view password,
             continue;
         std::optional<Error> found;
         if (!definitions.insert(entry.definitionPage).second) {
-            Error twice(ErrorCode::DamagedFile, "Damaged database: two tables share one definition",
-                        Reason::DuplicateTable);
-            found = twice.inTable(entry.name);
+            found = sharedDefinition().inTable(entry.name);
             if (!damage)
                 throw *found;
         } else {
